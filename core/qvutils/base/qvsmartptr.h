@@ -1,0 +1,49 @@
+#pragma once
+
+#include <map>
+#include <utility>
+#include <vector>
+
+/** Shares a counted object. Null is allowed. */
+template <class T>
+class QvSmartPtr {
+  public:
+    QvSmartPtr() noexcept = default;
+    QvSmartPtr(T* object) : m_object(object) { ar(m_object); }
+    QvSmartPtr(const QvSmartPtr& other) : m_object(other.m_object) { ar(m_object); }
+    QvSmartPtr(QvSmartPtr&& other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
+    ~QvSmartPtr() { rr(m_object); }
+
+    QvSmartPtr& operator=(T* object) {
+        ar(object);  // before the old one goes: the two may be one object
+        rr(std::exchange(m_object, object));
+        return *this;
+    }
+    QvSmartPtr& operator=(const QvSmartPtr& other) { return *this = other.m_object; }
+    QvSmartPtr& operator=(QvSmartPtr&& other) noexcept {
+        if (this != &other) rr(std::exchange(m_object, std::exchange(other.m_object, nullptr)));
+        return *this;
+    }
+
+    T* operator->() const noexcept { return m_object; }
+    T& operator*() const noexcept { return *m_object; }
+    operator T*() const noexcept { return m_object; }
+    T* get() const noexcept { return m_object; }
+
+    static void ar(T* object) {
+        if (object) object->addReference();
+    }
+    static void rr(T* object) {
+        if (object) object->removeReference();
+    }
+
+  private:
+    T* m_object = nullptr;
+};
+
+template <class T>
+using QvSmartVector = std::vector<QvSmartPtr<T>>;
+
+/** An ordered map from a key to a counted object. */
+template <class K, class V>
+using QvSmartMap = std::map<K, QvSmartPtr<V>>;

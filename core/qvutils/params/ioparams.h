@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "core/qvutils/params/ioparameter.h"
@@ -96,10 +97,12 @@ class SM_API IOHashParam : public IOParameter {
     struct Pair {
         QvULString key;
         QvSmartPtr<IOParameter> value;
+        /** Of the key, blind to case. */
+        std::uint32_t hash;
     };
     const std::vector<Pair>& pairs() const noexcept { return m_pairs; }
 
   private:
-    std::vector<Pair>::const_iterator Find(const QvULString& key) const;
+    std::vector<Pair>::const_iterator Find(const QvULString& key, std::uint32_t hash) const;
     std::vector<Pair> m_pairs;
 };

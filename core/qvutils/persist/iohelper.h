@@ -40,7 +40,7 @@ class SM_API IOHelper {
     virtual bool GetFixingLostRemainingInfo() const { return m_fixingLostRemainingInfo; }
     virtual void SetFixingLostRemainingInfo(bool fixing) { m_fixingLostRemainingInfo = fixing; }
 
-    /** Carries out IOObject::write and IOObject::compare_write. */
+    /** Carry out IOObject::write and IOObject::compare_write. This base gives a missing id and the version 1, and sends the row. */
     virtual bool WriteObject(IOObject& object);
     virtual bool CompareStored(IOObject& object);
 

@@ -56,8 +56,8 @@ class SM_API IOObject : public TklReferenceCount {
     virtual bool compare_write(IOHelper& helper);
 
     /**
-     * The one entry by which an object is written, by its parent or by a caller. An object without an id gets one; then the
-     * context decides whether a row is needed and calls write_no_seq_inc or write_next. False: a step failed and was logged.
+     * The one entry by which an object is written, by its parent or by a caller. The context gives an object without an id one,
+     * decides whether a row is needed and calls write_no_seq_inc or write_next. False: a step failed and was logged.
      */
     bool write(IOHelper& helper);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "core/qvutils/text/i18nstring.h"
@@ -14,6 +15,7 @@ class SM_API QvDate {
     explicit QvDate(bool now = false);
     /** Reads the text as SetFromString does. */
     explicit QvDate(const I18NString& text);
+    explicit QvDate(const char* text);  // a literal would otherwise become a bool
 
     /** Reads "yyyy-MM-dd'T'HH:mm:ss", also date only, with a fraction or a zone, which are dropped; other texts unset the date. */
     void SetFromString(const I18NString& text);
@@ -28,6 +30,13 @@ class SM_API QvDate {
     int Second() const noexcept { return m_second; }
     /** "yyyy-MM-dd'T'HH:mm:ss", or the empty text when unset. */
     I18NString ToString() const;
+
+    /** The bytes of "yyyy-MM-ddTHH:mm:ss". */
+    static constexpr std::size_t ISO_SIZE = 19;
+    /** The text of a set date, without a NUL. */
+    void PrintIso(char (&out)[ISO_SIZE]) const noexcept;
+    /** Reads exactly ISO_SIZE bytes. Unsets the date and returns false when they are no such date. */
+    bool ReadIso(const char* text);
 
     bool operator==(const QvDate& other) const noexcept = default;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <vector>
 
@@ -74,4 +75,3 @@ class QvULCollection {
     mutable std::map<QvULString, std::size_t> m_namemap;
     Extract m_g;
 };
-

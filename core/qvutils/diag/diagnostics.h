@@ -1,6 +1,8 @@
 #pragma once
 
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/qvutils/base/smapi.h"
@@ -61,10 +63,13 @@ class SM_API SMLogScope {
 /** Replaces the sink of threads without a scope, standard error at the start; null restores that. Borrowed. Returns the one before. */
 SM_API SMLogSink* SetDefaultLogSink(SMLogSink* sink);
 
+/** The sink in force for the calling thread: that of its innermost scope, else the default. */
+SM_API SMLogSink& CurrentLogSink();
+
 /** Level 1 is an error, 3 a note, all else a warning. */
 SM_API SMSeverity SeverityOfLevel(LOG_LEVEL level);
 
-/** "file:line:col: severity: message [object path]", leaving out what is not known. */
+/** "file:line:col: severity: message [object path]", leaving out what is not known. Always one line: line ends become blanks. */
 SM_API std::string FormatDiagnostic(const SMDiagnostic& diagnostic);
 
 /** The innermost place of a parse on the calling thread, or null. Kept by the parser for the time of a parse. */
@@ -82,7 +87,10 @@ class SM_API SMSourceFrame {
     SMSourceFrame* m_outer;
 };
 
-/** Collects events as diagnostics. Objects are remembered (shared) and their paths resolved by `Finish`, when names are known. */
+/**
+ * Collects events as diagnostics. Objects are remembered (shared, with their ancestors) and their paths resolved by `Finish`,
+ * when names are known; so they live at least until then.
+ */
 class SM_API SMDiagnosticCollector : public SMLogSink {
   public:
     SMDiagnosticCollector();
@@ -95,5 +103,7 @@ class SM_API SMDiagnosticCollector : public SMLogSink {
 
   private:
     struct Entry;
+    struct Held;
     std::vector<Entry> m_entries;
+    std::unique_ptr<Held> m_held;
 };

@@ -13,8 +13,9 @@ using LOG_ACTION = int;
 /** One event for the log, built on the spot and sent with `Log()`. It can be thrown by value. */
 class SM_API QvLogEvent : public std::exception {
   public:
-    QvLogEvent(LOG_LEVEL level, const I18NString& category, const I18NString& product, const I18NString& module, const I18NString& className,
-               const I18NString& method, LOG_ACTION action, const I18NString& message, const I18NString& detail);
+    QvLogEvent(LOG_LEVEL level, const I18NString& category, const I18NString& product, const I18NString& module,
+               const I18NString& className, const I18NString& method, LOG_ACTION action, const I18NString& message,
+               const I18NString& detail);
     /** Sends the event to the sink in force: the innermost of the calling thread (see diagnostics.h), else the default of the process. */
     void Log() const;
 

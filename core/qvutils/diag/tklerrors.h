@@ -32,10 +32,9 @@ class SM_API TklAssertError : public std::exception {
 };
 
 /** Raises TklAssertError with the whole statement as its text when the condition does not hold. */
-#define TKL_ASSERT(condition)                                                                                   \
-    do {                                                                                                        \
-        if (!(condition))                                                                                       \
-            TklAssertError(0, "TKL_ASSERT(" #condition ");").hurl({__FILE__, __LINE__}, __FILE__, "TKL_THROW"); \
+#define TKL_ASSERT(condition)                                                                                                 \
+    do {                                                                                                                      \
+        if (!(condition)) TklAssertError(0, "TKL_ASSERT(" #condition ");").hurl({__FILE__, __LINE__}, __FILE__, "TKL_THROW"); \
     } while (false)
 
 /** A failure at run time: a file that cannot be read, parsed or written. */

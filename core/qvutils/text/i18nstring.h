@@ -47,7 +47,8 @@ class SM_API I18NString {
      * UTF-8 points into the string; another encoding points into a buffer of the calling thread that the eighth further call
      * with a foreign encoding uses again. An unknown encoding raises TklRuntimeError.
      */
-    const char* c_str(const char* encoding = nullptr, int* lengthOut = nullptr, Converter converter = nullptr, void* context = nullptr) const;
+    const char* c_str(const char* encoding = nullptr, int* lengthOut = nullptr, Converter converter = nullptr,
+                      void* context = nullptr) const;
 
     std::string_view utf8() const noexcept { return m_text.view(); }
     const qv::SharedText& shared() const noexcept { return m_text; }
@@ -64,17 +65,35 @@ class SM_API I18NString {
     qv::SharedText m_text;
 };
 
-inline I18NString operator+(const I18NString& a, const I18NString& b) { return I18NString(a) += b; }
-inline I18NString operator+(const I18NString& a, const char* b) { return I18NString(a) += b; }
-inline I18NString operator+(const char* a, const I18NString& b) { return I18NString(a) += b; }
+inline I18NString operator+(const I18NString& a, const I18NString& b) {
+    return I18NString(a) += b;
+}
+inline I18NString operator+(const I18NString& a, const char* b) {
+    return I18NString(a) += b;
+}
+inline I18NString operator+(const char* a, const I18NString& b) {
+    return I18NString(a) += b;
+}
 
-inline bool operator==(const I18NString& a, const I18NString& b) noexcept { return a.shared().same(b.shared()) || a.utf8() == b.utf8(); }
-inline bool operator==(const I18NString& a, const char* b) noexcept { return a.utf8() == (b ? std::string_view(b) : std::string_view()); }
+inline bool operator==(const I18NString& a, const I18NString& b) noexcept {
+    return a.shared().same(b.shared()) || a.utf8() == b.utf8();
+}
+inline bool operator==(const I18NString& a, const char* b) noexcept {
+    return a.utf8() == (b ? std::string_view(b) : std::string_view());
+}
 /** Order by code point. */
-inline bool operator<(const I18NString& a, const I18NString& b) noexcept { return a.utf8() < b.utf8(); }
-inline bool operator>(const I18NString& a, const I18NString& b) noexcept { return b < a; }
-inline bool operator<=(const I18NString& a, const I18NString& b) noexcept { return !(b < a); }
-inline bool operator>=(const I18NString& a, const I18NString& b) noexcept { return !(a < b); }
+inline bool operator<(const I18NString& a, const I18NString& b) noexcept {
+    return a.utf8() < b.utf8();
+}
+inline bool operator>(const I18NString& a, const I18NString& b) noexcept {
+    return b < a;
+}
+inline bool operator<=(const I18NString& a, const I18NString& b) noexcept {
+    return !(b < a);
+}
+inline bool operator>=(const I18NString& a, const I18NString& b) noexcept {
+    return !(a < b);
+}
 
 /** What a dereferenced iterator gives: one character. */
 class SM_API I18NStringIteratorValue {

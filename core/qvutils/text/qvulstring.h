@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string_view>
 
 #include "core/qvutils/text/i18nstring.h"
@@ -23,6 +24,7 @@ class SM_API QvULString {
         m_text = text.shared();
         return *this;
     }
+    /** Takes `length` bytes; -1: up to the NUL. Null empties the string. */
     void assign(const char* text, int length);
 
     const char* c_str() const noexcept { return m_text.c_str(); }
@@ -37,7 +39,59 @@ class SM_API QvULString {
     qv::SharedText m_text;
 };
 
-inline bool operator==(const QvULString& a, const QvULString& b) noexcept { return a.shared().same(b.shared()) || a.utf8() == b.utf8(); }
-inline bool operator==(const QvULString& a, const char* b) noexcept { return a.utf8() == (b ? std::string_view(b) : std::string_view()); }
-inline bool operator==(const QvULString& a, const I18NString& b) noexcept { return a.shared().same(b.shared()) || a.utf8() == b.utf8(); }
-inline bool operator<(const QvULString& a, const QvULString& b) noexcept { return a.utf8() < b.utf8(); }
+inline bool operator==(const QvULString& a, const QvULString& b) noexcept {
+    return a.shared().same(b.shared()) || a.utf8() == b.utf8();
+}
+inline bool operator==(const QvULString& a, const char* b) noexcept {
+    return a.utf8() == (b ? std::string_view(b) : std::string_view());
+}
+inline bool operator==(const QvULString& a, const I18NString& b) noexcept {
+    return a.shared().same(b.shared()) || a.utf8() == b.utf8();
+}
+inline bool operator<(const QvULString& a, const QvULString& b) noexcept {
+    return a.utf8() < b.utf8();
+}
+inline bool operator>(const QvULString& a, const QvULString& b) noexcept {
+    return b < a;
+}
+inline bool operator<=(const QvULString& a, const QvULString& b) noexcept {
+    return !(b < a);
+}
+inline bool operator>=(const QvULString& a, const QvULString& b) noexcept {
+    return !(a < b);
+}
+// Either class converts to the other, so a mixed comparison needs a winner of its own.
+inline bool operator<(const QvULString& a, const I18NString& b) noexcept {
+    return a.utf8() < b.utf8();
+}
+inline bool operator<(const I18NString& a, const QvULString& b) noexcept {
+    return a.utf8() < b.utf8();
+}
+inline bool operator>(const QvULString& a, const I18NString& b) noexcept {
+    return b < a;
+}
+inline bool operator>(const I18NString& a, const QvULString& b) noexcept {
+    return b < a;
+}
+inline bool operator<=(const QvULString& a, const I18NString& b) noexcept {
+    return !(b < a);
+}
+inline bool operator<=(const I18NString& a, const QvULString& b) noexcept {
+    return !(b < a);
+}
+inline bool operator>=(const QvULString& a, const I18NString& b) noexcept {
+    return !(a < b);
+}
+inline bool operator>=(const I18NString& a, const QvULString& b) noexcept {
+    return !(a < b);
+}
+
+/** Equal texts of either class have equal hashes. */
+template <>
+struct std::hash<QvULString> {
+    std::size_t operator()(const QvULString& text) const noexcept { return std::hash<std::string_view>()(text.utf8()); }
+};
+template <>
+struct std::hash<I18NString> {
+    std::size_t operator()(const I18NString& text) const noexcept { return std::hash<std::string_view>()(text.utf8()); }
+};

@@ -1,0 +1,170 @@
+#include "core/qvutils/diag/diagnostics.h"
+
+#include "core/qvutils/diag/tklerrors.h"
+#include "core/qvutils/persist/ioobject.h"
+
+#include <atomic>
+#include <cstdio>
+#include <unordered_set>
+#include <utility>
+
+namespace {
+
+thread_local SMLogSink* t_sink = nullptr;
+thread_local SMSourceFrame* t_frame = nullptr;
+std::atomic<SMLogSink*> g_defaultSink{nullptr};
+
+std::string MessageOf(const QvLogEvent& event) {
+    std::string message(event.message.utf8());
+    if (!event.detail.empty()) message.append(": ").append(event.detail.utf8());
+    return message;
+}
+
+SMDiagnostic DiagnosticOf(const QvLogEvent& event, const SMSourceContext* context) {
+    SMDiagnostic diagnostic;
+    diagnostic.severity = SeverityOfLevel(event.level);
+    diagnostic.message = MessageOf(event);
+    if (context) {
+        diagnostic.file = context->file;
+        diagnostic.line = context->line;
+        diagnostic.column = context->column;
+    }
+    return diagnostic;
+}
+
+/** One line an event. The object's path is left out: in the middle of a parse it may not be known, and asking may log again. */
+class StandardErrorSink : public SMLogSink {
+  public:
+    void Take(const QvLogEvent& event, const SMSourceContext* context) override {
+        const std::string line = FormatDiagnostic(DiagnosticOf(event, context)) + '\n';
+        std::fwrite(line.data(), 1, line.size(), stderr);
+    }
+};
+
+class DroppingSink : public SMLogSink {
+  public:
+    void Take(const QvLogEvent&, const SMSourceContext*) override {}
+};
+
+/** The path of an object that may be half built: what asking for it logs is dropped, and a failure leaves the path empty. */
+std::string PathOf(const IOObject& object) {
+    DroppingSink quiet;
+    const SMLogScope scope(quiet);
+    try {
+        I18NString path;
+        object.getPath(path);
+        return std::string(path.utf8());
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+const char* WordOf(SMSeverity severity) {
+    switch (severity) {
+        case SMSeverity::error:
+            return "error";
+        case SMSeverity::warning:
+            return "warning";
+        case SMSeverity::note:
+            return "note";
+    }
+    return "error";
+}
+
+}  // namespace
+
+SMLogScope::SMLogScope(SMLogSink& sink) : m_outer(std::exchange(t_sink, &sink)) {}
+SMLogScope::~SMLogScope() {
+    t_sink = m_outer;
+}
+
+SMLogSink* SetDefaultLogSink(SMLogSink* sink) {
+    return g_defaultSink.exchange(sink, std::memory_order_acq_rel);
+}
+
+SMLogSink& CurrentLogSink() {
+    static StandardErrorSink& standardError = *new StandardErrorSink;  // never destroyed: destructors log too
+    if (t_sink) return *t_sink;
+    SMLogSink* const sink = g_defaultSink.load(std::memory_order_acquire);
+    return sink ? *sink : standardError;
+}
+
+SMSeverity SeverityOfLevel(LOG_LEVEL level) {
+    return level == 1 ? SMSeverity::error : level == 3 ? SMSeverity::note : SMSeverity::warning;
+}
+
+std::string FormatDiagnostic(const SMDiagnostic& diagnostic) {
+    std::string text = diagnostic.file;
+    for (const long number : {diagnostic.line, diagnostic.column}) {
+        if (number <= 0) break;
+        text += (text.empty() ? "" : ":") + std::to_string(number);
+    }
+    if (!text.empty()) text += ": ";
+    text.append(WordOf(diagnostic.severity)).append(": ").append(diagnostic.message);
+    if (!diagnostic.objectPath.empty()) text.append(" [").append(diagnostic.objectPath).append("]");
+    for (char& c : text)  // a diagnostic is one line, whatever stands in names and exceptions
+        if (c == '\n' || c == '\r') c = ' ';
+    return text;
+}
+
+SMSourceFrame::SMSourceFrame() : m_outer(std::exchange(t_frame, this)) {}
+SMSourceFrame::~SMSourceFrame() {
+    t_frame = m_outer;
+}
+const SMSourceFrame* SMSourceFrame::Innermost() {
+    return t_frame;
+}
+
+struct SMDiagnosticCollector::Entry {
+    SMDiagnostic diagnostic;
+    QvSmartPtr<IOObject> object;
+};
+
+/**
+ * Objects are held together with their ancestors, which a path is made of: a parse that fails lets go of all it has built
+ * before the paths are asked for.
+ */
+struct SMDiagnosticCollector::Held {
+    std::unordered_set<const IOObject*> known;
+    QvSmartVector<IOObject> objects;
+
+    QvSmartPtr<IOObject> Hold(const IOObject* object) {
+        if (!object || object->getReferenceCount() == 0) return nullptr;  // nobody shares it, so its end cannot be put off
+        for (const IOObject* at = object; at && at->getReferenceCount() > 0 && known.insert(at).second; at = at->parent)
+            objects.emplace_back(const_cast<IOObject*>(at));
+        return const_cast<IOObject*>(object);
+    }
+};
+
+SMDiagnosticCollector::SMDiagnosticCollector() : m_held(std::make_unique<Held>()) {}
+SMDiagnosticCollector::~SMDiagnosticCollector() = default;
+
+void SMDiagnosticCollector::Take(const QvLogEvent& event, const SMSourceContext* context) {
+    m_entries.push_back({DiagnosticOf(event, context), m_held->Hold(context ? context->object : nullptr)});
+}
+
+void SMDiagnosticCollector::Add(SMDiagnostic diagnostic) {
+    m_entries.push_back({std::move(diagnostic), nullptr});
+}
+
+void SMDiagnosticCollector::Add(const TklRuntimeError& error) {
+    SMDiagnostic diagnostic;
+    diagnostic.code = "runtime-error";
+    diagnostic.message = error.message();
+    diagnostic.file = error.file();
+    diagnostic.line = error.line();
+    diagnostic.column = error.column();
+    Add(std::move(diagnostic));
+}
+
+std::vector<SMDiagnostic> SMDiagnosticCollector::Finish() {
+    std::vector<SMDiagnostic> diagnostics;
+    diagnostics.reserve(m_entries.size());
+    for (Entry& entry : m_entries) {
+        if (entry.object) entry.diagnostic.objectPath = PathOf(*entry.object);
+        diagnostics.push_back(std::move(entry.diagnostic));
+    }
+    m_entries.clear();
+    m_held = std::make_unique<Held>();
+    return diagnostics;
+}

@@ -1,0 +1,33 @@
+#include "core/qvutils/diag/tklerrors.h"
+
+#include <utility>
+
+namespace {
+
+/** "file:line:column: message", leaving out what is not known. */
+std::string Located(const std::string& file, long line, long column, const std::string& message) {
+    std::string text = file;
+    for (const long number : {line, column}) {
+        if (number <= 0) break;
+        text += (text.empty() ? "" : ":") + std::to_string(number);
+    }
+    return text.empty() ? message : text + ": " + message;
+}
+
+}  // namespace
+
+TklAssertError::TklAssertError(long code, const char* text) : m_code(code), m_text(text ? text : ""), m_what(m_text) {}
+
+void TklAssertError::hurl(const TklFileLocation& location, const char* file, const char* macro) {
+    m_location = location;
+    const char* const place = location.file && *location.file ? location.file : file;
+    m_what = Located(place ? place : "", location.line, 0, macro && *macro ? std::string(macro) + ": " + m_text : m_text);
+    throw *this;
+}
+
+TklRuntimeError::TklRuntimeError(std::string message, std::string file, long line, long column)
+    : m_message(std::move(message)),
+      m_file(std::move(file)),
+      m_what(Located(m_file, line, column, m_message)),
+      m_line(line),
+      m_column(column) {}

@@ -16,6 +16,9 @@ if(CCACHE_PROGRAM)
 endif()
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  add_compile_options(-Wno-restrict) # g++ 12 sees an overlap in each `text + std::string` it inlines
+endif()
 if(SMODEL_WERROR)
   add_compile_options(-Werror)
 endif()
@@ -24,11 +27,4 @@ if(SMODEL_SANITIZE)
   add_link_options(-fsanitize=${SMODEL_SANITIZE})
 endif()
 
-include_directories(${CMAKE_SOURCE_DIR})
 add_compile_definitions(SMODEL_URI_HOST="${SMODEL_URI_HOST}")
-
-function(smodel_add_library name)
-  add_library(${name} SHARED ${ARGN})
-  set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
-  install(TARGETS ${name})
-endfunction()

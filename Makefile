@@ -1,0 +1,45 @@
+# The commands of the project. Each installs first what this machine lacks (see scripts/setup.sh).
+JOBS ?= $(shell nproc)
+SETUP := @scripts/setup.sh
+
+# $(call tree,PRESET,TARGETS) configures and builds one tree under build/.
+tree = cmake --preset $(1) --log-level=WARNING && cmake --build --preset $(1) --parallel $(JOBS) --target $(2)
+tests = ctest --preset $(1) --parallel $(JOBS)
+
+.PHONY: build demo test check-long bench format
+
+# The command, at build/release/bin/smodel.
+build:
+	$(SETUP)
+	$(call tree,release,smodel-tool)
+
+# The command at work on the documents of examples/models.
+demo: build
+	scripts/demo.sh build/release/bin/smodel
+
+# All tests, once as released and once under the address and undefined-behaviour sanitizers.
+test:
+	$(SETUP)
+	$(call tree,release,all)
+	$(call tests,release)
+	$(call tree,sanitize,all)
+	$(call tests,sanitize)
+
+# What takes long: the other compiler, the thread sanitizer, the layout of the sources.
+check-long:
+	$(SETUP) clang format
+	git ls-files '*.h' '*.cpp' | xargs clang-format --dry-run --Werror
+	$(call tree,clang,all)
+	$(call tests,clang)
+	$(call tree,tsan,all)
+	$(call tests,tsan)
+
+# One table, each figure beside the floor measured in the same run.
+bench:
+	$(SETUP)
+	$(call tree,release,smodel-bench)
+	build/release/bench/smodel-bench
+
+format:
+	$(SETUP) format
+	git ls-files '*.h' '*.cpp' | xargs clang-format -i

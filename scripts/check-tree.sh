@@ -1,0 +1,78 @@
+#!/bin/bash
+# check-tree.sh [ROOT]: rules of the sources that no compiler checks. Prints each breach and ends with status 1 if there is one.
+set -u
+cd "${1:-$(dirname "$0")/..}" || exit 2
+
+breaches=$(mktemp)
+trap 'rm -f "$breaches"' EXIT
+breach() { sed "s|^|$1: |" >>"$breaches"; }
+
+sources() { find core objects tools tests bench examples -name '*.h' -o -name '*.inc' -o -name '*.cpp' 2>/dev/null | sort; }
+
+# Folders from low to high, and what each may include besides itself and the host layer below all.
+below() {
+    local fragments="objects/transforms objects/catalogue objects/publication objects/links"
+    case $1 in
+    core/qvutils) ;;
+    core/repository | objects/base) ;;
+    objects/transforms | objects/catalogue | objects/publication | objects/links) echo objects/base ;;
+    objects/query) echo objects/base objects/publication objects/catalogue ;;
+    objects/dimensional) echo "$(below objects/query)" objects/query objects/links ;;
+    objects/containers) echo objects/base "$fragments" objects/query objects/dimensional ;;
+    objects/project) echo "$(below objects/containers)" objects/containers ;;
+    objects/*) return 1 ;;
+    core/*) return 1 ;;
+    esac
+}
+
+folder() { echo "$1" | cut -d/ -f1-2; }
+includes() { sed -nE 's|^ *# *include "([^"]+)".*|\1|p' "$1"; }
+
+# Headers look downward only.
+find core objects \( -name '*.h' -o -name '*.inc' \) | sort | while read -r header; do
+    own=$(folder "$header")
+    if ! allowed=$(below "$own"); then
+        echo "$header"
+        continue
+    fi
+    for included in $(includes "$header"); do
+        case " core/qvutils $own $allowed " in
+        *" $(folder "$included") "*) ;;
+        *) echo "$header includes $included" ;;
+        esac
+    done
+done | breach "looks upward, or stands in a folder without a layer"
+
+# Sources may look up within their library, never into what stands on it.
+{
+    find core -name '*.cpp' -exec grep -HnE '^ *# *include "(objects|tools|tests)/' {} +
+    find core/qvutils -name '*.cpp' -exec grep -HnE '^ *# *include "core/repository/' {} +
+    find objects -name '*.cpp' -exec grep -HnE '^ *# *include "(core/repository|tools|tests)/' {} +
+} | breach "looks into a higher library"
+
+# Headers that others read need nothing but the standard library.
+find core objects -name '*.h' ! -name '*_internal.h' ! -path 'core/repository/*/*' \
+    -exec grep -HnE '^ *# *include <(xercesc|unicode|sqlite3|libpq|CLI|nlohmann)' {} + | breach "foreign library in a public header"
+
+sources | while read -r file; do
+    case $file in *.h) grep -q '^#pragma once' "$file" || echo "$file" ;; esac
+done | breach "no #pragma once"
+
+sources | while read -r file; do
+    for included in $(includes "$file"); do
+        [ -e "$included" ] || echo "$file includes $included"
+    done
+done | breach "include not from the root of the tree"
+
+# A comment stands for itself: it defers nothing and points to nothing outside of the tree.
+find . \( -name .git -o -name build -o -path './tests/data' -o -path './examples/models' \) -prune -o -type f ! -name LICENSE -print0 |
+    xargs -0 grep -nIE '\b(TODO|FIXME|XXX|HACK)[:( ]|[Ss]pecification|\b[Ss]pec\.md|\bParts? [0-9]|[Cc]oming soon|/(home|root)/[a-z]' |
+    breach "defers work or points outside of the tree"
+
+# The first program of the README is the one that is built.
+if [ -e README.md ]; then
+    sed -n '/^```cpp$/,/^```$/p' README.md | sed '1d;$d' | diff - examples/first_program.cpp | breach "README.md and examples/first_program.cpp differ"
+fi
+
+sort -u "$breaches"
+[ ! -s "$breaches" ]

@@ -13,7 +13,8 @@ class SM_API QvContentHandler {
     virtual void ignorableWhitespace(const I18NString& text) = 0;
     virtual void processingInstruction(const I18NString& target, const I18NString& data) = 0;
     virtual void startDocument() = 0;
-    virtual void startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) = 0;
+    virtual void startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName,
+                              const QvXMLAttributes& attrs) = 0;
     virtual void startPrefixMapping(const I18NString& prefix, const I18NString& uri) = 0;
     virtual void endPrefixMapping(const I18NString& prefix) = 0;
     virtual void skippedEntity(const I18NString& name) = 0;

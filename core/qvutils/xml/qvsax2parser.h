@@ -10,9 +10,17 @@
 struct SM_API SMXMLLimits {
     std::size_t depth = 10'000;
     std::size_t attributes = 10'000;
+    /** Different element names. */
+    std::size_t names = 100'000;
+    /** A text, an attribute value, a comment, or the whole of a DOCTYPE. */
     std::size_t textBytes = std::size_t{256} << 20;
-    /** Total size of expanded internal entities, in characters. */
+    /**
+     * Total size of expanded internal entities, in characters, nested ones included. A reference inside an attribute value counts as
+     * one to the longest entity.
+     */
     std::size_t entityCharacters = std::size_t{1} << 20;
+    /** References to internal entities, nested ones included. */
+    std::size_t entityReferences = 100'000;
 };
 
 /**

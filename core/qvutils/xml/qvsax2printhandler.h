@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "core/qvutils/io/qvxmlformattarget.h"
 #include "core/qvutils/xml/qvcontenthandler.h"
 
@@ -18,7 +20,10 @@ class SM_API QvSAX2PrintHandler : public QvContentHandler {
      */
     QvSAX2PrintHandler(const char* encoding, bool reserved, QvXMLFormatTarget& target, bool fragment);
 
-    /** Two blanks a level between elements that hold elements only, for people; text and kept XML stay as they stand. */
+    /**
+     * Two blanks a level between elements that hold elements only, for people; text and kept XML stay as they stand. To be set before
+     * the first element.
+     */
     void SetIndent(bool indent) { m_indent = indent; }
 
     void characters(const I18NString& text) override;
@@ -33,11 +38,14 @@ class SM_API QvSAX2PrintHandler : public QvContentHandler {
     void skippedEntity(const I18NString& name) override;
 
   private:
+    struct Level {
+        bool hasText = false, hasChildren = false;
+    };
+
     void NewLine();
 
     QvXMLFormatTarget& m_target;
     bool m_indent = false;
-    bool m_hasText = false;
-    bool m_hasChildren = false;
-    int m_depth = 0;
+    /** The open elements; kept for the indentation only. */
+    std::vector<Level> m_levels;
 };

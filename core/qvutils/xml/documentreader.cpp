@@ -1,0 +1,367 @@
+#include "core/qvutils/xml/documentreader.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "core/qvutils/diag/tklerrors.h"
+#include "core/qvutils/xml/documentsource.h"
+#include "core/qvutils/xml/utf16.h"
+
+#include <xercesc/framework/XMLErrorCodes.hpp>
+#include <xercesc/internal/DGXMLScanner.hpp>
+#include <xercesc/internal/WFXMLScanner.hpp>
+#include <xercesc/sax/InputSource.hpp>
+#include <xercesc/util/BinInputStream.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/XMLResourceIdentifier.hpp>
+#include <xercesc/util/XMLUni.hpp>
+#include <xercesc/validators/common/GrammarResolver.hpp>
+
+namespace qv {
+namespace {
+
+/** The scanner reads ahead in blocks; what it has not looked at yet is no reason to complain. */
+constexpr std::size_t READ_AHEAD = std::size_t{128} << 10;
+constexpr std::size_t MOST_MEMORY_KEPT = std::size_t{1} << 20;
+constexpr std::size_t MOST_ENTRIES_KEPT = 4096;
+
+class ByteStream final : public xercesc::BinInputStream {
+  public:
+    explicit ByteStream(DocumentReader& reader) : m_reader(reader) {}
+    XMLFilePos curPos() const override { return m_position; }
+    XMLSize_t readBytes(XMLByte* to, XMLSize_t room) override {
+        const std::size_t count = m_reader.Feed(reinterpret_cast<char*>(to), room);
+        m_position += count;
+        return count;
+    }
+    const XMLCh* getContentType() const override { return nullptr; }
+
+  private:
+    DocumentReader& m_reader;
+    XMLFilePos m_position = 0;
+};
+
+class StreamSource final : public xercesc::InputSource {
+  public:
+    explicit StreamSource(DocumentReader& reader) : InputSource(xercesc::XMLUni::fgZeroLenString), m_reader(reader) {}
+    xercesc::BinInputStream* makeStream() const override { return new ByteStream(m_reader); }
+
+  private:
+    DocumentReader& m_reader;
+};
+
+std::size_t Utf8Size(const char16_t* text) {
+    std::size_t size = 0;
+    for (; *text; ++text) size += *text < 0x80 ? 1 : *text < 0x800 || (*text >= 0xD800 && *text <= 0xDFFF) ? 2 : 3;
+    return size;
+}
+
+}  // namespace
+
+/** The scanner with a look at what it keeps to itself. */
+class DocumentReader::Scanner {
+  public:
+    Scanner() : m_grammars(nullptr, xercesc::XMLPlatformUtils::fgMemoryManager) {}
+    virtual ~Scanner() = default;
+    Scanner(const Scanner&) = delete;
+    Scanner& operator=(const Scanner&) = delete;
+    virtual xercesc::XMLScanner& Xerces() = 0;
+    /** Attributes of the largest start tag met, the one being read included. */
+    virtual std::size_t AttributeSlots() const = 0;
+    /** References to entities since the last call. */
+    virtual std::size_t TakeReferences() { return 0; }
+    /** References from now on that are no error. */
+    virtual void AllowReferences(std::size_t) {}
+
+  protected:
+    xercesc::GrammarResolver m_grammars;
+};
+
+class DocumentReader::FastScanner final : public Scanner, public xercesc::WFXMLScanner {
+  public:
+    FastScanner() : WFXMLScanner(nullptr, &m_grammars) { setURIStringPool(m_grammars.getStringPool()); }
+    xercesc::XMLScanner& Xerces() override { return *this; }
+    std::size_t AttributeSlots() const override { return fAttrList->size(); }
+};
+
+class DocumentReader::GeneralScanner final : public Scanner, public xercesc::DGXMLScanner {
+  public:
+    GeneralScanner() : DGXMLScanner(nullptr, &m_grammars) {
+        setURIStringPool(m_grammars.getStringPool());
+        setSecurityManager(&m_security);
+    }
+    xercesc::XMLScanner& Xerces() override { return *this; }
+    std::size_t AttributeSlots() const override { return fAttrList->size(); }
+    std::size_t TakeReferences() override {
+        const std::size_t count = fEntityExpansionCount;
+        fEntityExpansionCount = 0;
+        return count;
+    }
+    void AllowReferences(std::size_t count) override { fEntityExpansionLimit = count; }
+
+  private:
+    xercesc::SecurityManager m_security;
+};
+
+DocumentReader::DocumentReader(ScannerKind kind) {
+    if (kind == ScannerKind::fast)
+        m_scanner = std::make_unique<FastScanner>();
+    else
+        m_scanner = std::make_unique<GeneralScanner>();
+    xercesc::XMLScanner& scanner = m_scanner->Xerces();
+    scanner.setValidationScheme(xercesc::XMLScanner::Val_Never);
+    scanner.setDoNamespaces(false);
+    scanner.setDoSchema(false);
+    scanner.setLoadSchema(false);
+    scanner.setLoadExternalDTD(false);
+    scanner.setSkipDTDValidation(true);
+    scanner.setDisableDefaultEntityResolution(true);
+    scanner.setExitOnFirstFatal(true);
+    scanner.setDocHandler(this);
+    scanner.setErrorReporter(this);
+    scanner.setEntityHandler(this);
+    scanner.setDocTypeHandler(this);
+}
+
+DocumentReader::~DocumentReader() = default;
+
+void DocumentReader::Read(DocumentSource& source, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits) {
+    m_source = &source;
+    m_name = name;
+    m_handler = handler;
+    m_limits = limits;
+    m_names.StartDocument();
+    m_namesAtStart = m_names.size();
+    m_slotsAtStart = m_scanner->AttributeSlots();
+    m_fed = m_fedAtEvent = m_longestStretch = 0;
+    m_hasEntities = false;
+    m_longestEntity = 0;
+    m_referencesLeft = limits.entityReferences;
+    m_charactersLeft = limits.entityCharacters;
+    try {
+        m_scanner->Xerces().scanDocument(StreamSource(*this));
+    } catch (const xercesc::OutOfMemoryException&) {
+        throw std::bad_alloc();
+    } catch (const xercesc::XMLException& exception) {
+        throw TklRuntimeError(Utf8Of(exception.getMessage()), m_name);
+    }
+}
+
+bool DocumentReader::IsBloated() const noexcept {
+    return m_charsRoom > MOST_MEMORY_KEPT || m_longestStretch > MOST_MEMORY_KEPT || m_names.size() > MOST_ENTRIES_KEPT ||
+           m_scanner->AttributeSlots() > MOST_ENTRIES_KEPT || m_open.capacity() > 4 * MOST_ENTRIES_KEPT;
+}
+
+long DocumentReader::Line() const {
+    return static_cast<long>(m_scanner->Xerces().getLocator()->getLineNumber());
+}
+
+long DocumentReader::Column() const {
+    return static_cast<long>(m_scanner->Xerces().getLocator()->getColumnNumber());
+}
+
+std::string_view DocumentReader::Element() const noexcept {
+    return m_open.empty() ? std::string_view() : m_open.back()->qName.utf8();
+}
+
+void DocumentReader::Fail(const std::string& message) const {
+    throw TklRuntimeError(message, m_name, Line(), Column());
+}
+
+std::size_t DocumentReader::Feed(char* to, std::size_t room) {
+    const std::size_t stretch = m_fed - m_fedAtEvent;
+    m_longestStretch = std::max(m_longestStretch, stretch);
+    if (stretch > READ_AHEAD && stretch - READ_AHEAD > m_limits.textBytes)
+        Fail("a text, tag or comment is longer than " + std::to_string(m_limits.textBytes) + " bytes");
+    if (m_scanner->AttributeSlots() > std::max(m_limits.attributes, m_slotsAtStart))
+        Fail("a start tag has more than " + std::to_string(m_limits.attributes) + " attributes");
+    const std::size_t count = m_source->Read(to, room);
+    m_fed += count;
+    if (count) m_lastByte = static_cast<unsigned char>(to[count - 1]);
+    return count;
+}
+
+void DocumentReader::FlushText() {
+    if (m_charsSize == 0) return;
+    m_text.assign({m_chars.get(), m_charsSize});
+    m_charsSize = 0;
+    if (m_handler) m_handler->characters(m_text);
+}
+
+void DocumentReader::docCharacters(const XMLCh* chars, XMLSize_t length, bool) {
+    m_fedAtEvent = m_fed;
+    if (m_open.empty()) return;
+    const std::size_t most = m_charsSize + length * UTF8_PER_UTF16;
+    if (most > m_charsRoom) {
+        const std::size_t room = std::max(most, 2 * m_charsRoom);
+        std::unique_ptr<char[]> larger(new char[room]);
+        if (m_charsSize) std::memcpy(larger.get(), m_chars.get(), m_charsSize);
+        m_chars = std::move(larger);
+        m_charsRoom = room;
+    }
+    m_charsSize = static_cast<std::size_t>(Utf16ToUtf8(chars, length, m_chars.get() + m_charsSize) - m_chars.get());
+    if (m_charsSize > m_limits.textBytes) Fail("a text is longer than " + std::to_string(m_limits.textBytes) + " bytes");
+}
+
+void DocumentReader::ignorableWhitespace(const XMLCh* chars, XMLSize_t length, bool cdata) {
+    docCharacters(chars, length, cdata);
+}
+
+void DocumentReader::docComment(const XMLCh*) {
+    m_fedAtEvent = m_fed;
+}
+
+void DocumentReader::docPI(const XMLCh* target, const XMLCh* data) {
+    m_fedAtEvent = m_fed;
+    FlushText();
+    if (m_handler)
+        m_handler->processingInstruction(I18NString(std::string_view(Utf8Of(target))), I18NString(std::string_view(Utf8Of(data))));
+}
+
+void DocumentReader::resetDocument() {
+    m_open.clear();
+    m_charsSize = 0;
+}
+
+void DocumentReader::startDocument() {
+    m_scanner->AllowReferences(m_referencesLeft);
+    if (m_handler) m_handler->startDocument();
+}
+
+void DocumentReader::endDocument() {
+    if (!m_scanner->Xerces().getReaderMgr()->atEOF()) Fail("a NUL character is not allowed");
+    // The scanner drops a character that is cut off. What may follow the root ends in ASCII.
+    if (m_lastByte >= 0x80) Fail("the document ends within a character");
+    if (m_handler) m_handler->endDocument();
+}
+
+void DocumentReader::CheckAttributes(const ParsedAttributes::List& list, std::size_t count) {
+    if (count > m_limits.attributes) Fail("a start tag has more than " + std::to_string(m_limits.attributes) + " attributes");
+    // A value longer than a read block shows as a long stretch; only a small bound needs a look at each value.
+    if (m_fed - m_fedAtEvent <= m_limits.textBytes && m_limits.textBytes > READ_AHEAD) return;
+    for (std::size_t i = 0; i < count; ++i)
+        if (Utf8Size(list.elementAt(i)->getValue()) > m_limits.textBytes)
+            Fail("an attribute value is longer than " + std::to_string(m_limits.textBytes) + " bytes");
+}
+
+void DocumentReader::startElement(const xercesc::XMLElementDecl& element, unsigned int, const XMLCh*,
+                                  const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count, bool isEmpty, bool) {
+    FlushText();
+    const ElementName& name = m_names.Find(&element, element.getFullName());
+    m_open.push_back(&name);
+    if (m_open.size() > m_limits.depth) Fail("elements are nested deeper than " + std::to_string(m_limits.depth));
+    if (m_names.size() - m_namesAtStart > m_limits.names)
+        Fail("elements have more than " + std::to_string(m_limits.names) + " different names");
+    if (count) CheckAttributes(attributes, count);
+    if (m_hasEntities) {
+        // References in attribute values are told by their number alone, so each counts as one to the longest entity.
+        const std::size_t references = m_scanner->TakeReferences();
+        ChargeReferences(references, references * m_longestEntity);
+    }
+    m_fedAtEvent = m_fed;
+    if (m_handler) {
+        m_attributes.Reset(&attributes, count);
+        m_handler->startElement(I18NString(), name.localName, name.qName, m_attributes);
+    }
+    if (isEmpty) EndElement(name);
+}
+
+void DocumentReader::endElement(const xercesc::XMLElementDecl&, unsigned int, bool, const XMLCh*) {
+    m_fedAtEvent = m_fed;
+    FlushText();
+    EndElement(*m_open.back());
+}
+
+void DocumentReader::EndElement(const ElementName& name) {
+    if (m_handler) m_handler->endElement(I18NString(), name.localName, name.qName);
+    m_open.pop_back();
+}
+
+void DocumentReader::XMLDecl(const XMLCh* version, const XMLCh*, const XMLCh*, const XMLCh*) {
+    // Version 1.1 has control characters that could not be written back.
+    if (!SameText(version, "1.0")) Fail("XML version " + Utf8Of(version) + " is not supported");
+}
+
+void DocumentReader::error(unsigned int code, const XMLCh* domain, ErrTypes type, const XMLCh* text, const XMLCh*, const XMLCh*,
+                           XMLFileLoc line, XMLFileLoc column) {
+    if (type == ErrType_Warning) return;
+    std::string message = Utf8Of(text);
+    if (xercesc::XMLString::equals(domain, xercesc::XMLUni::fgXMLErrDomain)) {
+        if (code == xercesc::XMLErrs::EntityExpansionLimitExceeded)
+            message = "internal entities expand to more than " + std::to_string(m_limits.entityCharacters) + " characters";
+        else if (code == xercesc::XMLErrs::EndedWithTagsOnStack && !m_scanner->Xerces().getReaderMgr()->atEOF())
+            message = "a NUL character is not allowed";
+    }
+    throw TklRuntimeError(message, m_name, static_cast<long>(line), static_cast<long>(column));
+}
+
+void DocumentReader::resetErrors() {}
+
+xercesc::InputSource* DocumentReader::resolveEntity(xercesc::XMLResourceIdentifier* id) {
+    Fail("the external entity \"" + Utf8Of(id->getSystemId()) + "\" is not opened");
+}
+
+void DocumentReader::endInputSource(const xercesc::InputSource&) {}
+
+bool DocumentReader::expandSystemId(const XMLCh*, xercesc::XMLBuffer&) {
+    return false;
+}
+
+void DocumentReader::resetEntities() {}
+
+void DocumentReader::startInputSource(const xercesc::InputSource&) {}
+
+void DocumentReader::ChargeReferences(std::size_t count, std::size_t characters) {
+    if (characters > m_charactersLeft)
+        Fail("internal entities expand to more than " + std::to_string(m_limits.entityCharacters) + " characters");
+    if (count > m_referencesLeft)
+        Fail("there are more than " + std::to_string(m_limits.entityReferences) + " references to internal entities");
+    m_charactersLeft -= characters;
+    m_referencesLeft -= count;
+    // One is let through in any case, to be judged by its own length where it stands in content.
+    const std::size_t longest = std::max<std::size_t>(m_longestEntity, 1);
+    m_scanner->AllowReferences(std::min(m_referencesLeft, std::max<std::size_t>(m_charactersLeft / longest, 1)));
+}
+
+void DocumentReader::startEntityReference(const xercesc::XMLEntityDecl& entity) {
+    ChargeReferences(m_scanner->TakeReferences(), entity.getValueLen());
+}
+
+void DocumentReader::endEntityReference(const xercesc::XMLEntityDecl&) {}
+
+void DocumentReader::entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter, bool) {
+    if (isParameter) Fail("parameter entities are not supported");
+    m_hasEntities = true;
+    m_longestEntity = std::max(m_longestEntity, static_cast<std::size_t>(entity.getValueLen()));
+    ChargeReferences(0, 0);
+}
+
+void DocumentReader::startAttList(const xercesc::DTDElementDecl&) {
+    // Entities in default values would be expanded where nothing counts them.
+    if (m_hasEntities) Fail("attribute lists behind entities are not supported");
+}
+
+void DocumentReader::doctypeDecl(const xercesc::DTDElementDecl&, const XMLCh*, const XMLCh*, bool, bool) {
+    // The external part is never read. A reference to what may stand there must be an error, or its text would vanish unseen.
+    m_scanner->Xerces().setHasNoDTD(true);
+}
+
+void DocumentReader::endIntSubset() {
+    m_scanner->Xerces().setHasNoDTD(true);
+}
+
+void DocumentReader::attDef(const xercesc::DTDElementDecl&, const xercesc::DTDAttDef&, bool) {}
+void DocumentReader::doctypeComment(const XMLCh*) {}
+void DocumentReader::doctypePI(const XMLCh*, const XMLCh*) {}
+void DocumentReader::doctypeWhitespace(const XMLCh*, XMLSize_t) {}
+void DocumentReader::elementDecl(const xercesc::DTDElementDecl&, bool) {}
+void DocumentReader::endAttList(const xercesc::DTDElementDecl&) {}
+void DocumentReader::endExtSubset() {}
+void DocumentReader::resetDocType() {}
+void DocumentReader::notationDecl(const xercesc::XMLNotationDecl&, bool) {}
+void DocumentReader::startIntSubset() {}
+void DocumentReader::startExtSubset() {}
+void DocumentReader::TextDecl(const XMLCh*, const XMLCh*) {}
+
+}  // namespace qv

@@ -1,0 +1,134 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/qvutils/xml/elementnames.h"
+#include "core/qvutils/xml/parsedattributes.h"
+#include "core/qvutils/xml/qvsax2parser.h"
+
+#include <xercesc/framework/XMLDocumentHandler.hpp>
+#include <xercesc/framework/XMLEntityHandler.hpp>
+#include <xercesc/framework/XMLErrorReporter.hpp>
+#include <xercesc/validators/DTD/DocTypeHandler.hpp>
+
+namespace qv {
+
+class DocumentSource;
+
+/** The scanner beneath: the fast one knows no DOCTYPE; the general one reads internal entities. */
+enum class ScannerKind { fast, general };
+
+/**
+ * A Xerces-C scanner and what turns its callbacks into the events of `QvContentHandler`. It reads one document after the other;
+ * after an exception it is good for nothing but its destructor.
+ */
+class DocumentReader final : private xercesc::XMLDocumentHandler,
+                             private xercesc::XMLErrorReporter,
+                             private xercesc::XMLEntityHandler,
+                             private xercesc::DocTypeHandler {
+  public:
+    explicit DocumentReader(ScannerKind kind);
+    ~DocumentReader() override;
+
+    /** `handler` (may be null) and `source` are borrowed. `name` stands in errors. */
+    void Read(DocumentSource& source, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits);
+
+    /** Whether a document has left so much memory with this reader that another one had better be made. */
+    bool IsBloated() const noexcept;
+
+    /** Where the scanner stands, behind what it has told last; 0 when it does not stand anywhere. */
+    long Line() const;
+    long Column() const;
+    /** The innermost open element, or the one whose tag is being told; empty outside the root. */
+    std::string_view Element() const noexcept;
+
+    /** For the byte stream: counts what is fed and stops a text or a tag that never ends. */
+    std::size_t Feed(char* to, std::size_t room);
+
+  private:
+    class Scanner;
+    class FastScanner;
+    class GeneralScanner;
+
+    [[noreturn]] void Fail(const std::string& message) const;
+    void FlushText();
+    void EndElement(const ElementName& name);
+    void CheckAttributes(const ParsedAttributes::List& list, std::size_t count);
+    void ChargeReferences(std::size_t count, std::size_t characters);
+
+    // XMLDocumentHandler
+    void docCharacters(const XMLCh* chars, XMLSize_t length, bool cdata) override;
+    void docComment(const XMLCh* comment) override;
+    void docPI(const XMLCh* target, const XMLCh* data) override;
+    void endDocument() override;
+    void endElement(const xercesc::XMLElementDecl& element, unsigned int uri, bool isRoot, const XMLCh* prefix) override;
+    void endEntityReference(const xercesc::XMLEntityDecl& entity) override;
+    void ignorableWhitespace(const XMLCh* chars, XMLSize_t length, bool cdata) override;
+    void resetDocument() override;
+    void startDocument() override;
+    void startElement(const xercesc::XMLElementDecl& element, unsigned int uri, const XMLCh* prefix,
+                      const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count, bool isEmpty, bool isRoot) override;
+    void startEntityReference(const xercesc::XMLEntityDecl& entity) override;
+    void XMLDecl(const XMLCh* version, const XMLCh* encoding, const XMLCh* standalone, const XMLCh* autoEncoding) override;
+
+    // XMLErrorReporter
+    void error(unsigned int code, const XMLCh* domain, ErrTypes type, const XMLCh* text, const XMLCh* systemId, const XMLCh* publicId,
+               XMLFileLoc line, XMLFileLoc column) override;
+    void resetErrors() override;
+
+    // XMLEntityHandler
+    void endInputSource(const xercesc::InputSource& source) override;
+    bool expandSystemId(const XMLCh* systemId, xercesc::XMLBuffer& toFill) override;
+    void resetEntities() override;
+    xercesc::InputSource* resolveEntity(xercesc::XMLResourceIdentifier* id) override;
+    void startInputSource(const xercesc::InputSource& source) override;
+
+    // DocTypeHandler
+    void attDef(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute, bool ignoring) override;
+    void doctypeComment(const XMLCh* comment) override;
+    void doctypeDecl(const xercesc::DTDElementDecl& element, const XMLCh* publicId, const XMLCh* systemId, bool hasInternal,
+                     bool hasExternal) override;
+    void doctypePI(const XMLCh* target, const XMLCh* data) override;
+    void doctypeWhitespace(const XMLCh* chars, XMLSize_t length) override;
+    void elementDecl(const xercesc::DTDElementDecl& element, bool isIgnored) override;
+    void endAttList(const xercesc::DTDElementDecl& element) override;
+    void endIntSubset() override;
+    void endExtSubset() override;
+    void entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter, bool isIgnored) override;
+    void resetDocType() override;
+    void notationDecl(const xercesc::XMLNotationDecl& notation, bool isIgnored) override;
+    void startAttList(const xercesc::DTDElementDecl& element) override;
+    void startIntSubset() override;
+    void startExtSubset() override;
+    void TextDecl(const XMLCh* version, const XMLCh* encoding) override;
+
+    std::unique_ptr<Scanner> m_scanner;
+    DocumentSource* m_source = nullptr;
+    QvContentHandler* m_handler = nullptr;
+    SMXMLLimits m_limits;
+    std::string m_name;
+
+    ElementNames m_names;
+    std::vector<const ElementName*> m_open;
+    ParsedAttributes m_attributes;
+
+    /** Character data since the last event, in UTF-8, and the string in which it goes to the handler. */
+    std::unique_ptr<char[]> m_chars;
+    std::size_t m_charsSize = 0, m_charsRoom = 0;
+    I18NString m_text;
+
+    /** Bytes fed so far, at the last callback, and the most between two callbacks. */
+    std::size_t m_fed = 0, m_fedAtEvent = 0, m_longestStretch = 0;
+    unsigned char m_lastByte = 0;
+    /** What earlier documents have left. */
+    std::size_t m_namesAtStart = 0, m_slotsAtStart = 0;
+
+    /** Entities: the longest one declared, and what may still be expanded. */
+    bool m_hasEntities = false;
+    std::size_t m_longestEntity = 0, m_referencesLeft = 0, m_charactersLeft = 0;
+};
+
+}  // namespace qv

@@ -1,0 +1,104 @@
+#include "core/qvutils/xml/qvsax2parser.h"
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "core/qvutils/diag/diagnostics.h"
+#include "core/qvutils/diag/tklerrors.h"
+#include "core/qvutils/xml/documentreader.h"
+#include "core/qvutils/xml/documentsource.h"
+#include "core/qvutils/xml/utf16.h"
+
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+namespace {
+
+using qv::DocumentReader;
+using qv::ScannerKind;
+
+/** Starts the XML library. It is never ended, since readers live as long as their threads. */
+void StartXerces() {
+    static std::once_flag s_started;
+    std::call_once(s_started, [] {
+        try {
+            xercesc::XMLPlatformUtils::Initialize();
+        } catch (const xercesc::XMLException& exception) {
+            throw TklRuntimeError("the XML library does not start: " + qv::Utf8Of(exception.getMessage()));
+        }
+    });
+}
+
+/** Readers of one kind that no parse of this thread uses now. */
+using IdleReaders = std::vector<std::unique_ptr<DocumentReader>>;
+
+IdleReaders& IdleReadersOf(ScannerKind kind) {
+    thread_local IdleReaders t_idle[2];
+    return t_idle[kind == ScannerKind::fast ? 0 : 1];
+}
+
+std::unique_ptr<DocumentReader> BorrowReader(ScannerKind kind) {
+    IdleReaders& idle = IdleReadersOf(kind);
+    if (idle.empty()) return std::make_unique<DocumentReader>(kind);
+    std::unique_ptr<DocumentReader> reader = std::move(idle.back());
+    idle.pop_back();
+    return reader;
+}
+
+void ReturnReader(ScannerKind kind, std::unique_ptr<DocumentReader> reader) {
+    constexpr std::size_t MOST_IDLE = 4;
+    IdleReaders& idle = IdleReadersOf(kind);
+    if (idle.size() < MOST_IDLE && !reader->IsBloated()) idle.push_back(std::move(reader));
+}
+
+/** Where the parse stands, for whoever asks. */
+class ParseFrame final : public SMSourceFrame {
+  public:
+    ParseFrame(const DocumentReader& reader, const std::string& file, const QvContentHandler* handler)
+        : m_reader(reader), m_file(file), m_handler(handler) {}
+
+    SMSourceContext Describe() const override {
+        const auto* locator = dynamic_cast<const SMObjectLocator*>(m_handler);
+        return {m_file, m_reader.Line(), m_reader.Column(), m_reader.Element(), locator ? locator->InnermostObject() : nullptr};
+    }
+
+  private:
+    const DocumentReader& m_reader;
+    const std::string& m_file;
+    const QvContentHandler* m_handler;
+};
+
+void Parse(qv::DocumentSource& source, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits) {
+    const std::string_view head = source.Head();
+    if (head.empty()) throw TklRuntimeError("the document is empty", name, 1, 1);
+    StartXerces();
+    const ScannerKind kind = qv::HasPlainProlog(head) ? ScannerKind::fast : ScannerKind::general;
+    std::unique_ptr<DocumentReader> reader = BorrowReader(kind);
+    {
+        const ParseFrame frame(*reader, name, handler);
+        reader->Read(source, name, handler, limits);
+    }
+    ReturnReader(kind, std::move(reader));
+}
+
+}  // namespace
+
+QvSAX2Parser::QvSAX2Parser() = default;
+
+QvSAX2Parser::~QvSAX2Parser() = default;
+
+void QvSAX2Parser::parse(const I18NString& path) {
+    const std::string name(path.utf8());
+    qv::FileSource source(name);
+    Parse(source, name, m_handler, m_limits);
+}
+
+void QvSAX2Parser::parse(const TklByteBuffer& document) {
+    parse(document.str(), document.pcount());
+}
+
+void QvSAX2Parser::parse(const char* bytes, std::size_t length) {
+    qv::MemorySource source({bytes, length});
+    Parse(source, std::string(m_sourceName.utf8()), m_handler, m_limits);
+}

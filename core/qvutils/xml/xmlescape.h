@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string_view>
+
+#include "core/qvutils/io/qvxmlformattarget.h"
+
+namespace qv {
+
+/** Writes character data: `& < >` and the carriage return as references. */
+void WriteEscapedText(QvXMLFormatTarget& target, std::string_view utf8);
+
+/** Writes an attribute value for double quotes: as text, and also `"`, tab and line feed as references. */
+void WriteEscapedValue(QvXMLFormatTarget& target, std::string_view utf8);
+
+}  // namespace qv

@@ -1,0 +1,40 @@
+#include "objects/base/smdisplaylist_002_000.h"
+
+#include <algorithm>
+
+namespace schema_002_000 {
+
+void SMDisplayList::Sort() {
+    if (std::is_sorted(m_items.begin(), m_items.end(), DisplayOrderSort)) return;
+    // nulls first: with them among the items the comparison would be no order
+    const auto end = std::stable_partition(m_items.begin(), m_items.end(), [](const SMObjectBase* item) { return item != nullptr; });
+    std::stable_sort(m_items.begin(), end, DisplayOrderSort);
+}
+
+bool SMDisplayList::RemoveById(const QvULString& id) {
+    const std::size_t before = m_items.size();
+    RemoveDisplayOrderItemById(m_items, id);
+    ReleaseUnlisted();
+    return m_items.size() != before;
+}
+
+bool SMDisplayList::RemovePointer(const SMObjectBase* object) {
+    const auto found = std::find(m_items.begin(), m_items.end(), object);
+    if (found == m_items.end()) return false;
+    m_items.erase(found);
+    ReleaseUnlisted();
+    return true;
+}
+
+void SMDisplayList::Detach(QvSmartPtr<SMObjectBase> object) {
+    if (std::find(m_items.begin(), m_items.end(), object.get()) == m_items.end()) return;
+    if (!m_detached) m_detached = std::make_unique<QvSmartVector<SMObjectBase>>();
+    m_detached->push_back(std::move(object));
+}
+
+void SMDisplayList::ReleaseUnlisted() {
+    if (!m_detached) return;
+    std::erase_if(*m_detached, [&](const auto& held) { return std::find(m_items.begin(), m_items.end(), held.get()) == m_items.end(); });
+}
+
+}  // namespace schema_002_000

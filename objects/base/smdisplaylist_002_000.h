@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "objects/base/smobjectbase_002_000.h"
+
+namespace schema_002_000 {
+
+/**
+ * The children of a container in display order, of every kind. The list borrows; the typed collections of the same container
+ * share the objects. An operation that takes an object out of its typed collection alone hands it to `Detach`, which keeps it
+ * alive for as long as the list can name it: such an object is still written, though no typed look-up finds it any more.
+ */
+class SM_API SMDisplayList {
+  public:
+    void Append(SMObjectBase* object) { m_items.push_back(object); }
+    std::vector<SMObjectBase*>& Items() noexcept { return m_items; }
+    const std::vector<SMObjectBase*>& Items() const noexcept { return m_items; }
+    /** Sorts by display order number; equal numbers keep their order, nulls go to the end. */
+    void Sort();
+    /** Removes the first entry of an id, of a pointer; false when there is none. */
+    bool RemoveById(const QvULString& id);
+    bool RemovePointer(const SMObjectBase* object);
+    /** Takes over an object that has left its typed collection: kept if the list still names it, else released. */
+    void Detach(QvSmartPtr<SMObjectBase> object);
+
+  private:
+    void ReleaseUnlisted();
+
+    std::vector<SMObjectBase*> m_items;
+    /** Shares the objects that stand in the list alone; null as long as there is none. */
+    std::unique_ptr<QvSmartVector<SMObjectBase>> m_detached;
+};
+
+}  // namespace schema_002_000

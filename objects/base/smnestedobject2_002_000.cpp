@@ -1,0 +1,44 @@
+#include "objects/base/smnestedobject2_002_000.h"
+
+namespace schema_002_000 {
+
+namespace {
+const SMTable NO_TABLE = {"", "", "", "", ""};
+}  // namespace
+
+SM_DEFINE_KEY_COLUMNS(SMNestedObject2, NO_TABLE)
+
+SMNestedObject2::~SMNestedObject2() {
+    for (const auto& child : m_nested)
+        if (child->getReferenceCount() > 1) child->parent = nullptr;
+}
+
+bool SMNestedObject2::read(IOHelper&) {
+    return true;
+}
+
+bool SMNestedObject2::write_no_seq_inc(IOHelper&) {
+    return true;
+}
+
+bool SMNestedObject2::write_next(IOHelper&) {
+    return true;
+}
+
+void SMNestedObject2::getChildObjects(QvULCollection<IOObject, QvULIdExtract<IOObject>>& children) const {
+    for (const auto& child : m_nested) children.push_back(child);
+}
+
+void SMNestedObject2::WriteXMLElement(QvContentHandler* handler, QvXMLFormatTarget& target) const {
+    WriteLocaleMap(handler, m_tags->name, names);
+    WriteLocaleMap(handler, m_tags->description, descriptions);
+    WriteSMDate(handler, m_tags->lastChanged, NoAttributes(), GetLastChangedDate());
+    WriteLocaleMap(handler, m_tags->screenTip, screenTips);
+    WriteProperties(handler, true);
+    if (m_nested.empty()) return;
+    StartElement(handler, m_tags->object);
+    for (const auto& child : m_nested) child->WriteXMLElement(handler, target);
+    EndElement(handler, m_tags->object);
+}
+
+}  // namespace schema_002_000

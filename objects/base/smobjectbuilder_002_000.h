@@ -1,0 +1,98 @@
+#pragma once
+
+#include "core/qvutils/base/qvsmartptr.h"
+#include "core/qvutils/base/tklreferencecount.h"
+#include "core/qvutils/diag/diagnostics.h"
+#include "core/qvutils/text/qvulstring.h"
+#include "core/qvutils/xml/qvcontenthandler.h"
+#include "objects/base/smenum_xmltag_002_000.h"
+
+namespace schema_002_000 {
+
+class SMObjectBase;
+
+/**
+ * One storey of the builder stack. While it has a child, it hands every event on to the child; the child goes when its element
+ * has ended. A child never sees its own start tag, since the parent has read it, but does see its own end tag.
+ */
+class SM_API QvXmlBuildBase : public QvContentHandler, public TklReferenceCount, public SMObjectLocator {
+  public:
+    void characters(const I18NString& text) override;
+    void endDocument() override {}
+    void endElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) override;
+    void ignorableWhitespace(const I18NString&) override {}
+    void processingInstruction(const I18NString&, const I18NString&) override {}
+    void startDocument() override {}
+    void startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) override;
+    void startPrefixMapping(const I18NString&, const I18NString&) override {}
+    void endPrefixMapping(const I18NString&) override {}
+    void skippedEntity(const I18NString&) override {}
+
+    virtual void realStartElement(const I18NString& uri, const I18NString& localName, const I18NString& qName,
+                                  const QvXMLAttributes& attrs) = 0;
+    virtual void realCharacters(const I18NString& text) = 0;
+    virtual void realEndElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) = 0;
+
+    /** The object that the innermost builder fills. */
+    const IOObject* InnermostObject() const override;
+
+  protected:
+    /** The builder of the element whose start tag is being handled; shared until the element ends. */
+    void Push(QvXmlBuildBase* child);
+    /** Pushes and replays the start tag into the child, which so sees its whole element. */
+    void PushWithStart(QvXmlBuildBase* child, const I18NString& uri, const I18NString& localName, const I18NString& qName,
+                       const QvXMLAttributes& attrs);
+    /** The object that this builder fills; null when it fills none. */
+    virtual const IOObject* OwnObject() const { return nullptr; }
+
+  private:
+    int m_depth = 0;
+    QvSmartPtr<QvXmlBuildBase> m_child;
+};
+
+/** The attributes of the "property" element being read. */
+struct SMPropertyText {
+    I18NString name, type;
+    void Start(const QvXMLAttributes& attrs);
+};
+
+/** Base of the builders of model objects: gathers the text of simple elements. */
+class SM_API SMObjectBuilder : public QvXmlBuildBase {
+  public:
+    void realCharacters(const I18NString& text) override;
+
+  protected:
+    SMObjectBuilder() : m_tags(SMEnum_xmltag::GetInstance()) {}
+    SMEnum_xmltag::Enum TagOf(const I18NString& localName) const { return m_tags->_string2enum(localName); }
+    /** Starts gathering the text of the element that begins. */
+    void CollectText();
+    void StopCollecting() { m_collecting = false; }
+    /** Logs an element that nobody knows, in the words given. */
+    void LogUnknownStart(const I18NString& module, const I18NString& className, const char* method, const I18NString& name) const;
+    void LogUnknownEnd(const I18NString& module, const I18NString& className, const char* method, const I18NString& name) const;
+
+    I18NString m_text;
+    bool m_collecting = false;
+    const SMEnum_xmltag* m_tags;
+    static const I18NString ms_strUri;
+};
+
+/** Replays the inside of a fragment into a waiting builder, so that the fragment's outermost element is not seen. */
+class XmlFragReader : public QvXmlBuildBase {
+  public:
+    /** The target is borrowed. */
+    explicit XmlFragReader(QvXmlBuildBase* target) : m_target(target) {}
+    void realStartElement(const I18NString& uri, const I18NString& localName, const I18NString& qName,
+                          const QvXMLAttributes& attrs) override;
+    void realCharacters(const I18NString& text) override;
+    void realEndElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) override;
+
+  protected:
+    const IOObject* OwnObject() const override { return m_target->InnermostObject(); }
+
+  private:
+    int m_nesting = 0;
+    QvXmlBuildBase* m_target;
+};
+
+}  // namespace schema_002_000

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "core/qvutils/params/ioparams.h"
+#include "objects/base/smlog_002_000.h"
+
+namespace schema_002_000 {
+
+class SMXMLObject2;
+
+/** The table of a class and its four key columns; an empty name stands for a column that the table does not have. */
+struct SMTable {
+    SMTable(const char* table, const char* id, const char* version, const char* parentId, const char* parentVersion)
+        : name(I18NString::Immortal(table)),
+          idColumn(I18NString::Immortal(id)),
+          versionColumn(I18NString::Immortal(version)),
+          parentIdColumn(I18NString::Immortal(parentId)),
+          parentVersionColumn(I18NString::Immortal(parentVersion)) {}
+
+    I18NString name, idColumn, versionColumn, parentIdColumn, parentVersionColumn;
+};
+
+/** Declares, and defines from the class's table, the four column getters that each stored class has. */
+#define SM_DECLARE_KEY_COLUMNS                       \
+    I18NString GetVersionCol() const override;       \
+    I18NString GetIdCol() const override;            \
+    I18NString GetParentVersionCol() const override; \
+    I18NString GetParentIdCol() const override;
+#define SM_DEFINE_KEY_COLUMNS(Class, TABLE)         \
+    I18NString Class::GetVersionCol() const {       \
+        return TABLE.versionColumn;                 \
+    }                                               \
+    I18NString Class::GetIdCol() const {            \
+        return TABLE.idColumn;                      \
+    }                                               \
+    I18NString Class::GetParentVersionCol() const { \
+        return TABLE.parentVersionColumn;           \
+    }                                               \
+    I18NString Class::GetParentIdCol() const {      \
+        return TABLE.parentIdColumn;                \
+    }
+
+/** The name of a column, made once at load: rows are filled by the million. */
+inline QvULString SMColumn(const char* name) {
+    return QvULString::Immortal(name);
+}
+
+/** Fills a row, one column a line. A column that is left out is NULL in the new row. */
+class SMRowWriter {
+  public:
+    explicit SMRowWriter(IOParameter& attrs) : m_attrs(attrs) {}
+    void Text(const QvULString& column, const I18NString& value) { m_attrs.insertOrReplace(column, new IOQvStringParam(value)); }
+    void TextIfSet(const QvULString& column, const I18NString& value) {
+        if (!value.empty()) Text(column, value);
+    }
+    void Number(const QvULString& column, long value) { m_attrs.insertOrReplace(column, new IOLongParam(value)); }
+    void NumberIfSet(const QvULString& column, long value) {
+        if (value >= 0) Number(column, value);
+    }
+    void Flag(const QvULString& column, bool value) { m_attrs.insertOrReplace(column, new IOBoolParam(value)); }
+    void FlagIfTrue(const QvULString& column, bool value) {
+        if (value) Flag(column, true);
+    }
+    void Date(const QvULString& column, const QvDate& value) { m_attrs.insertOrReplace(column, new QvDateParam(value)); }
+    void DateIfSet(const QvULString& column, const QvDate& value) {
+        if (value.IsSet()) Date(column, value);
+    }
+
+  private:
+    IOParameter& m_attrs;
+};
+
+/** Bare reads: a key that the row lacks raises IOParamException; NULL reads as "", 0, false or an unset date. */
+inline I18NString TextOf(const IOParameter& row, const QvULString& key) {
+    return row.GetByName(key)->GetQvStringValue();
+}
+inline long NumberOf(const IOParameter& row, const QvULString& key) {
+    return row.GetByName(key)->GetLongValue();
+}
+inline bool FlagOf(const IOParameter& row, const QvULString& key) {
+    return row.GetByName(key)->GetBoolValue();
+}
+
+/** The value under a key that the row may lack or hold as NULL; null then. */
+QvSmartPtr<IOParameter> IfPresent(const IOParameter& row, const QvULString& key);
+
+/** Logs a row that could not be read whole; what has been read stays. */
+void LogReadFailure(const IOParameter& row, const SMLogWords& words, const IOParamException& failure);
+
+/** Runs `fill`; a missing or ill-typed parameter is logged in the class's words and leaves the rest of the fields as they are. */
+template <class Fill>
+void FillGuarded(const IOParameter& row, const SMLogWords& words, Fill fill) {
+    try {
+        fill();
+    } catch (const IOParamException& failure) {
+        LogReadFailure(row, words, failure);
+    }
+}
+
+/** A new hash under `key` of `params`; `params` owns it. */
+IOHashParam* AddHash(IOHashParam& params, const QvULString& key);
+
+}  // namespace schema_002_000

@@ -1,0 +1,195 @@
+// The frame of the model document.
+#include "objects/project/smprojectdocument_002_000.h"
+
+#include <string>
+
+#include "core/qvutils/persist/multifilehelper.h"
+#include "core/qvutils/text/qvstringformat.h"
+#include "objects/base/smskippedelement_002_000.h"
+#include "objects/containers/smnamespace2_002_000.h"
+#include "objects/publication/smparametermap2_002_000.h"
+
+namespace schema_002_000 {
+
+namespace {
+
+const SMLogWords WORDS = {"smproject2", "SMProjectBuilder"};
+constexpr int HELPER_KIND_MULTI_FILE = 3;
+const I18NString XSI_URI = I18NString::Immortal("http://www.w3.org/2001/XMLSchema-instance");
+
+}  // namespace
+
+const I18NString& GetModelNamespaceUri() {
+    static const I18NString uri = I18NString::Immortal("http://" SMODEL_URI_HOST "/schemas/krt/60/0");
+    return uri;
+}
+
+const I18NString& GetModelSchemaLocation() {
+    static const I18NString location = I18NString::Immortal("http://" SMODEL_URI_HOST "/schemas/krt/60/0 KRTModelSpecification.xsd");
+    return location;
+}
+
+// ---- writing
+
+void SMProject2::WriteXMLDocument(IOHelper* helper, QvContentHandler* handler, QvXMLFormatTarget& target) const {
+    handler->startDocument();
+    WriteXMLElement(helper, handler, target);
+    handler->endDocument();
+}
+
+void SMProject2::WriteXMLElement(IOHelper* helper, QvContentHandler* handler, QvXMLFormatTarget& target) const {
+    QvXMLAttributesImpl attrs;
+    attrs.push_back(m_tags->id, GetId());
+    attrs.push_back(m_tags->xmlns, GetModelNamespaceUri());
+    attrs.push_back(m_tags->xmlns_xsi, XSI_URI);
+    attrs.push_back(m_tags->xsi_schemaLocation, GetModelSchemaLocation());
+    StartElement(handler, m_tags->project, attrs);
+    WriteString(handler, m_tags->name, NoAttributes(), m_name);
+    WriteList(handler, m_tags->locales, m_tags->locale, m_locales);
+    WriteString(handler, m_tags->defaultLocale, NoAttributes(), m_defaultLocale);
+    if (m_rootNamespace) {
+        auto* files = helper && helper->GetHelperKind() == HELPER_KIND_MULTI_FILE ? static_cast<MultiFileHelper*>(helper) : nullptr;
+        if (files && files->IsSeparateFile(m_rootNamespace->GetTagName()))
+            m_rootNamespace->BreakAndWriteXMLDocument(files, handler, target);
+        else
+            m_rootNamespace->WriteXMLElement(helper, handler, target);
+    }
+    WriteSections(handler, target);
+    EndElement(handler, m_tags->project);
+}
+
+void SMProject2::WriteSections(QvContentHandler* handler, QvXMLFormatTarget& target) const {
+    QvXMLAttributesImpl attrs;
+    if (m_dataSourcesVersion >= 1 && !m_dataSourcesId.empty()) {
+        attrs.push_back(m_tags->id, m_dataSourcesId);
+        attrs.push_back(m_tags->version, I18NString(std::to_string(m_dataSourcesVersion).c_str()));
+    }
+    StartElement(handler, m_tags->dataSources, attrs);
+    EndElement(handler, m_tags->dataSources);
+    StartElement(handler, m_tags->parameterMaps);
+    for (const auto& map : m_parameterMaps) map->WriteXMLElement(handler, target);
+    EndElement(handler, m_tags->parameterMaps);
+    // id and version of this section are read, never written: as the format has it
+    StartElement(handler, m_tags->securityViews);
+    EndElement(handler, m_tags->securityViews);
+    StartElement(handler, m_tags->packages);
+    EndElement(handler, m_tags->packages);
+}
+
+// ---- reading
+
+using Tag = SMEnum_xmltag::Enum;
+
+void SMProjectBuilder::realStartElement(const I18NString&, const I18NString& localName, const I18NString&, const QvXMLAttributes& attrs) {
+    const Tag tag = TagOf(localName);
+    switch (tag) {
+        case Tag::project:
+            m_object->SetId(attrs.getValue(m_tags->id));
+            break;
+        case Tag::name:
+        case Tag::locale:
+        case Tag::defaultLocale:
+            CollectText();
+            break;
+        case Tag::locales:
+        case Tag::parameterMaps:
+        case Tag::packages:
+            break;
+        case Tag::namespace_:
+            StartNamespace();
+            break;
+        case Tag::smnamespacefile:
+            StartNamespaceFile(attrs);
+            break;
+        case Tag::property:
+            CollectText();
+            m_property.Start(attrs);
+            break;
+        case Tag::dataSources:
+            StartSection(attrs, *m_tags, m_object->m_dataSourcesId, m_object->m_dataSourcesVersion);
+            break;
+        case Tag::securityViews:
+            StartSection(attrs, *m_tags, m_object->m_securityViewsId, m_object->m_securityViewsVersion);
+            break;
+        case Tag::parameterMap:
+            StartParameterMap(attrs);
+            break;
+        case Tag::dataSource:
+        case Tag::securityView:
+        case Tag::package:
+        case Tag::packagefile:
+            Push(new SMSkippedElementBuilder(localName));
+            break;
+        default:
+            LogUnknownStart(WORDS.module, WORDS.className, "realStartElement", localName);
+    }
+}
+
+void SMProjectBuilder::StartNamespace() {
+    // becomes the root at its end tag, by its own builder
+    Push(new SMNamespaceBuilder(new SMNamespace2(m_object, m_object), false));
+}
+
+void SMProjectBuilder::StartNamespaceFile(const QvXMLAttributes& attrs) {
+    const int filename = attrs.getIndex(m_tags->filename);
+    QvSmartPtr<SMNamespace2> ns;
+    if (filename < 0) {
+        const I18NString name = attrs.getValue(m_tags->name);
+        ns = m_object->FindNamespaceByName(name);
+        if (!ns) {
+            ns = new SMNamespace2(m_object, m_object);
+            ns->SetId(attrs.getValue(m_tags->id));
+            ns->SetNameDontTouchNamespaceMap(name);
+        }
+        m_object->SetRootNamespace(ns);
+    } else {
+        ns = new SMNamespace2(m_object, m_object);
+        ns->ReadFromXMLFile(attrs.getValue(m_tags->filepath), attrs.getValue(filename));
+    }
+    Push(new SMNamespaceBuilder(ns, false));
+}
+
+void SMProjectBuilder::StartParameterMap(const QvXMLAttributes& attrs) {
+    auto* map = new SMParameterMap2(m_object, m_object);
+    m_object->AppendParameterMap(map);
+    map->SetHidden(SMEnum_bool::string2bool(attrs.getValue(m_tags->hidden)));
+    Push(new SMParameterMapBuilder(map));
+}
+
+void SMProjectBuilder::StartSection(const QvXMLAttributes& attrs, const SMEnum_xmltag& tags, I18NString& id, int& version) {
+    id = attrs.getValue(tags.id);
+    const I18NString text = attrs.getValue(tags.version);
+    const QvStringFormat* format = QvStringFormat::GetInstance();
+    if (format->_isNumeric(text)) version = static_cast<int>(format->_string2long(text));
+}
+
+void SMProjectBuilder::realEndElement(const I18NString&, const I18NString& localName, const I18NString&) {
+    StopCollecting();
+    switch (TagOf(localName)) {
+        case Tag::project:
+        case Tag::locales:
+        case Tag::smnamespacefile:
+        case Tag::dataSources:
+        case Tag::parameterMaps:
+        case Tag::securityViews:
+        case Tag::packages:
+        case Tag::packagefile:
+            break;
+        case Tag::name:
+            m_object->SetName(m_text);
+            break;
+        case Tag::locale:
+            m_object->AddLocale(m_text);
+            break;
+        case Tag::defaultLocale:
+            m_object->SetDefaultLocale(m_text);
+            break;
+        case Tag::property:
+            m_object->SetProperty(m_property.name, m_property.type, m_text);
+            break;
+        default:
+            LogUnknownEnd(WORDS.module, WORDS.className, "realEndElement", localName);
+    }
+}
+
+}  // namespace schema_002_000

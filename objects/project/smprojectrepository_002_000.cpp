@@ -1,0 +1,177 @@
+// The project's face towards the repository, and the sets and maps of a save.
+#include "objects/base/smxmlobject2_002_000.h"
+#include "objects/containers/smnamespace2_002_000.h"
+#include "objects/project/smproject2_002_000.h"
+#include "objects/project/smprojectdocument_002_000.h"
+#include "objects/publication/smparametermap2_002_000.h"
+
+namespace schema_002_000 {
+
+namespace {
+
+const SMTable TABLE = {"SM_PROJECT", "PROJECT_ID", "PROJECT_VERSION_NO", "", ""};
+const SMLogWords WORDS = {"smproject2", "SMProject2"};
+const QvULString COL_NAME = SMColumn("NAME");
+const QvULString COL_DEFAULTLOCALE = SMColumn("DEFAULTLOCALE");
+
+}  // namespace
+
+SM_DEFINE_KEY_COLUMNS(SMProject2, TABLE)
+
+// ---- rows
+
+void SMProject2::getAttributes(IOParameter& attrs, IOParameter& historyAttrs) {
+    SMObjectBase::getAttributes(attrs, historyAttrs);
+    SMRowWriter row(attrs);
+    row.Text(COL_NAME, m_name);
+    row.Text(COL_DEFAULTLOCALE, m_defaultLocale);
+}
+
+void SMProject2::constructFromIOParameter(const IOParameter& row) {
+    FillGuarded(row, WORDS, [&] {
+        m_defaultLocale = TextOf(row, m_tags->defaultLocale);
+        m_name = TextOf(row, m_tags->name);
+    });
+    SMObjectBase::constructFromIOParameter(row);  // last here, unlike in the other classes
+}
+
+// ---- reading
+
+bool SMProject2::readObjectType(IOHelper& helper, const I18NString& objectName, QvSmartPtr<IOArrayParam>& rows) {
+    return SelectRows(helper, objectName, rows);
+}
+
+template <class T>
+bool SMProject2::ReadOwned(IOHelper& helper, const I18NString& objectName, SMChildren<T>& owned) {
+    QvSmartPtr<IOArrayParam> rows;
+    if (!readObjectType(helper, objectName, rows)) return false;
+    for (int i = 0; i < rows->Size(); ++i) {
+        auto* object = new T(this, this);
+        owned.Append(object);
+        AdoptRow(helper, *object, *rows->At(i));
+        if (!object->read(helper)) return false;
+    }
+    return true;
+}
+
+bool SMProject2::ReadRootNamespace(IOHelper& helper) {
+    QvSmartPtr<IOArrayParam> rows;
+    if (!readObjectType(helper, m_tags->namespace_, rows)) return false;
+    if (rows->Size() == 0) return true;
+    const QvSmartPtr<SMNamespace2> root = new SMNamespace2(this, this);
+    if (m_rootNamespace) m_formerRoots.push_back(m_rootNamespace);
+    m_rootNamespace = root;
+    AdoptRow(helper, *root, *rows->At(0));  // further rows are ignored
+    AddNamespaceToMap(root);
+    return root->read(helper);
+}
+
+bool SMProject2::read(IOHelper& helper) {
+    IOHashParam params;
+    AddHash(params, IOParamTag::ATTRIBUTES);
+    AddHash(params, IOParamTag::HISTORY_ATTRIBUTES);
+    AddHash(params, IOParamTag::CLAUSES);
+    SMRowWriter(params).Text(IOParamTag::OBJECT, m_tags->project);
+    IOArrayParam rows;
+    if (!helper.DoReadAction(IOAction::AT_ReadSMProject, params, rows)) return false;
+    if (rows.Size() > 0) AdoptRow(helper, *this, *rows.At(0));
+
+    std::map<QvULString, long*> wanted{{m_tags->locales, &m_localesVersion}};
+    SMProjectBuilder builder(this);
+    bool success = read_remaining_info_into_builder(helper, this, &builder, wanted);
+    if (m_locales.empty()) {
+        SMLog(SM_NOTICE, WORDS, "read", "Upgrading Meridian RTM database to Meridian hotsite version");
+        helper.SetFixingLostRemainingInfo(true);
+        if (success) success = read_remaining_info_into_builder(helper, this, &builder, wanted);
+    }
+    return success && ReadRootNamespace(helper) && ReadOwned(helper, m_tags->parameterMap, m_parameterMaps);
+}
+
+// ---- writing
+
+bool SMProject2::write_no_seq_inc(IOHelper& helper) {
+    return InsertRow(helper, TABLE) && write_next(helper) && helper.EndObject();
+}
+
+template <class T>
+bool SMProject2::WriteOwned(IOHelper& helper, const SMChildren<T>& owned, const char* failure) {
+    for (const auto& object : owned) {
+        if (object->write(helper)) continue;
+        SMLog(SM_FAILURE, WORDS, "write_next", failure);
+        return false;
+    }
+    return true;
+}
+
+bool SMProject2::write_next(IOHelper& helper) {
+    if (helper.GetFixingLostRemainingInfo())
+        SMLog(SM_NOTICE, WORDS, "write_next", "This save will be slow - saving upgraded Meridian database.  This should only happen once.");
+    const auto writeLocales = [&] {
+        return m_locales.empty() || write_remaining_info(helper, m_tags->locales,
+                                                         WriteListToString(m_tags->locales, m_tags->locale, m_locales), m_localesVersion);
+    };
+    const bool success = writeLocales() && (!m_rootNamespace || m_rootNamespace->write(helper)) &&
+                         WriteOwned(helper, m_parameterMaps, "Failed to write a ParameterMap child of smproject.");
+    helper.SetFixingLostRemainingInfo(false);  // also after a failure
+    return success;
+}
+
+// ---- sets and maps of a save
+
+void SMProject2::InitAndAddSetPIDIDAndMiniObject(std::set<QvULString>* pidid, std::set<QvULString>* ids, MapId2MiniObject* miniObjects,
+                                                 MapId2RemainingInfo* remainingInfo) {
+    m_setPIDID = pidid;
+    m_setID = ids;
+    m_miniObjectMap = miniObjects;
+    m_remainingInfoMap = remainingInfo;
+    if (m_setPIDID) m_setPIDID->clear();
+    if (m_setID) m_setID->clear();
+    if (m_miniObjectMap) m_miniObjectMap->Clear();
+    if (m_remainingInfoMap) m_remainingInfoMap->Clear();
+    AddToSetPIDIDAndMiniObject(this);
+    if (m_rootNamespace) {
+        AddToSetPIDIDAndMiniObject(m_rootNamespace);
+        m_rootNamespace->AddToSetPIDIDAndMiniObject();
+    }
+    for (const auto& map : m_parameterMaps) {
+        AddToSetPIDIDAndMiniObject(map);
+        map->AddToSetPIDIDAndMiniObject();
+    }
+    AddToMiniRemainingInfoMap(GetId(), GetVersionNo(), m_tags->locales, static_cast<int>(m_localesVersion),
+                              WriteListToString(m_tags->locales, m_tags->locale, m_locales));
+}
+
+void SMProject2::AddToSetPIDIDAndMiniObject(SMObjectBase* object) {
+    // the map sees the object before a doubled id is replaced
+    if (m_miniObjectMap) m_miniObjectMap->AddObject(object);
+    if (m_setPIDID) {
+        I18NString key = object->parent ? I18NString(object->parent->GetId()) : I18NString();
+        key += "+";
+        key += object->GetId();
+        m_setPIDID->insert(key);
+    }
+    if (m_setID && !m_setID->insert(object->GetId()).second) {
+        object->RegenerateIds();
+        m_setID->insert(object->GetId());
+    }
+}
+
+void SMProject2::AddToMiniRemainingInfoMap(const QvULString& objectId, int parentVersion, const SMXMLObject2* object) {
+    if (!m_remainingInfoMap || !object) return;
+    AddToMiniRemainingInfoMap(objectId, parentVersion, object->tagName, static_cast<int>(object->version),
+                              QvULString(object->buffer.view()));
+}
+
+void SMProject2::AddToMiniRemainingInfoMap(const QvULString& objectId, int parentVersion, const I18NString& tag, int version,
+                                           const QvULString& text) {
+    if (!m_remainingInfoMap) return;
+    I18NString recordId;
+    GetRemainingInfoId(objectId, tag, recordId);
+    AddToMiniRemainingInfoMap(QvULString(recordId), parentVersion, version, text);
+}
+
+void SMProject2::AddToMiniRemainingInfoMap(const QvULString& recordId, int parentVersion, int version, const QvULString& text) {
+    if (m_remainingInfoMap) m_remainingInfoMap->AddObject(recordId, version, parentVersion, text);
+}
+
+}  // namespace schema_002_000

@@ -8,7 +8,7 @@
 
 /** Bounds on a document; a document beyond one raises TklRuntimeError that names the bound. No honest model meets the defaults. */
 struct SM_API SMXMLLimits {
-    std::size_t depth = 10'000;
+    std::size_t depth = 1'000;
     std::size_t attributes = 10'000;
     /** Different element names. */
     std::size_t names = 100'000;

@@ -1,25 +1,13 @@
 #include "core/qvutils/params/ioparams.h"
 
+#include "core/qvutils/text/asciifold.h"
+
 #include <string>
 
 namespace {
 
-char FoldCase(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A')) : character;
-}
-
-/** FNV-1a over the text with its ASCII letters in lower case. */
 std::uint32_t HashKey(std::string_view key) {
-    std::uint32_t hash = 2166136261u;
-    for (const char character : key) hash = (hash ^ static_cast<unsigned char>(FoldCase(character))) * 16777619u;
-    return hash;
-}
-
-bool SameKey(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t at = 0; at < a.size(); ++at)
-        if (FoldCase(a[at]) != FoldCase(b[at])) return false;
-    return true;
+    return static_cast<std::uint32_t>(qv::AsciiHashIgnoreCase(key));
 }
 
 I18NString Line(const I18NString& indent, std::string_view text) {
@@ -125,7 +113,7 @@ I18NString IOArrayParam::toString(const I18NString& indent) const {
 
 std::vector<IOHashParam::Pair>::const_iterator IOHashParam::Find(const QvULString& key, std::uint32_t hash) const {
     auto pair = m_pairs.begin();
-    while (pair != m_pairs.end() && !(pair->hash == hash && SameKey(pair->key.utf8(), key.utf8()))) ++pair;
+    while (pair != m_pairs.end() && !(pair->hash == hash && qv::AsciiEqualsIgnoreCase(pair->key.utf8(), key.utf8()))) ++pair;
     return pair;
 }
 

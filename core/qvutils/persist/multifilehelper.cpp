@@ -4,6 +4,7 @@
 
 #include "core/qvutils/base/sha256.h"
 #include "core/qvutils/io/tklsmdir.h"
+#include "core/qvutils/text/asciifold.h"
 
 namespace {
 
@@ -13,30 +14,19 @@ constexpr std::size_t MAX_FILE_NAME = 200;
 bool IsUpper(char character) {
     return character >= 'A' && character <= 'Z';
 }
-bool IsLower(char character) {
-    return character >= 'a' && character <= 'z';
-}
-bool IsDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-bool IsLetter(char character) {
-    return IsUpper(character) || IsLower(character);
-}
-char ToUpper(char character) {
-    return IsLower(character) ? static_cast<char>(character - ('a' - 'A')) : character;
-}
 
 bool IsPlain(char character) {
-    return IsLetter(character) || IsDigit(character) || character == ' ' || character == '_' || character == '-' || character == '.';
+    return qv::IsAsciiLetter(character) || qv::IsAsciiDigit(character) || character == ' ' || character == '_' || character == '-' ||
+           character == '.';
 }
 
 /** True for names of devices, which some systems see also behind a blank or before an extension: "CON", "com1.x". */
 bool IsDeviceName(std::string_view name) {
     std::string stem(name.substr(0, name.find('.')));
     while (!stem.empty() && stem.back() == ' ') stem.pop_back();
-    for (char& character : stem) character = ToUpper(character);
+    for (char& character : stem) character = qv::AsciiUpper(character);
     if (stem == "CON" || stem == "PRN" || stem == "AUX" || stem == "NUL") return true;
-    return stem.size() == 4 && (stem.starts_with("COM") || stem.starts_with("LPT")) && IsDigit(stem[3]);
+    return stem.size() == 4 && (stem.starts_with("COM") || stem.starts_with("LPT")) && qv::IsAsciiDigit(stem[3]);
 }
 
 void AppendEscaped(std::string& out, char character) {
@@ -73,14 +63,14 @@ std::string CaseMark(std::string_view name) {
     int letters = 0;
     bool wordBegins = true;
     for (const char character : name) {
-        if (IsLetter(character)) {
+        if (qv::IsAsciiLetter(character)) {
             bits = bits << 1 | (IsUpper(character) != wordBegins ? 1u : 0u);
             if (++letters % 4 == 0) {
                 digits += DIGITS[bits];
                 bits = 0;
             }
         }
-        wordBegins = !IsLetter(character);
+        wordBegins = !qv::IsAsciiLetter(character);
     }
     if (letters % 4 != 0) digits += DIGITS[bits << (4 - letters % 4)];
     digits.erase(digits.find_last_not_of('0') + 1);

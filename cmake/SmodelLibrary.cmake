@@ -28,11 +28,16 @@ function(smodel_add_library name description)
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endfunction()
 
-# The headers, and what `find_package(smodel)` reads. Headers called *_internal.h, and those of a single backend, stay at home.
+# The public headers, and what `find_package(smodel)` reads.
 function(smodel_install_package)
-  install(DIRECTORY core objects DESTINATION ${SMODEL_INCLUDE_DIR}
-    FILES_MATCHING PATTERN "*.h" PATTERN "*.inc"
-    PATTERN "*_internal.h" EXCLUDE PATTERN "core/repository/*/*" EXCLUDE)
+  install(CODE "
+    execute_process(COMMAND scripts/public-headers.sh WORKING_DIRECTORY \"${CMAKE_SOURCE_DIR}\" OUTPUT_VARIABLE headers
+      COMMAND_ERROR_IS_FATAL ANY)
+    string(REGEX MATCHALL \"[^\n]+\" headers \"\${headers}\")
+    foreach(header IN LISTS headers)
+      get_filename_component(folder \"\${header}\" DIRECTORY)
+      file(INSTALL \"${CMAKE_SOURCE_DIR}/\${header}\" DESTINATION \"\${CMAKE_INSTALL_PREFIX}/${SMODEL_INCLUDE_DIR}/\${folder}\")
+    endforeach()")
   install(EXPORT smodelTargets NAMESPACE smodel:: DESTINATION ${SMODEL_PACKAGE_DIR} FILE smodelConfig.cmake)
   write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/smodelConfigVersion.cmake COMPATIBILITY SameMinorVersion)
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/smodelConfigVersion.cmake DESTINATION ${SMODEL_PACKAGE_DIR})

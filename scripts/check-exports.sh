@@ -1,13 +1,14 @@
 #!/bin/bash
 # check-exports.sh LIBRARY...: each exported symbol stands in schema_002_000 or bears a name that a header in core/ marks with
 # SM_API. Prints the others and ends with status 1 if there is one. Runs in the root of the tree.
-set -u
+set -uo pipefail
 
 marked=$(
     find core -name '*.h' -exec sed -nE \
         -e 's/.*(class|struct|union) SM_API ([A-Za-z_0-9]+).*/\2/p' \
         -e '/(class|struct|union) SM_API/d' \
-        -e 's/.*SM_API .*\b(operator[^ (]+|[A-Za-z_0-9]+)( *[(;=[]).*/\1/p' {} + | sort -u
+        -e 's/.*SM_API [^(]*\b(operator[^ (]+|[A-Za-z_0-9]+) *\(.*/\1/p' \
+        -e 's/.*SM_API [^(]*\b([A-Za-z_0-9]+) *[;=[].*/\1/p' {} + | sort -u
 )
 
 for library in "$@"; do

@@ -1,7 +1,8 @@
 #!/bin/bash
 # check-tree.sh [ROOT]: rules of the sources that no compiler checks. Prints each breach and ends with status 1 if there is one.
 set -u
-cd "${1:-$(dirname "$0")/..}" || exit 2
+here=$(cd "$(dirname "$0")" && pwd)
+cd "${1:-$here/..}" || exit 2
 
 breaches=$(mktemp)
 trap 'rm -f "$breaches"' EXIT
@@ -51,8 +52,8 @@ done | breach "looks upward, or stands in a folder without a layer"
 } | breach "looks into a higher library"
 
 # Headers that others read need nothing but the standard library.
-find core objects -name '*.h' ! -name '*_internal.h' ! -path 'core/repository/*/*' \
-    -exec grep -HnE '^ *# *include <(xercesc|unicode|sqlite3|libpq|CLI|nlohmann)' {} + | breach "foreign library in a public header"
+"$here/public-headers.sh" | xargs grep -HnE '^ *# *include <(xercesc|unicode|sqlite3|libpq|CLI|nlohmann)' /dev/null |
+    breach "foreign library in a public header"
 
 sources | while read -r file; do
     case $file in *.h) grep -q '^#pragma once' "$file" || echo "$file" ;; esac
@@ -66,7 +67,7 @@ done | breach "include not from the root of the tree"
 
 # A comment stands for itself: it defers nothing and points to nothing outside of the tree.
 find . \( -name .git -o -name build -o -path './tests/data' -o -path './examples/models' \) -prune -o -type f ! -name LICENSE -print0 |
-    xargs -0 grep -nIE '\b(TODO|FIXME|XXX|HACK)[:( ]|[Ss]pecification|\b[Ss]pec\.md|\bParts? [0-9]|[Cc]oming soon|/(home|root)/[a-z]' |
+    xargs -0 grep -nIE '\b(TODO|FIXME|XXX|HACK)[:( ]|\b[Ss]pecification|\b[Ss]pec\.md|\bParts? [0-9]|[Cc]oming soon|/(home|root)/[a-z]' |
     breach "defers work or points outside of the tree"
 
 # The first program of the README is the one that is built.

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -54,7 +55,18 @@ inline std::string AsciiLowered(std::string_view text) {
 }
 
 /** True when no byte is beyond 0x7F. */
-bool IsAscii(std::string_view text) noexcept;
+inline bool IsAscii(std::string_view text) noexcept {
+    constexpr std::size_t WORD = sizeof(std::uint64_t);
+    std::size_t i = 0;
+    for (; i + WORD <= text.size(); i += WORD) {
+        std::uint64_t word;
+        std::memcpy(&word, text.data() + i, WORD);
+        if (word & 0x8080808080808080U) return false;
+    }
+    for (; i < text.size(); ++i)
+        if (static_cast<unsigned char>(text[i]) >= 0x80) return false;
+    return true;
+}
 
 /** Order and equality for maps whose keys are texts with a `utf8()`, or plain views. */
 struct AsciiLessIgnoreCase {

@@ -183,9 +183,6 @@ void QvStringFormat::_string2datetimewithpattern(const I18NString& text, const I
     date = QvDate(false);
     PatternWalk walk(pattern.utf8());
     while (const auto step = walk.Next()) {
-        const bool dated = values[YEAR] >= 0 && values[MONTH] >= 0 && values[DAY] >= 0;
-        const bool timed = values[HOUR] >= 0 || values[MINUTE] >= 0 || values[SECOND] >= 0;
-        if (dated && !timed && rest.empty()) break;
         if (!step->field) {
             if (rest.empty() || rest.front() != step->literal) return;
             rest.remove_prefix(1);
@@ -194,6 +191,9 @@ void QvStringFormat::_string2datetimewithpattern(const I18NString& text, const I
         values[*step->field] = Digits(rest, step->digits);
         if (values[*step->field] < 0) return;
         rest.remove_prefix(step->digits);
+        const bool dated = values[YEAR] >= 0 && values[MONTH] >= 0 && values[DAY] >= 0;
+        const bool timed = values[HOUR] >= 0 || values[MINUTE] >= 0 || values[SECOND] >= 0;
+        if (rest.empty() && dated && !timed) break;
     }
     if (!IsDroppedTail(rest, values[SECOND] >= 0)) return;
     date.SetFields(values[YEAR], values[MONTH], values[DAY], std::max(values[HOUR], 0), std::max(values[MINUTE], 0),

@@ -148,6 +148,7 @@ void SharedText::append(std::string_view utf8) {
 }
 
 void SharedText::replace(std::size_t at, std::size_t count, std::string_view with) {
+    if (with.empty()) with = "";  // a null view may not be copied from
     const std::string_view old = view();
     const std::string_view tail = old.substr(at + count);
     const std::size_t size = CheckedSize(at + tail.size(), with.size());

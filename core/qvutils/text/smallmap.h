@@ -123,7 +123,7 @@ class SmallSortedMap {
 
   private:
     /** Stands before the entries. */
-    struct alignas(value_type) alignas(std::uint64_t) Block {
+    struct alignas(std::max(alignof(value_type), alignof(std::uint64_t))) Block {
         std::uint32_t count;
         std::uint32_t capacity;
         value_type* Entries() noexcept { return reinterpret_cast<value_type*>(this + 1); }

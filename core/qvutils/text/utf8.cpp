@@ -1,23 +1,6 @@
 #include "core/qvutils/text/utf8.h"
 
-#include "core/qvutils/text/asciifold.h"
-
-#include <algorithm>
-#include <cstdint>
-#include <cstring>
-
 namespace qv {
-
-bool IsAscii(std::string_view text) noexcept {
-    constexpr std::size_t WORD = sizeof(std::uint64_t);
-    std::size_t i = 0;
-    for (; i + WORD <= text.size(); i += WORD) {
-        std::uint64_t word;
-        std::memcpy(&word, text.data() + i, WORD);
-        if (word & 0x8080808080808080U) return false;
-    }
-    return std::all_of(text.begin() + static_cast<std::ptrdiff_t>(i), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
-}
 
 std::size_t CountCharacters(std::string_view text) noexcept {
     if (text.empty()) return 0;

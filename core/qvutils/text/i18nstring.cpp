@@ -2,6 +2,7 @@
 
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/text/asciifold.h"
+#include "core/qvutils/text/findbytes.h"
 #include "core/qvutils/text/utf8.h"
 
 #include <unicode/ucnv.h>
@@ -9,7 +10,6 @@
 #include <algorithm>
 #include <array>
 #include <climits>
-#include <cstring>
 
 namespace {
 
@@ -108,14 +108,9 @@ I18NString& I18NString::replace(int start, int count, const I18NString& text) {
 }
 
 int I18NString::find(const I18NString& text, int from) const {
-    const std::size_t at = CharacterOffset(m_text, from);
-    const std::string_view rest = utf8().substr(at);
-    const std::string_view wanted = text.utf8();
-    // memmem stays linear where a plain search does not
-    const auto* const found = static_cast<const char*>(memmem(rest.data(), rest.size(), wanted.data(), wanted.size()));
-    if (!found) return -1;
-    const auto offset = static_cast<std::size_t>(found - utf8().data());
-    return static_cast<int>(m_text.ascii() ? offset : qv::CountCharacters(utf8().substr(0, offset)));
+    const std::size_t found = qv::FindBytes(utf8(), text.utf8(), CharacterOffset(m_text, from));
+    if (found == std::string_view::npos) return -1;
+    return static_cast<int>(m_text.ascii() ? found : qv::CountCharacters(utf8().substr(0, found)));
 }
 
 I18NString I18NString::substr(int start, int count) const {

@@ -1,16 +1,6 @@
 #include "core/qvutils/text/qvmarkedkeytokenizer.h"
 
-#include <cstring>
-
-namespace {
-
-/** Linear in the text, whatever the mark. */
-std::size_t FindMark(std::string_view text, std::string_view mark, std::size_t from) {
-    const auto* const found = static_cast<const char*>(memmem(text.data() + from, text.size() - from, mark.data(), mark.size()));
-    return found ? static_cast<std::size_t>(found - text.data()) : std::string_view::npos;
-}
-
-}  // namespace
+#include "core/qvutils/text/findbytes.h"
 
 QvMarkedKeyTokenizer::QvMarkedKeyTokenizer(const I18NString& text, const I18NString& openMark, const I18NString& closeMark)
     : m_text(text), m_open(openMark), m_close(closeMark) {
@@ -19,10 +9,10 @@ QvMarkedKeyTokenizer::QvMarkedKeyTokenizer(const I18NString& text, const I18NStr
 
 void QvMarkedKeyTokenizer::Advance(std::size_t from) {
     m_more = false;
-    const std::size_t open = FindMark(m_text.utf8(), m_open.utf8(), from);
+    const std::size_t open = qv::FindBytes(m_text.utf8(), m_open.utf8(), from);
     if (open == std::string_view::npos) return;
     m_start = open + m_open.utf8().size();
-    m_end = FindMark(m_text.utf8(), m_close.utf8(), m_start);
+    m_end = qv::FindBytes(m_text.utf8(), m_close.utf8(), m_start);
     m_more = m_end != std::string_view::npos;
 }
 

@@ -169,6 +169,14 @@ TEST(I18NString, FindsByCharacter) {
     EXPECT_EQ(I18NString("plain").find("in"), 3);
 }
 
+TEST(I18NString, FindsALongTextThatNearlyMatchesEverywhere) {
+    const std::string many(200000, 'a');
+    const I18NString text(std::string_view(many + "b"));
+    const I18NString wanted(std::string_view(many.substr(0, 100000) + "b"));
+    EXPECT_EQ(text.find(wanted), 100000);
+    EXPECT_EQ(text.find(wanted, 100001), -1);
+}
+
 TEST(I18NString, CutsPartsToTheText) {
     const I18NString text(MIXED);
     EXPECT_EQ(text.substr(1, 2).utf8(), "\xC3\xA9\xE2\x82\xAC");

@@ -61,12 +61,13 @@ class SM_API IOObject : public TklReferenceCount {
      */
     bool write(IOHelper& helper);
 
-    QvULString id;
+    // in this order for size: the first stands in the padding behind the reference count
     int versionNo = 0;
-    int displayOrder = 0;
-    QvDate lastChanged;
+    QvULString id;
     /** Borrowed; null for a root. */
     IOObject* parent;
+    QvDate lastChanged;
+    int displayOrder = 0;
     /** A number that the host keeps for the object; the library only copies it. */
     int hostSequence = 0;
 };

@@ -12,7 +12,7 @@ marked=$(
 )
 
 for library in "$@"; do
-    nm -DC --defined-only "$library" | sed -E 's/^[0-9a-f]* +[A-Za-z] //' |
+    nm -D --defined-only "$library" | c++filt -p | sed -E 's/^[0-9a-f]* +[A-Za-z] //' |
         sed -E 's/^((vtable|VTT|typeinfo|typeinfo name|guard variable|TLS (init|wrapper) function|(non-)?virtual thunk|construction vtable) (for|to) )+//' |
         awk -v marked="$marked" -v library="$(basename "$library")" '
             BEGIN { count = split(marked, names, "\n"); for (i = 1; i <= count; ++i) known[names[i]] = 1 }

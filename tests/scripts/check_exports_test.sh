@@ -30,7 +30,7 @@ done
 
 "$check" good.so
 if "$check" helper.so >told; then exit 1; fi
-grep -qx 'helper.so: exports qv::Helper()' told
+grep -qx 'helper.so: exports qv::Helper' told
 if "$check" good.so foreign.so >told; then exit 1; fi
 grep -qx 'foreign.so: exports sqlite3_open_all' told
 [ "$(wc -l <told)" -eq 1 ]

@@ -7,4 +7,4 @@ export PKG_CONFIG_PATH=$1/pkgconfig
 # shellcheck disable=SC2046 # lists of words
 "$2" -std=c++20 $(pkg-config --cflags smodel) examples/first_program.cpp -o "$program" \
     $(pkg-config --libs smodel) -Wl,-rpath,"$1"
-"$program" examples/models/minimal.xml | grep -q "<project id"
+"$program" examples/models/tpcds.xml | grep -q "Business Layer"

@@ -95,6 +95,22 @@ class SM_API SMVocabulary {
     static CLASS* ms_pInstance;                               \
     SMVocabulary m_vocabulary{#CLASS};
 
+namespace schema_002_000 {
+
+/** The text of an enumerator, empty for -1; E is the enumeration class. */
+template <class E>
+const I18NString& EnumText(typename E::Enum number) {
+    return E::GetInstance()->_enum2string(number);
+}
+
+/** The enumerator of a text; -1 for a text outside the vocabulary, the empty one included. */
+template <class E>
+typename E::Enum EnumOf(const I18NString& text) {
+    return E::GetInstance()->_string2enum(text);
+}
+
+}  // namespace schema_002_000
+
 /** The bodies of SM_ENUM_MEMBERS, all but the constructor. */
 #define SM_DEFINE_ENUM_MEMBERS(CLASS)                                 \
     const I18NString CLASS::SMENUM_STRING_EMPTY;                      \

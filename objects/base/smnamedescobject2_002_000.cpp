@@ -44,6 +44,14 @@ void SMNameDescObject2::ChangeDefaultScreenTip(const QvULString& text) {
     SetLastChangedDateToNow();
 }
 
+void SMNameDescObject2::WriteCommonElements(QvContentHandler* handler) const {
+    WriteLocaleMap(handler, m_tags->name, names);
+    WriteLocaleMap(handler, m_tags->description, descriptions);
+    WriteSMDate(handler, m_tags->lastChanged, NoAttributes(), GetLastChangedDate());
+    WriteLocaleMap(handler, m_tags->screenTip, screenTips);
+    WriteProperties(handler, true);
+}
+
 void SMNameDescObject2::getAttributes(IOParameter& attrs, IOParameter& historyAttrs) {
     SMNamedObject2::getAttributes(attrs, historyAttrs);
     const QvULString& locale = m_project ? m_project->GetDefaultLocale() : EMPTY_QVULSTRING;

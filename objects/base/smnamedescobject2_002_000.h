@@ -35,6 +35,8 @@ class SM_API SMNameDescObject2 : public SMNamedObject2 {
     const SMLocaleMap& GetScreenTips() const { return screenTips; }
 
   protected:
+    /** Names, descriptions, date, screen tips and properties: what most elements begin with. */
+    void WriteCommonElements(QvContentHandler* handler) const;
     /** Sends the custom properties and the texts of other locales as the record "property"; nothing when there are none. */
     bool write_custom_property_locale(IOHelper& helper);
 

@@ -54,10 +54,7 @@ void SMNameDescObjectBuilder::smtagEndElement(const I18NString& module, const I1
 
 void SMNestedObjectBuilder::smtagStartElement(const I18NString& module, const I18NString& className, Tag tag, const QvXMLAttributes& attrs) {
     switch (tag) {
-    case Tag::property:
-        CollectText();
-        m_property.Start(attrs);
-        break;
+    case Tag::property: StartProperty(attrs); break;
     default: SMNameDescObjectBuilder::smtagStartElement(module, className, tag, attrs);
     }
 }
@@ -66,7 +63,7 @@ void SMNestedObjectBuilder::smtagEndElement(const I18NString& module, const I18N
     StopCollecting();
     switch (tag) {
     case Tag::object: break;
-    case Tag::property: m_nameDesc->SetProperty(m_property.name, m_property.type, m_text); break;
+    case Tag::property: EndProperty(*m_nameDesc); break;
     default: SMNameDescObjectBuilder::smtagEndElement(module, className, tag);
     }
 }

@@ -48,9 +48,6 @@ class SM_API SMNestedObjectBuilder : public SMNameDescObjectBuilder {
     void smtagStartElement(const I18NString& module, const I18NString& className, SMEnum_xmltag::Enum tag,
                            const QvXMLAttributes& attrs) override;
     void smtagEndElement(const I18NString& module, const I18NString& className, SMEnum_xmltag::Enum tag) override;
-
-  protected:
-    SMPropertyText m_property;
 };
 
 }  // namespace schema_002_000

@@ -30,11 +30,7 @@ void SMNestedObject2::getChildObjects(QvULCollection<IOObject, QvULIdExtract<IOO
 }
 
 void SMNestedObject2::WriteXMLElement(QvContentHandler* handler, QvXMLFormatTarget& target) const {
-    WriteLocaleMap(handler, m_tags->name, names);
-    WriteLocaleMap(handler, m_tags->description, descriptions);
-    WriteSMDate(handler, m_tags->lastChanged, NoAttributes(), GetLastChangedDate());
-    WriteLocaleMap(handler, m_tags->screenTip, screenTips);
-    WriteProperties(handler, true);
+    WriteCommonElements(handler);
     if (m_nested.empty()) return;
     StartElement(handler, m_tags->object);
     for (const auto& child : m_nested) child->WriteXMLElement(handler, target);

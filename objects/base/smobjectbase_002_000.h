@@ -155,12 +155,41 @@ class SM_API SMObjectBase : public IOObject {
     static const QvXMLAttributes& NoAttributes();
     void WriteCustomProperties(QvContentHandler* handler) const;
 
+    /** One simple element, without attributes, or none. */
+    static void TextElement(QvContentHandler* handler, const I18NString& tag, const I18NString& value);
+    static void TextElementIfSet(QvContentHandler* handler, const I18NString& tag, const I18NString& value);
+    static void FlagElement(QvContentHandler* handler, const I18NString& tag, bool value);
+    static void FlagElementIfTrue(QvContentHandler* handler, const I18NString& tag, bool value);
+    static void NumberElement(QvContentHandler* handler, const I18NString& tag, long value);
+    /** A negative number stands for none. */
+    static void NumberElementIfSet(QvContentHandler* handler, const I18NString& tag, long value);
+    static void AddAttributeIfSet(QvXMLAttributesImpl& attrs, const I18NString& name, const I18NString& value);
+    static void AddAttributeIfTrue(QvXMLAttributesImpl& attrs, const I18NString& name, bool value);
+
+    /** Kept XML, if there is any: its bytes into a document, its record into and from the repository. */
+    static void WriteKept(const SMXMLObject2* kept, QvXMLFormatTarget& target);
+    bool WriteKeptInfo(IOHelper& helper, SMXMLObject2* kept);
+    bool ReadKeptInfo(IOHelper& helper, QvSmartPtr<SMXMLObject2>& kept, const QvULString& tag);
+
     /** The row insert that all classes share: takes the attributes and sends them; false on failure. */
     bool InsertRow(IOHelper& helper, const SMTable& table);
     /** Rows of a child kind of this object; false when the context refuses. */
     bool SelectRows(IOHelper& helper, const I18NString& objectName, QvSmartPtr<IOArrayParam>& rows);
     /** Fills a child from its row and notes it as read. */
     static void AdoptRow(IOHelper& helper, SMObjectBase& child, const IOParameter& row);
+    /** Reads the children of a kind: each is made, handed to `add`, filled, and reads what hangs below it. False: a step failed. */
+    template <class T, class Add>
+    bool ReadChildren(IOHelper& helper, const I18NString& objectName, Add add) {
+        QvSmartPtr<IOArrayParam> rows;
+        if (!SelectRows(helper, objectName, rows)) return false;
+        for (int i = 0; i < rows->Size(); ++i) {
+            const QvSmartPtr<T> child = new T(this, m_project);
+            add(child.get());
+            AdoptRow(helper, *child, *rows->At(i));
+            if (!child->read(helper)) return false;
+        }
+        return true;
+    }
 
     /** Tells the project that a text by which objects are looked up changes: its indexes may have to be built anew. */
     void NoteNameChange(std::string_view before, std::string_view after);

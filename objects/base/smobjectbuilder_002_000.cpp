@@ -1,7 +1,9 @@
 #include "objects/base/smobjectbuilder_002_000.h"
 
+#include "core/qvutils/text/qvstringformat.h"
 #include "objects/base/smlog_002_000.h"
 #include "objects/base/smobjectbase_002_000.h"
+#include "objects/base/smxmlobject2_002_000.h"
 
 namespace schema_002_000 {
 
@@ -13,7 +15,9 @@ void QvXmlBuildBase::startElement(const I18NString& uri, const I18NString& local
         ++m_depth;
         m_child->startElement(uri, localName, qName, attrs);
     } else {
+        m_startedName = &qName;
         realStartElement(uri, localName, qName, attrs);
+        m_startedName = nullptr;
     }
 }
 
@@ -63,6 +67,26 @@ void SMObjectBuilder::realCharacters(const I18NString& text) {
 void SMObjectBuilder::CollectText() {
     m_collecting = true;
     m_text.erase();
+}
+
+int SMObjectBuilder::TextAsInt() const {
+    return static_cast<int>(QvStringFormat::GetInstance()->_string2long(m_text));
+}
+
+void SMObjectBuilder::StartProperty(const QvXMLAttributes& attrs) {
+    CollectText();
+    m_property.Start(attrs);
+}
+
+void SMObjectBuilder::EndProperty(SMObjectBase& object) const {
+    object.SetProperty(m_property.name, m_property.type, m_text);
+}
+
+QvSmartPtr<SMXMLObject2> SMObjectBuilder::KeepXml(const I18NString& tag, const QvXMLAttributes& attrs) {
+    const QvSmartPtr<SMXMLObject2> kept = new SMXMLObject2(tag);
+    // the end tag comes under the name that the document has
+    PushWithStart(new SMXMLObjectBuilder(kept), ms_strUri, tag, StartedName(), attrs);
+    return kept;
 }
 
 void SMObjectBuilder::LogUnknownStart(const I18NString& module, const I18NString& className, const char* method,

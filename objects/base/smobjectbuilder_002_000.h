@@ -5,11 +5,13 @@
 #include "core/qvutils/diag/diagnostics.h"
 #include "core/qvutils/text/qvulstring.h"
 #include "core/qvutils/xml/qvcontenthandler.h"
+#include "objects/base/smenum_002_000.h"
 #include "objects/base/smenum_xmltag_002_000.h"
 
 namespace schema_002_000 {
 
 class SMObjectBase;
+class SMXMLObject2;
 
 /**
  * One storey of the builder stack. While it has a child, it hands every event on to the child; the child goes when its element
@@ -42,12 +44,16 @@ class SM_API QvXmlBuildBase : public QvContentHandler, public TklReferenceCount,
     /** Pushes and replays the start tag into the child, which so sees its whole element. */
     void PushWithStart(QvXmlBuildBase* child, const I18NString& uri, const I18NString& localName, const I18NString& qName,
                        const QvXMLAttributes& attrs);
+    /** The name of the element whose start tag is being handled, as it stands in the document. */
+    const I18NString& StartedName() const { return *m_startedName; }
     /** The object that this builder fills; null when it fills none. */
     virtual const IOObject* OwnObject() const { return nullptr; }
 
   private:
     int m_depth = 0;
     QvSmartPtr<QvXmlBuildBase> m_child;
+    /** Borrowed from the event, and only good while it is handled. */
+    const I18NString* m_startedName = nullptr;
 };
 
 /** The attributes of the "property" element being read. */
@@ -67,12 +73,25 @@ class SM_API SMObjectBuilder : public QvXmlBuildBase {
     /** Starts gathering the text of the element that begins. */
     void CollectText();
     void StopCollecting() { m_collecting = false; }
+    /** The text gathered, as a number that may be cut to 32 bits, as a truth value, or as an enumerator. */
+    int TextAsInt() const;
+    bool TextAsBool() const { return SMEnum_bool::string2bool(m_text); }
+    template <class E>
+    typename E::Enum TextAsEnum() const {
+        return EnumOf<E>(m_text);
+    }
+    /** A "property" element: gathers its text, and at its end gives it to the object. */
+    void StartProperty(const QvXMLAttributes& attrs);
+    void EndProperty(SMObjectBase& object) const;
+    /** Takes the element that begins, whole and as it stands, into a new kept XML object. */
+    QvSmartPtr<SMXMLObject2> KeepXml(const I18NString& tag, const QvXMLAttributes& attrs);
     /** Logs an element that nobody knows, in the words given. */
     void LogUnknownStart(const I18NString& module, const I18NString& className, const char* method, const I18NString& name) const;
     void LogUnknownEnd(const I18NString& module, const I18NString& className, const char* method, const I18NString& name) const;
 
     I18NString m_text;
     bool m_collecting = false;
+    SMPropertyText m_property;
     const SMEnum_xmltag* m_tags;
     static const I18NString ms_strUri;
 };

@@ -3,6 +3,7 @@
 #include "core/qvutils/text/qvstringformat.h"
 #include "objects/base/smobjectbase_002_000.h"
 #include "objects/base/smprint_002_000.h"
+#include "objects/base/smxmlobject2_002_000.h"
 
 namespace schema_002_000 {
 
@@ -49,6 +50,42 @@ void SMObjectBase::WriteSMDate(QvContentHandler* handler, const I18NString& tag,
     I18NString text;
     QvStringFormat::GetInstance()->_datetime2stringwithpattern(date, GetSMDateFormat(), text, nullptr);
     WriteString(handler, tag, attrs, text);
+}
+
+void SMObjectBase::TextElement(QvContentHandler* handler, const I18NString& tag, const I18NString& value) {
+    WriteString(handler, tag, NoAttributes(), value);
+}
+
+void SMObjectBase::TextElementIfSet(QvContentHandler* handler, const I18NString& tag, const I18NString& value) {
+    if (!value.empty()) TextElement(handler, tag, value);
+}
+
+void SMObjectBase::FlagElement(QvContentHandler* handler, const I18NString& tag, bool value) {
+    WriteBool(handler, tag, NoAttributes(), value);
+}
+
+void SMObjectBase::FlagElementIfTrue(QvContentHandler* handler, const I18NString& tag, bool value) {
+    if (value) FlagElement(handler, tag, true);
+}
+
+void SMObjectBase::NumberElement(QvContentHandler* handler, const I18NString& tag, long value) {
+    WriteLong(handler, tag, NoAttributes(), value);
+}
+
+void SMObjectBase::NumberElementIfSet(QvContentHandler* handler, const I18NString& tag, long value) {
+    if (value >= 0) NumberElement(handler, tag, value);
+}
+
+void SMObjectBase::AddAttributeIfSet(QvXMLAttributesImpl& attrs, const I18NString& name, const I18NString& value) {
+    if (!value.empty()) attrs.push_back(name, value);
+}
+
+void SMObjectBase::AddAttributeIfTrue(QvXMLAttributesImpl& attrs, const I18NString& name, bool value) {
+    if (value) attrs.push_back(name, SMEnum_bool::s_true);
+}
+
+void SMObjectBase::WriteKept(const SMXMLObject2* kept, QvXMLFormatTarget& target) {
+    if (kept) kept->WriteBytes(target);
 }
 
 void SMObjectBase::WriteList(QvContentHandler* handler, const I18NString& listTag, const I18NString& itemTag,

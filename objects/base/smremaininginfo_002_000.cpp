@@ -29,6 +29,14 @@ void ReplayFragment(const I18NString& value, SMObjectBuilder* builder) {
 
 }  // namespace
 
+bool SMObjectBase::WriteKeptInfo(IOHelper& helper, SMXMLObject2* kept) {
+    return !kept || write_remaining_info(helper, kept);
+}
+
+bool SMObjectBase::ReadKeptInfo(IOHelper& helper, QvSmartPtr<SMXMLObject2>& kept, const QvULString& tag) {
+    return read_remaining_info_into_smxmlobject(helper, this, kept, tag);
+}
+
 bool SMObjectBase::write_remaining_info(IOHelper& helper, SMXMLObject2* object) {
     long version = object->version;
     const bool success = write_remaining_info(helper, object->tagName, I18NString(object->buffer.view()), version);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/qvutils/params/ioparams.h"
+#include "objects/base/smenum_002_000.h"
 #include "objects/base/smlog_002_000.h"
 
 namespace schema_002_000 {
@@ -64,6 +65,16 @@ class SMRowWriter {
     void DateIfSet(const QvULString& column, const QvDate& value) {
         if (value.IsSet()) Date(column, value);
     }
+    /** The inside of the kept element; the empty text when there is none. */
+    void InnerXml(const QvULString& column, const SMXMLObject2* kept);
+    void InnerXmlIfSet(const QvULString& column, const SMXMLObject2* kept) {
+        if (kept) InnerXml(column, kept);
+    }
+    /** The kept element with its tags; the empty text when there is none. */
+    void WholeXml(const QvULString& column, const SMXMLObject2* kept);
+    void WholeXmlIfSet(const QvULString& column, const SMXMLObject2* kept) {
+        if (kept) WholeXml(column, kept);
+    }
 
   private:
     IOParameter& m_attrs;
@@ -80,8 +91,31 @@ inline bool FlagOf(const IOParameter& row, const QvULString& key) {
     return row.GetByName(key)->GetBoolValue();
 }
 
+/** A bare read of an enumeration's text. */
+template <class E>
+typename E::Enum EnumAt(const IOParameter& row, const QvULString& key) {
+    return EnumOf<E>(TextOf(row, key));
+}
+/**
+ * A bare read of an element that is to be kept; null for an empty text. A column holds the inside of the element or, as some
+ * stores have it, the whole of it: a text that begins with the start tag is taken as it stands, any other one is wrapped.
+ */
+QvSmartPtr<SMXMLObject2> KeptXmlOf(const IOParameter& row, const QvULString& tag);
+/** The same from a column that holds the whole element. */
+QvSmartPtr<SMXMLObject2> WholeXmlOf(const IOParameter& row, const QvULString& tag);
+
 /** The value under a key that the row may lack or hold as NULL; null then. */
 QvSmartPtr<IOParameter> IfPresent(const IOParameter& row, const QvULString& key);
+
+/** Reads that leave the field as it is when the row lacks the key or holds NULL. */
+void ReadIfPresent(const IOParameter& row, const QvULString& key, I18NString& field);
+void ReadIfPresent(const IOParameter& row, const QvULString& key, QvULString& field);
+void ReadIfPresent(const IOParameter& row, const QvULString& key, int& field);
+void ReadIfPresent(const IOParameter& row, const QvULString& key, bool& field);
+template <class E>
+void ReadEnumIfPresent(const IOParameter& row, const QvULString& key, typename E::Enum& field) {
+    if (const auto value = IfPresent(row, key)) field = EnumOf<E>(value->GetQvStringValue());
+}
 
 /** Logs a row that could not be read whole; what has been read stays. */
 void LogReadFailure(const IOParameter& row, const SMLogWords& words, const IOParamException& failure);

@@ -83,6 +83,12 @@ void SMXMLObject2::RenameObjects(SMRenameList2& list) {
     list.PerformRenamesEscaped(buffer);
 }
 
+I18NString InnerXmlOf(const SMXMLObject2* kept) {
+    I18NString text;
+    if (kept) kept->GetInnerXMLStr(text);
+    return text;
+}
+
 SMXMLObjectBuilder::SMXMLObjectBuilder(SMXMLObject2* object)
     : m_object(object), m_writer(object->buffer), m_printer("UTF-8", false, m_writer, true) {}
 

@@ -48,6 +48,9 @@ class SM_API SMXMLObject2 : public TklReferenceCount {
     std::string_view InnerView() const;
 };
 
+/** The inside of a kept element, as GetInnerXMLStr gives it; empty when there is none. */
+SM_API I18NString InnerXmlOf(const SMXMLObject2* kept);
+
 /** Captures an element as it stands: prints the parser's events into the buffer of a kept XML object. */
 class SM_API SMXMLObjectBuilder : public QvXmlBuildBase {
   public:

@@ -208,8 +208,7 @@ void SMSectionTypeBuilder::smtagStartElement(const I18NString& module, const I18
             StartNamespaceFile(attrs);
             break;
         case Tag::property:
-            CollectText();
-            m_property.Start(attrs);
+            StartProperty(attrs);
             break;
         case Tag::querySubject:
         case Tag::updateSubject:
@@ -254,7 +253,7 @@ void SMSectionTypeBuilder::smtagEndElement(const I18NString& module, const I18NS
         case Tag::smnamespacefile:
             break;
         case Tag::property:
-            m_section->SetProperty(m_property.name, m_property.type, m_text);
+            EndProperty(*m_section);
             break;
         default:
             SMNameDescObjectBuilder::smtagEndElement(module, className, tag);

@@ -98,7 +98,6 @@ class SM_API SMSectionTypeBuilder : public SMNameDescObjectBuilder {
     void StartNamespaceFile(const QvXMLAttributes& attrs);
 
     SMSectionType2* m_section;
-    SMPropertyText m_property;
 };
 
 }  // namespace schema_002_000

@@ -102,8 +102,7 @@ void SMProjectBuilder::realStartElement(const I18NString&, const I18NString& loc
             StartNamespaceFile(attrs);
             break;
         case Tag::property:
-            CollectText();
-            m_property.Start(attrs);
+            StartProperty(attrs);
             break;
         case Tag::dataSources:
             StartSection(attrs, *m_tags, m_object->m_dataSourcesId, m_object->m_dataSourcesVersion);
@@ -185,7 +184,7 @@ void SMProjectBuilder::realEndElement(const I18NString&, const I18NString& local
             m_object->SetDefaultLocale(m_text);
             break;
         case Tag::property:
-            m_object->SetProperty(m_property.name, m_property.type, m_text);
+            EndProperty(*m_object);
             break;
         default:
             LogUnknownEnd(WORDS.module, WORDS.className, "realEndElement", localName);

@@ -27,7 +27,6 @@ class SM_API SMProjectBuilder : public SMObjectBuilder {
     static void StartSection(const QvXMLAttributes& attrs, const SMEnum_xmltag& tags, I18NString& id, int& version);
 
     SMProject2* m_object;
-    SMPropertyText m_property;
 };
 
 }  // namespace schema_002_000

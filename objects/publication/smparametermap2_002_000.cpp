@@ -183,8 +183,7 @@ void SMParameterMapBuilder::realStartElement(const I18NString&, const I18NString
             CollectText();
             break;
         case Tag::property:
-            CollectText();
-            m_property.Start(attrs);
+            StartProperty(attrs);
             break;
         case Tag::queryItemMap:
             m_keyRef.erase();
@@ -219,7 +218,7 @@ void SMParameterMapBuilder::realEndElement(const I18NString&, const I18NString& 
             m_map->SetDefaultValue(m_text);
             break;
         case Tag::property:
-            m_map->SetProperty(m_property.name, m_property.type, m_text);
+            EndProperty(*m_map);
             break;
         case Tag::keyRef:
             m_keyRef = m_text;

@@ -110,7 +110,6 @@ class SM_API SMParameterMapBuilder : public SMObjectBuilder {
     void StartEntry(const QvXMLAttributes& attrs);
 
     SMParameterMap2* m_map;
-    SMPropertyText m_property;
     I18NString m_keyRef, m_valueRef;
 };
 

@@ -1,5 +1,6 @@
 #include "core/qvutils/diag/diagnostics.h"
 
+#include "core/qvutils/diag/place.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/persist/ioobject.h"
 
@@ -94,11 +95,7 @@ SMSeverity SeverityOfLevel(LOG_LEVEL level) {
 }
 
 std::string FormatDiagnostic(const SMDiagnostic& diagnostic) {
-    std::string text = diagnostic.file;
-    for (const long number : {diagnostic.line, diagnostic.column}) {
-        if (number <= 0) break;
-        text += (text.empty() ? "" : ":") + std::to_string(number);
-    }
+    std::string text = qv::PlaceText(diagnostic.file, diagnostic.line, diagnostic.column);
     if (!text.empty()) text += ": ";
     text.append(WordOf(diagnostic.severity)).append(": ").append(diagnostic.message);
     if (!diagnostic.objectPath.empty()) text.append(" [").append(diagnostic.objectPath).append("]");

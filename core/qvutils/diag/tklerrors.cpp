@@ -1,17 +1,14 @@
 #include "core/qvutils/diag/tklerrors.h"
 
+#include "core/qvutils/diag/place.h"
+
 #include <utility>
 
 namespace {
 
-/** "file:line:column: message", leaving out what is not known. */
 std::string Located(const std::string& file, long line, long column, const std::string& message) {
-    std::string text = file;
-    for (const long number : {line, column}) {
-        if (number <= 0) break;
-        text += (text.empty() ? "" : ":") + std::to_string(number);
-    }
-    return text.empty() ? message : text + ": " + message;
+    const std::string place = qv::PlaceText(file, line, column);
+    return place.empty() ? message : place + ": " + message;
 }
 
 }  // namespace

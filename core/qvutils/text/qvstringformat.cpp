@@ -179,7 +179,10 @@ void QvStringFormat::_datetime2stringwithpattern(const QvDate& date, const I18NS
 void QvStringFormat::_string2datetimewithpattern(const I18NString& text, const I18NString& pattern, QvDate& date, const void*) const {
     int values[FIELDS] = {-1, -1, -1, -1, -1, -1};
     std::string_view rest = text.utf8();
-    if (pattern.utf8() == ISO_PATTERN && rest.size() == QvDate::ISO_SIZE && date.ReadIso(rest.data())) return;
+    // nearly all dates of a document are whole and in the one pattern
+    if (pattern.utf8() == ISO_PATTERN && rest.size() >= QvDate::ISO_SIZE && IsDroppedTail(rest.substr(QvDate::ISO_SIZE), true) &&
+        date.ReadIso(rest.data()))
+        return;
     date = QvDate(false);
     PatternWalk walk(pattern.utf8());
     while (const auto step = walk.Next()) {

@@ -42,22 +42,22 @@ void SMRenameList2::AddRenameUniqueNamespace(const I18NString& oldName, const SM
     AddRenameNamespace(oldName, result);
 }
 
-const SMRenameList2::Record* SMRenameList2::FindRecord(const I18NString& nameSpace, const I18NString& name, const I18NString& item) const {
+const SMRenameList2::Record* SMRenameList2::FindRecord(std::string_view nameSpace, std::string_view name, std::string_view item) const {
+    constexpr std::string_view any;
     const auto inNamespace = renames.find(nameSpace);
     if (inNamespace == renames.end()) return nullptr;
     const Names& byName = inNamespace->second;
-    const I18NString any;
     auto items = byName.find(name);
     const bool named = items != byName.end();
     if (!named) items = byName.find(any);
     if (items == byName.end()) return nullptr;
-    auto record = named ? items->second.find(item) : items->second.find(any);
+    auto record = items->second.find(named ? item : any);
     if (named && record == items->second.end()) record = items->second.find(any);
     return record == items->second.end() ? nullptr : &record->second;
 }
 
 bool SMRenameList2::PerformRenames(I18NString& nameSpace, I18NString& name, I18NString& item) {
-    const Record* record = FindRecord(nameSpace, name, item);
+    const Record* record = FindRecord(nameSpace.utf8(), name.utf8(), item.utf8());
     if (!record) return false;
     nameSpace = record->newNamespace;  // also when empty
     if (!record->newName.empty()) name = record->newName;
@@ -74,17 +74,23 @@ bool SMRenameList2::PerformRenames(QvULString& text) {
     return true;
 }
 
-bool SMRenameList2::PerformRenames(I18NString& i18nText) {
-    const std::string_view text = i18nText.utf8();
-    if (text.find('[') == std::string_view::npos) return false;
+bool SMRenameList2::PerformRenames(I18NString& text) {
+    // most texts need no rename: they are walked once and nothing is copied
+    if (!Scan(text.utf8(), nullptr)) return false;
     std::string out;
+    Scan(text.utf8(), &out);
+    text = I18NString(std::string_view(out));
+    return true;
+}
+
+bool SMRenameList2::Scan(std::string_view text, std::string* out) const {
+    constexpr auto npos = std::string_view::npos;
     bool found = false;
     std::size_t position = 0;
     const auto copyTo = [&](std::size_t end) {
-        out.append(text.substr(position, end - position));
+        if (out) out->append(text.substr(position, end - position));
         position = end;
     };
-    const auto npos = std::string_view::npos;
     bool anyClose = true;  // once there is no further "]", none is looked for again: a text of open brackets stays linear
     const auto findClose = [&](std::size_t from) {
         const std::size_t close = anyClose ? text.find(']', from) : npos;
@@ -119,11 +125,10 @@ bool SMRenameList2::PerformRenames(I18NString& i18nText) {
             copyTo(third);
             continue;
         }
-        I18NString nameSpace(text.substr(position, firstEnd - position));
-        I18NString name(text.substr(second, secondEnd - second));
-        I18NString item(text.substr(third, thirdEnd - third));
-        found = PerformRenames(nameSpace, name, item);  // the last reference decides for the whole text
-        out.append("[").append(nameSpace.utf8()).append("].[").append(name.utf8()).append("].[").append(item.utf8()).append("]");
+        const auto between = [&](std::size_t from, std::size_t end) { return text.substr(from, end - from); };
+        const Record* record = FindRecord(between(position, firstEnd), between(second, secondEnd), between(third, thirdEnd));
+        found = record != nullptr;  // the last reference decides for the whole text
+        if (out) AppendReference(*out, record, between(position, firstEnd), between(second, secondEnd), between(third, thirdEnd));
         position = thirdEnd + 1;
 
         std::size_t end = thirdEnd;
@@ -131,16 +136,23 @@ bool SMRenameList2::PerformRenames(I18NString& i18nText) {
         if (end == npos) break;
         copyTo(end + 1);
     }
-    if (!found) return false;
     copyTo(text.size());
-    i18nText = I18NString(std::string_view(out));
-    return true;
+    return found;
+}
+
+void SMRenameList2::AppendReference(std::string& out, const Record* record, std::string_view nameSpace, std::string_view name,
+                                    std::string_view item) {
+    if (record) {
+        nameSpace = record->newNamespace.utf8();  // also when empty
+        if (!record->newName.empty()) name = record->newName.utf8();
+        if (!record->newItem.empty()) item = record->newItem.utf8();
+    }
+    out.append("[").append(nameSpace).append(NEXT_PART).append(name).append(NEXT_PART).append(item).append("]");
 }
 
 void SMRenameList2::PerformRenamesEscaped(TklByteBuffer& xml) {
-    TklByteBuffer document(256, 256);
-    document.reserve(xml.pcount() + 16);
-    document << "<dummy>" << xml << "</dummy>";
+    m_document.reset();
+    m_document << "<dummy>" << xml << "</dummy>";
     xml.reset();
     QvByteBufferWriter writer(xml);
     SAX2RenameHandler handler(writer, this);
@@ -151,7 +163,7 @@ void SMRenameList2::PerformRenamesEscaped(TklByteBuffer& xml) {
     };
     const HandlerScope scope{*parser};
     parser->setContentHandler(&handler);
-    parser->parse(document);
+    parser->parse(m_document);
     xml.shrink();
 }
 

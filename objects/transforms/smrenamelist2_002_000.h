@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <string>
 #include <string_view>
 
 #include "core/qvutils/text/qvulstring.h"
@@ -56,20 +57,35 @@ class SM_API SMRenameList2 {
     struct Record {
         I18NString newNamespace, newName, newItem;
     };
-    using Items = std::map<I18NString, Record>;
-    using Names = std::map<I18NString, Items>;
+    /** Compares with parts of a text too, so that looking a reference up copies nothing. */
+    struct ByText {
+        using is_transparent = void;
+        static std::string_view View(const I18NString& text) { return text.utf8(); }
+        static std::string_view View(std::string_view text) { return text; }
+        template <class A, class B>
+        bool operator()(const A& a, const B& b) const {
+            return View(a) < View(b);
+        }
+    };
+    using Items = std::map<I18NString, Record, ByText>;
+    using Names = std::map<I18NString, Items, ByText>;
 
     static void _SplitNameAndSuffix(const I18NString& name, I18NString& base, long& suffix);
     static void _AddSuffixToName(I18NString& name, long suffix);
     static void _FindUniqueSuffixUsingNamespaceMap(const I18NString& base, long suffix, const SMNamespaceMap& existing, I18NString& result);
     void _FindUniqueSuffixUsingNamespaceMapAndRenameTargets(const I18NString& base, long suffix, const SMNamespaceMap& first,
                                                             const SMNamespaceMap& second, I18NString& result) const;
-    const Record* FindRecord(const I18NString& nameSpace, const I18NString& name, const I18NString& item) const;
+    const Record* FindRecord(std::string_view nameSpace, std::string_view name, std::string_view item) const;
+    /** Walks the references of a text; writes the renamed text to `out`, if given. True when the last one is renamed. */
+    bool Scan(std::string_view text, std::string* out) const;
+    static void AppendReference(std::string& out, const Record* record, std::string_view nameSpace, std::string_view name,
+                                std::string_view item);
 
-    std::map<I18NString, Names> renames;
+    std::map<I18NString, Names, ByText> renames;
     std::set<I18NString> renameTargets;
-    /** Made by the first fragment, and used for all. */
+    /** Made by the first fragment, and used for all; so is the copy of the fragment that is parsed. */
     std::unique_ptr<QvSAX2Parser> parser;
+    TklByteBuffer m_document{256, 256};
 };
 
 /** Prints what it receives with the references renamed, without the outermost element, which is a root of our own. */

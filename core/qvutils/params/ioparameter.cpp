@@ -6,6 +6,8 @@ const char* KindName(int kind) {
     switch (kind) {
         case IOParameter::kindString:
             return "text";
+        case IOParameter::kindFields:
+            return "set of fields";
         case IOParameter::kindLong:
             return "number";
         case IOParameter::kindBool:

@@ -40,7 +40,17 @@ class SM_API IOParamPairIterator : public IOParamIterator {
  */
 class SM_API IOParameter : public TklReferenceCount {
   public:
-    enum Kind : int { kindNone = 0, kindString = 1, kindLong = 2, kindBool = 4, kindDate = 8, kindArray = 0x40, kindHash = 0x80 };
+    /** kindFields: an object that gives its fields by name. */
+    enum Kind : int {
+        kindNone = 0,
+        kindString = 1,
+        kindFields = 2,
+        kindLong = 4,
+        kindBool = 8,
+        kindDate = 0x10,
+        kindArray = 0x40,
+        kindHash = 0x80
+    };
 
     virtual int GetKind() const = 0;
     virtual bool IsNull() const { return false; }

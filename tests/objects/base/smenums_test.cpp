@@ -60,6 +60,7 @@ const std::map<std::string, Face>& Faces() {
 std::map<std::string, Table> HandedDown() {
     std::map<std::string, Table> all;
     for (const auto& file : std::filesystem::directory_iterator(SMODEL_TEST_DATA "/vocabulary")) {
+        if (!file.path().stem().string().starts_with("SMEnum_")) continue;
         std::ifstream in(file.path());
         Table& table = all[file.path().stem().string()];
         int number = 0;

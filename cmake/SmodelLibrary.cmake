@@ -13,6 +13,9 @@ function(smodel_add_library name description)
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
     LINK_DEPENDS ${SMODEL_CMAKE_DIR}/exports.map)
   target_link_options(${name} PRIVATE LINKER:--version-script=${SMODEL_CMAKE_DIR}/exports.map LINKER:--as-needed)
+  if(NOT SMODEL_SANITIZE) # a sanitizer's runtime comes with the executable
+    target_link_options(${name} PRIVATE LINKER:--no-undefined)
+  endif()
   target_compile_features(${name} PUBLIC cxx_std_20)
   target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}> $<INSTALL_INTERFACE:${SMODEL_INCLUDE_DIR}>)
   install(TARGETS ${name} EXPORT smodelTargets)

@@ -12,7 +12,6 @@ namespace schema_002_000 {
 namespace {
 
 const SMTable TABLE = {"SM_SECTION_TYPE", "SECTION_ID", "SECTION_VERSION_NO", "PROJECT_ID", "PROJECT_VERSION_NO"};
-const SMLogWords WORDS = {"smsectiontype2", "SMSectionType2"};
 const QvULString COL_SECTION_TYPE_NAME = SMColumn("SECTION_TYPE_NAME");
 const QvULString COL_DISPLAY_ORDER = SMColumn("DISPLAY_ORDER");
 const I18NString KIND_SECTION = I18NString::Immortal("generic_section_type");

@@ -22,12 +22,19 @@ struct SMByName {
     }
 };
 
+struct SMByQvRef {
+    template <class T>
+    static std::string_view Key(const T& item) {
+        return item.GetQvRef().utf8();
+    }
+};
+
 /**
- * The children of one kind of a container: a vector of counted objects in the order of their coming, with a lazy index of names.
- * Look-ups answer as a search from the front would. One pointer wide while empty, since a model holds such collections by the
- * million.
+ * The children of one kind of a container: a vector of counted objects in the order of their coming, with lazy indexes of their
+ * names and, for the kinds that are looked up so, of a second key. Look-ups answer as a search from the front would. One pointer
+ * wide while empty, since a model holds such collections by the million.
  */
-template <class T, class By = SMByName>
+template <class T, class By = SMByName, class SecondBy = By>
 class SMChildren {
   public:
     using Vector = QvSmartVector<T>;
@@ -38,18 +45,9 @@ class SMChildren {
     }
 
     /** The first item with the key, or null. `owner` is the container. */
-    T* Find(std::string_view key, const SMObjectBase& owner) const {
-        if (!m_block) return nullptr;
-        const Vector& items = m_block->items;
-        const auto keyAt = [&](std::size_t place) { return By::Key(*items[place]); };
-        if (const SMNameEpoch* epoch = NameEpochOf(owner)) {
-            if (!m_block->index) m_block->index = std::make_unique<SMNameIndex>();
-            const long place = m_block->index->Find(key, items.size(), *epoch, keyAt);
-            return place < 0 ? nullptr : items[static_cast<std::size_t>(place)].get();
-        }
-        for (const auto& item : items)
-            if (By::Key(*item) == key) return item;
-        return nullptr;
+    T* Find(std::string_view key, const SMObjectBase& owner) const { return m_block ? FindIn<By>(m_block->index, key, owner) : nullptr; }
+    T* FindBySecond(std::string_view key, const SMObjectBase& owner) const {
+        return m_block ? FindIn<SecondBy>(m_block->secondIndex, key, owner) : nullptr;
     }
     T* FindById(const QvULString& id) const {
         for (const auto& item : Items())
@@ -65,6 +63,7 @@ class SMChildren {
         QvSmartPtr<T> taken = std::move(m_block->items[place]);
         m_block->items.erase(m_block->items.begin() + static_cast<std::ptrdiff_t>(place));
         m_block->index.reset();
+        m_block->secondIndex.reset();
         return taken;
     }
 
@@ -83,8 +82,21 @@ class SMChildren {
     struct Block {
         Vector items;
         /** Made by the first look-up. */
-        std::unique_ptr<SMNameIndex> index;
+        std::unique_ptr<SMNameIndex> index, secondIndex;
     };
+    template <class Key>
+    T* FindIn(std::unique_ptr<SMNameIndex>& index, std::string_view key, const SMObjectBase& owner) const {
+        const Vector& items = m_block->items;
+        const auto keyAt = [&](std::size_t place) { return Key::Key(*items[place]); };
+        if (const SMNameEpoch* epoch = NameEpochOf(owner)) {
+            if (!index) index = std::make_unique<SMNameIndex>();
+            const long place = index->Find(key, items.size(), *epoch, keyAt);
+            return place < 0 ? nullptr : items[static_cast<std::size_t>(place)].get();
+        }
+        for (const auto& item : items)
+            if (Key::Key(*item) == key) return item;
+        return nullptr;
+    }
     std::size_t Place(const T* item) const {
         const Vector& items = Items();
         std::size_t place = 0;
@@ -99,8 +111,8 @@ class SMChildren {
  * The delete of a container's child by id, from its typed collection and from the display list. The typed object found goes and
  * its own entry with it; where no typed object has the id, the first entry of that id leaves the list.
  */
-template <class T, class By>
-void SMDeleteById(SMChildren<T, By>& typed, SMDisplayList& list, const QvULString& id) {
+template <class T, class By, class SecondBy>
+void SMDeleteById(SMChildren<T, By, SecondBy>& typed, SMDisplayList& list, const QvULString& id) {
     const QvSmartPtr<T> held = typed.FindById(id);  // lives until both have let it go
     if (!held) {
         list.RemoveById(id);
@@ -111,8 +123,8 @@ void SMDeleteById(SMChildren<T, By>& typed, SMDisplayList& list, const QvULStrin
 }
 
 /** Cuts the parent link of children that outlive their container. */
-template <class T, class By>
-void SMOrphan(const SMChildren<T, By>& typed) {
+template <class T, class By, class SecondBy>
+void SMOrphan(const SMChildren<T, By, SecondBy>& typed) {
     for (const auto& child : typed)
         if (child->getReferenceCount() > 1) child->parent = nullptr;
 }

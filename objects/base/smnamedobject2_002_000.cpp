@@ -92,11 +92,7 @@ void SMNamedObject2::WriteLocaleMap(QvContentHandler* handler, const I18NString&
 }
 
 void SMNamedObject2::WriteQvRef(QvContentHandler* handler) const {
-    if (qvref.empty()) return;
-    QvXMLAttributesImpl attrs;
-    attrs.push_back(m_tags->name, PROPERTY_QVREF);
-    attrs.push_back(m_tags->type, m_tags->hidden);
-    WriteString(handler, m_tags->property, attrs, qvref);
+    WriteHiddenPropertyIfSet(handler, PROPERTY_QVREF, qvref);
 }
 
 void SMNamedObject2::WriteProperties(QvContentHandler* handler, bool writeHidden) const {

@@ -154,6 +154,10 @@ class SM_API SMObjectBase : public IOObject {
     static void EndElement(QvContentHandler* handler, const I18NString& tag);
     static const QvXMLAttributes& NoAttributes();
     void WriteCustomProperties(QvContentHandler* handler) const;
+    /** A "property" of type "hidden" for a link that has a field of its own; nothing for an empty one. */
+    void WriteHiddenPropertyIfSet(QvContentHandler* handler, const I18NString& name, const I18NString& value) const;
+    /** The attributes "id" and "version" of the elements that have them. */
+    void AddIdAndVersion(QvXMLAttributesImpl& attrs) const;
 
     /** One simple element, without attributes, or none. */
     static void TextElement(QvContentHandler* handler, const I18NString& tag, const I18NString& value);

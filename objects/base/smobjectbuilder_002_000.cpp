@@ -69,8 +69,8 @@ void SMObjectBuilder::CollectText() {
     m_text.erase();
 }
 
-int SMObjectBuilder::TextAsInt() const {
-    return static_cast<int>(QvStringFormat::GetInstance()->_string2long(m_text));
+long SMObjectBuilder::TextAsLong() const {
+    return QvStringFormat::GetInstance()->_string2long(m_text);
 }
 
 void SMObjectBuilder::StartProperty(const QvXMLAttributes& attrs) {

@@ -73,8 +73,9 @@ class SM_API SMObjectBuilder : public QvXmlBuildBase {
     /** Starts gathering the text of the element that begins. */
     void CollectText();
     void StopCollecting() { m_collecting = false; }
-    /** The text gathered, as a number that may be cut to 32 bits, as a truth value, or as an enumerator. */
-    int TextAsInt() const;
+    /** The text gathered, as a number, as one that may be cut to 32 bits, as a truth value, or as an enumerator. */
+    long TextAsLong() const;
+    int TextAsInt() const { return static_cast<int>(TextAsLong()); }
     bool TextAsBool() const { return SMEnum_bool::string2bool(m_text); }
     template <class E>
     typename E::Enum TextAsEnum() const {

@@ -5,6 +5,8 @@
 #include "objects/base/smprint_002_000.h"
 #include "objects/base/smxmlobject2_002_000.h"
 
+#include <string>
+
 namespace schema_002_000 {
 
 namespace {
@@ -120,6 +122,19 @@ void SMObjectBase::WriteProperties(QvContentHandler* handler, bool writeHidden) 
         WriteLong(handler, m_tags->property, attrs, GetVersionNo());
     }
     WriteCustomProperties(handler);
+}
+
+void SMObjectBase::WriteHiddenPropertyIfSet(QvContentHandler* handler, const I18NString& name, const I18NString& value) const {
+    if (value.empty()) return;
+    QvXMLAttributesImpl attrs;
+    attrs.push_back(m_tags->name, name);
+    attrs.push_back(m_tags->type, m_tags->hidden);
+    WriteString(handler, m_tags->property, attrs, value);
+}
+
+void SMObjectBase::AddIdAndVersion(QvXMLAttributesImpl& attrs) const {
+    attrs.push_back(m_tags->id, GetId());
+    attrs.push_back(m_tags->version, I18NString(std::to_string(GetVersionNo()).c_str()));
 }
 
 void SMObjectBase::WriteCustomProperties(QvContentHandler* handler) const {

@@ -53,11 +53,20 @@ void ReadIfPresent(const IOParameter& row, const QvULString& key, int& field) {
     if (const auto value = IfPresent(row, key)) field = static_cast<int>(value->GetLongValue());
 }
 
+void ReadIfPresent(const IOParameter& row, const QvULString& key, long& field) {
+    if (const auto value = IfPresent(row, key)) field = value->GetLongValue();
+}
+
 void ReadIfPresent(const IOParameter& row, const QvULString& key, bool& field) {
     if (const auto value = IfPresent(row, key)) field = value->GetBoolValue();
 }
 
-void LogReadFailure(const IOParameter& row, const SMLogWords& words, const IOParamException& failure) {
+void ReadKeptXmlIfPresent(const IOParameter& row, const QvULString& tag, QvSmartPtr<SMXMLObject2>& field) {
+    if (!IfPresent(row, tag)) return;
+    if (QvSmartPtr<SMXMLObject2> kept = KeptXmlOf(row, tag)) field = std::move(kept);
+}
+
+void LogReadFailure(const IOParameter& row, const SMLogWords& words, const std::exception& failure) {
     SMLog(SM_FAILURE, words, "constructFromIOParameter", I18NString("Error reading object. Message: ") + failure.what(),
           I18NString("Probably a missing parameter: ") + row.toString(I18NString()));
 }

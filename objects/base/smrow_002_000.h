@@ -3,6 +3,7 @@
 #include "core/qvutils/params/ioparams.h"
 #include "objects/base/smenum_002_000.h"
 #include "objects/base/smlog_002_000.h"
+#include "objects/base/smsmallenum_002_000.h"
 
 namespace schema_002_000 {
 
@@ -111,14 +112,21 @@ QvSmartPtr<IOParameter> IfPresent(const IOParameter& row, const QvULString& key)
 void ReadIfPresent(const IOParameter& row, const QvULString& key, I18NString& field);
 void ReadIfPresent(const IOParameter& row, const QvULString& key, QvULString& field);
 void ReadIfPresent(const IOParameter& row, const QvULString& key, int& field);
+void ReadIfPresent(const IOParameter& row, const QvULString& key, long& field);
 void ReadIfPresent(const IOParameter& row, const QvULString& key, bool& field);
+template <class E>
+void ReadIfPresent(const IOParameter& row, const QvULString& key, SMSmallEnum<E>& field) {
+    if (const auto value = IfPresent(row, key)) field = EnumOf<E>(value->GetQvStringValue());
+}
+/** As KeptXmlOf; an empty text leaves the field too. */
+void ReadKeptXmlIfPresent(const IOParameter& row, const QvULString& tag, QvSmartPtr<SMXMLObject2>& field);
 template <class E>
 void ReadEnumIfPresent(const IOParameter& row, const QvULString& key, typename E::Enum& field) {
     if (const auto value = IfPresent(row, key)) field = EnumOf<E>(value->GetQvStringValue());
 }
 
 /** Logs a row that could not be read whole; what has been read stays. */
-void LogReadFailure(const IOParameter& row, const SMLogWords& words, const IOParamException& failure);
+void LogReadFailure(const IOParameter& row, const SMLogWords& words, const std::exception& failure);
 
 /** Runs `fill`; a missing or ill-typed parameter is logged in the class's words and leaves the rest of the fields as they are. */
 template <class Fill>

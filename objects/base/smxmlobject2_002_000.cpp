@@ -89,6 +89,12 @@ I18NString InnerXmlOf(const SMXMLObject2* kept) {
     return text;
 }
 
+bool ChangeKeptXml(QvSmartPtr<SMXMLObject2>& kept, const QvULString& tag, const I18NString& inner) {
+    if (kept) return kept->ChangeInnerXML(inner.c_str());
+    kept = new SMXMLObject2(tag, inner, true);
+    return true;
+}
+
 SMXMLObjectBuilder::SMXMLObjectBuilder(SMXMLObject2* object)
     : m_object(object), m_writer(object->buffer), m_printer("UTF-8", false, m_writer, true) {}
 

@@ -51,6 +51,9 @@ class SM_API SMXMLObject2 : public TklReferenceCount {
 /** The inside of a kept element, as GetInnerXMLStr gives it; empty when there is none. */
 SM_API I18NString InnerXmlOf(const SMXMLObject2* kept);
 
+/** Sets the inside of a kept element, which is made if there is none. True when it is new or was another. */
+SM_API bool ChangeKeptXml(QvSmartPtr<SMXMLObject2>& kept, const QvULString& tag, const I18NString& inner);
+
 /** Captures an element as it stands: prints the parser's events into the buffer of a kept XML object. */
 class SM_API SMXMLObjectBuilder : public QvXmlBuildBase {
   public:

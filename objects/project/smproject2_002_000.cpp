@@ -2,7 +2,10 @@
 
 #include "core/qvutils/text/qvstringformat.h"
 #include "objects/containers/smnamespace2_002_000.h"
+#include "objects/publication/smdatasource2_002_000.h"
+#include "objects/publication/smpackage2_002_000.h"
 #include "objects/publication/smparametermap2_002_000.h"
+#include "objects/publication/smsecurityview2_002_000.h"
 #include "objects/transforms/smrenamelist2_002_000.h"
 
 namespace schema_002_000 {
@@ -26,14 +29,18 @@ SMProject2::SMProject2() : SMObjectBase(nullptr, nullptr) {
 SMProject2::~SMProject2() {
     m_beingDestroyed = true;
     // whoever still holds an object of this project must not reach back into it
-    for (SMObjectBase* object : m_allObjects.GetObjects())
-        if (object) object->m_project = nullptr;
+    for (SMObjectBase* object : m_allObjects.GetObjects()) {
+        if (!object) continue;
+        object->m_project = nullptr;
+        if (object->parent == this) object->parent = nullptr;
+    }
     m_allObjects.RemoveAll(true);
     m_namespaceMap.clear();
     m_idMap.clear();
-    if (m_rootNamespace && m_rootNamespace->getReferenceCount() > 1) m_rootNamespace->parent = nullptr;
-    SMOrphan(m_parameterMaps);
+    m_packages.clear();
+    m_dataSources.clear();
     m_parameterMaps.clear();
+    m_securityViews.clear();
     m_rootNamespace = nullptr;
     m_formerRoots.clear();
     m_project = nullptr;
@@ -157,43 +164,6 @@ void SMProject2::DeleteNamespace(SMNamespace2* ns) {
         return;
     }
     if (container) static_cast<SMSectionType2*>(container)->DeleteNamespace(ns);
-}
-
-// ---- owned kinds and walks
-
-void SMProject2::AppendParameterMap(SMParameterMap2* map) {
-    m_parameterMaps.Append(map);
-}
-
-SMParameterMap2* SMProject2::GetParameterMapWithName(const I18NString& name) const {
-    return m_parameterMaps.Find(name.utf8(), *this);
-}
-
-SMParameterMap2* SMProject2::AddParameterMapOrReturnExisting(const I18NString& name, bool hidden) {
-    SMParameterMap2* map = GetParameterMapWithName(name);
-    if (!map) {
-        map = new SMParameterMap2(this, this);
-        m_parameterMaps.Append(map);
-        map->SetName(name);
-    }
-    map->SetHidden(hidden);
-    return map;
-}
-
-void SMProject2::RenameObjects(SMRenameList2& list) {
-    if (m_rootNamespace) m_rootNamespace->RenameObjects(list);
-    for (const auto& map : m_parameterMaps) map->RenameObjects(list);
-}
-
-void SMProject2::RegenerateIds(std::map<QvULString, QvULString>& idMap) {
-    if (m_rootNamespace) m_rootNamespace->RegenerateIds(idMap);
-    for (const auto& map : m_parameterMaps) map->RegenerateIds(idMap);
-    SMObjectBase::RegenerateIds();
-}
-
-void SMProject2::getChildObjects(QvULCollection<IOObject, QvULIdExtract<IOObject>>& children) const {
-    for (const auto& map : m_parameterMaps) children.push_back(map);
-    if (m_rootNamespace) children.push_back(m_rootNamespace);
 }
 
 // ---- recorded objects, shared spellings

@@ -8,6 +8,7 @@
 
 #include "objects/base/allsmobjects_002_000.h"
 #include "objects/base/smchildren_002_000.h"
+#include "objects/base/smenums_002_000.h"
 #include "objects/base/smnameindex_002_000.h"
 #include "objects/base/smobjectbuilder_002_000.h"
 
@@ -15,8 +16,11 @@ class CLTask;
 
 namespace schema_002_000 {
 
+class SMDatasource2;
 class SMNamespace2;
+class SMPackage2;
 class SMParameterMap2;
+class SMSecurityView2;
 class SMXMLObject2;
 
 /**
@@ -32,7 +36,7 @@ class SM_API SMProject2 : public SMObjectBase {
     bool read(IOHelper& helper) override;
     void getAttributes(IOParameter& attrs, IOParameter& historyAttrs) override;
     SM_DECLARE_KEY_COLUMNS
-    /** The root namespace and the owned kinds, but not the packages. */
+    /** The data sources, parameter maps and security views, and the root namespace; not the packages. */
     void getChildObjects(QvULCollection<IOObject, QvULIdExtract<IOObject>>& children) const override;
     bool write_no_seq_inc(IOHelper& helper) override;
     bool write_next(IOHelper& helper) override;
@@ -80,6 +84,40 @@ class SM_API SMProject2 : public SMObjectBase {
 
     // ---- owned kinds
 
+    const QvSmartVector<SMDatasource2>& GetDataSources() const { return m_dataSources.Items(); }
+    /** Shares the data source. */
+    void AppendDataSource(SMDatasource2* dataSource);
+    /** The data source of all four; a new one is named after `cmDataSource`. */
+    SMDatasource2* AddDataSourceOrReturnExisting(const I18NString& cmDataSource, const I18NString& catalog, const I18NString& cube,
+                                                 SMEnum_queryProcessing::Enum queryProcessing);
+    /** Enters each data source under its name; a name that is there already keeps its entry. */
+    void CreateDatasourcesNameMap(QvSmartMap<QvULString, SMDatasource2>& map) const;
+    /** Empties connection and schema of all data sources but the one that has the project's name. */
+    void ClearDSSchema();
+
+    using Packages = QvULCollection<SMPackage2, QvULIdExtract<SMPackage2>>;
+    const Packages& GetPackages() const { return m_packages; }
+    /** Shares the package. Its id may be the one of another package. */
+    void AppendPackage(SMPackage2* package);
+    SMPackage2* GetPackageWithName(const I18NString& name) const;
+    /** A new package has the default locale, lets everyone administrate it, and shows the view, which must not be null. */
+    SMPackage2* AddPackageOrReturnExisting(const I18NString& name, const I18NString& description, SMSecurityView2* securityView);
+    void DeletePackageWithId(const QvULString& id);
+    /** Moves the package to the end, where it takes the place of one with its id. */
+    void DeleteAndAppendPackage(SMPackage2* package);
+
+    const QvSmartVector<SMSecurityView2>& GetSecurityViews() const { return m_securityViews.Items(); }
+    /** Shares the view. */
+    void AppendSecurityView(SMSecurityView2* view);
+    SMSecurityView2* GetSecurityViewByName(const I18NString& name) const;
+    /** The view whose name is the third part of the object id. */
+    SMSecurityView2* GetSecurityViewBySMID(const I18NString& id) const;
+    /** A new view lets everyone use it. */
+    SMSecurityView2* AddSecurityViewOrReturnExisting(const I18NString& name);
+    /** Puts the view at the end, where it takes the place of the first one of its name. */
+    void DeleteAndAppendSecurityView(SMSecurityView2* view);
+    void DeleteSecurityViewWithSMID(const I18NString& id);
+
     const QvSmartVector<SMParameterMap2>& GetParameterMaps() const { return m_parameterMaps.Items(); }
     SMParameterMap2* GetParameterMapWithName(const I18NString& name) const;
     /** An existing map takes the flag too. */
@@ -87,6 +125,7 @@ class SM_API SMProject2 : public SMObjectBase {
     /** Shares the map. */
     void AppendParameterMap(SMParameterMap2* map);
 
+    /** Data sources, packages and security views keep what they refer to. */
     void RenameObjects(SMRenameList2& list);
     using SMObjectBase::RegenerateIds;
     void RegenerateIds(std::map<QvULString, QvULString>& idMap);
@@ -119,6 +158,8 @@ class SM_API SMProject2 : public SMObjectBase {
     I18NString m_baseDirectory;
     /** Borrowed; the name of the data source that is the target of an export. */
     QvULString* m_targetDataSourceName = nullptr;
+    /** Whether data sources tell their connection and schema in a document. True again after each document that is written. */
+    mutable bool m_writeDataSourceSchema = true;
 
     // ---- for the library's own classes
 
@@ -140,13 +181,16 @@ class SM_API SMProject2 : public SMObjectBase {
 
     void EnterNamespace(const QvULString& name, SMNamespace2* ns);
     void EraseNamespaceEntry(const QvULString& name);
-    void WriteSections(QvContentHandler* handler, QvXMLFormatTarget& target) const;
+    void WriteDataSources(IOHelper* helper, QvContentHandler* handler, QvXMLFormatTarget& target) const;
+    void WritePackages(IOHelper* helper, QvContentHandler* handler, QvXMLFormatTarget& target) const;
     bool ReadRootNamespace(IOHelper& helper);
     bool readObjectType(IOHelper& helper, const I18NString& objectName, QvSmartPtr<IOArrayParam>& rows);
     template <class T>
     bool ReadOwned(IOHelper& helper, const I18NString& objectName, SMChildren<T>& owned);
-    template <class T>
-    bool WriteOwned(IOHelper& helper, const SMChildren<T>& owned, const char* failure);
+    template <class Owned>
+    bool WriteOwned(IOHelper& helper, const Owned& owned, const char* failure);
+    template <class Owned>
+    void RegisterOwned(const Owned& owned);
 
     I18NString m_name;
     std::list<I18NString> m_locales;
@@ -154,7 +198,10 @@ class SM_API SMProject2 : public SMObjectBase {
     QvSmartPtr<SMNamespace2> m_rootNamespace;
     /** Every namespace of the model by name; borrows. */
     std::map<QvULString, SMNamespace2*> m_namespaceMap;
+    Packages m_packages;
+    SMChildren<SMDatasource2> m_dataSources;
     SMChildren<SMParameterMap2> m_parameterMaps;
+    SMChildren<SMSecurityView2> m_securityViews;
     /** Roots that were replaced: their entries may still stand in the map. */
     QvSmartVector<SMNamespace2> m_formerRoots;
     CLTask* m_activeExportTask = nullptr;

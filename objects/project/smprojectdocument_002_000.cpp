@@ -5,9 +5,11 @@
 
 #include "core/qvutils/persist/multifilehelper.h"
 #include "core/qvutils/text/qvstringformat.h"
-#include "objects/base/smskippedelement_002_000.h"
 #include "objects/containers/smnamespace2_002_000.h"
+#include "objects/publication/smdatasource2_002_000.h"
+#include "objects/publication/smpackage2_002_000.h"
 #include "objects/publication/smparametermap2_002_000.h"
+#include "objects/publication/smsecurityview2_002_000.h"
 
 namespace schema_002_000 {
 
@@ -16,6 +18,11 @@ namespace {
 const SMLogWords WORDS = {"smproject2", "SMProjectBuilder"};
 constexpr int HELPER_KIND_MULTI_FILE = 3;
 const I18NString XSI_URI = I18NString::Immortal("http://www.w3.org/2001/XMLSchema-instance");
+
+/** The helper of a write into several files; null when there is none. */
+MultiFileHelper* FilesOf(IOHelper* helper) {
+    return helper && helper->GetHelperKind() == HELPER_KIND_MULTI_FILE ? static_cast<MultiFileHelper*>(helper) : nullptr;
+}
 
 }  // namespace
 
@@ -48,31 +55,51 @@ void SMProject2::WriteXMLElement(IOHelper* helper, QvContentHandler* handler, Qv
     WriteList(handler, m_tags->locales, m_tags->locale, m_locales);
     WriteString(handler, m_tags->defaultLocale, NoAttributes(), m_defaultLocale);
     if (m_rootNamespace) {
-        auto* files = helper && helper->GetHelperKind() == HELPER_KIND_MULTI_FILE ? static_cast<MultiFileHelper*>(helper) : nullptr;
+        MultiFileHelper* files = FilesOf(helper);
         if (files && files->IsSeparateFile(m_rootNamespace->GetTagName()))
             m_rootNamespace->BreakAndWriteXMLDocument(files, handler, target);
         else
             m_rootNamespace->WriteXMLElement(helper, handler, target);
     }
-    WriteSections(handler, target);
+    WriteDataSources(helper, handler, target);
+    StartElement(handler, m_tags->parameterMaps);
+    for (const auto& map : m_parameterMaps) map->WriteXMLElement(handler, target);
+    EndElement(handler, m_tags->parameterMaps);
+    // id and version of this section are read, never written: as the format has it
+    StartElement(handler, m_tags->securityViews);
+    for (const auto& view : m_securityViews) view->WriteXMLElement(handler, target);
+    EndElement(handler, m_tags->securityViews);
+    WritePackages(helper, handler, target);
     EndElement(handler, m_tags->project);
 }
 
-void SMProject2::WriteSections(QvContentHandler* handler, QvXMLFormatTarget& target) const {
+void SMProject2::WriteDataSources(IOHelper* helper, QvContentHandler* handler, QvXMLFormatTarget& target) const {
+    struct Reset {
+        bool& flag;
+        ~Reset() { flag = true; }
+    } const reset{m_writeDataSourceSchema};
+    // a model that is not stored yet keeps its connections out of a document in several files
+    if (FilesOf(helper) && GetVersionNo() == 0) m_writeDataSourceSchema = false;
     QvXMLAttributesImpl attrs;
     if (m_dataSourcesVersion >= 1 && !m_dataSourcesId.empty()) {
         attrs.push_back(m_tags->id, m_dataSourcesId);
         attrs.push_back(m_tags->version, I18NString(std::to_string(m_dataSourcesVersion).c_str()));
     }
     StartElement(handler, m_tags->dataSources, attrs);
+    for (const auto& dataSource : m_dataSources) dataSource->WriteXMLElement(handler, target);
     EndElement(handler, m_tags->dataSources);
-    StartElement(handler, m_tags->parameterMaps);
-    for (const auto& map : m_parameterMaps) map->WriteXMLElement(handler, target);
-    EndElement(handler, m_tags->parameterMaps);
-    // id and version of this section are read, never written: as the format has it
-    StartElement(handler, m_tags->securityViews);
-    EndElement(handler, m_tags->securityViews);
+}
+
+void SMProject2::WritePackages(IOHelper* helper, QvContentHandler* handler, QvXMLFormatTarget& target) const {
+    MultiFileHelper* files = FilesOf(helper);
+    const bool separate = files && files->IsSeparateFile(m_tags->package);
     StartElement(handler, m_tags->packages);
+    for (const auto& package : m_packages) {
+        if (separate)
+            package->BreakAndWriteXMLDocument(files, handler, target);
+        else
+            package->WriteXMLElement(handler, target);
+    }
     EndElement(handler, m_tags->packages);
 }
 
@@ -110,14 +137,20 @@ void SMProjectBuilder::realStartElement(const I18NString&, const I18NString& loc
         case Tag::securityViews:
             StartSection(attrs, *m_tags, m_object->m_securityViewsId, m_object->m_securityViewsVersion);
             break;
+        case Tag::dataSource:
+            StartDataSource();
+            break;
         case Tag::parameterMap:
             StartParameterMap(attrs);
             break;
-        case Tag::dataSource:
         case Tag::securityView:
+            StartSecurityView(attrs);
+            break;
         case Tag::package:
+            StartPackage(attrs);
+            break;
         case Tag::packagefile:
-            Push(new SMSkippedElementBuilder(localName));
+            StartPackageFile(attrs);
             break;
         default:
             LogUnknownStart(WORDS.module, WORDS.className, "realStartElement", localName);
@@ -153,6 +186,37 @@ void SMProjectBuilder::StartParameterMap(const QvXMLAttributes& attrs) {
     m_object->AppendParameterMap(map);
     map->SetHidden(SMEnum_bool::string2bool(attrs.getValue(m_tags->hidden)));
     Push(new SMParameterMapBuilder(map));
+}
+
+void SMProjectBuilder::StartDataSource() {
+    auto* dataSource = new SMDatasource2(m_object, m_object);
+    m_object->AppendDataSource(dataSource);
+    Push(new SMDatasourceBuilder(dataSource));
+}
+
+void SMProjectBuilder::StartSecurityView(const QvXMLAttributes& attrs) {
+    auto* view = new SMSecurityView2(m_object, m_object);
+    m_object->AppendSecurityView(view);
+    view->SetRoleBased(SMEnum_bool::string2bool(attrs.getValue(m_tags->isRoleBased)));
+    Push(new SMSecurityViewBuilder(view));
+}
+
+void SMProjectBuilder::StartPackage(const QvXMLAttributes& attrs) {
+    auto* package = new SMPackage2(m_object, m_object);
+    m_object->AppendPackage(package);
+    package->SetRoleBased(SMEnum_bool::string2bool(attrs.getValue(m_tags->isRoleBased)));
+    Push(new SMPackageBuilder(package));
+}
+
+void SMProjectBuilder::StartPackageFile(const QvXMLAttributes& attrs) {
+    const int filename = attrs.getIndex(m_tags->filename);
+    if (filename < 0) {
+        SMLog(SM_MISUSE, WORDS, "realStartElement", "No filename attribute in packagefile tag.");
+        return;
+    }
+    const QvSmartPtr<SMPackage2> package = new SMPackage2(m_object, m_object);
+    package->ReadFromXMLFile(attrs.getValue(m_tags->filepath), attrs.getValue(filename));
+    m_object->AppendPackage(package);
 }
 
 void SMProjectBuilder::StartSection(const QvXMLAttributes& attrs, const SMEnum_xmltag& tags, I18NString& id, int& version) {

@@ -23,7 +23,11 @@ class SM_API SMProjectBuilder : public SMObjectBuilder {
   private:
     void StartNamespace();
     void StartNamespaceFile(const QvXMLAttributes& attrs);
+    void StartDataSource();
     void StartParameterMap(const QvXMLAttributes& attrs);
+    void StartSecurityView(const QvXMLAttributes& attrs);
+    void StartPackage(const QvXMLAttributes& attrs);
+    void StartPackageFile(const QvXMLAttributes& attrs);
     static void StartSection(const QvXMLAttributes& attrs, const SMEnum_xmltag& tags, I18NString& id, int& version);
 
     SMProject2* m_object;

@@ -3,7 +3,10 @@
 #include "objects/containers/smnamespace2_002_000.h"
 #include "objects/project/smproject2_002_000.h"
 #include "objects/project/smprojectdocument_002_000.h"
+#include "objects/publication/smdatasource2_002_000.h"
+#include "objects/publication/smpackage2_002_000.h"
 #include "objects/publication/smparametermap2_002_000.h"
+#include "objects/publication/smsecurityview2_002_000.h"
 
 namespace schema_002_000 {
 
@@ -43,15 +46,7 @@ bool SMProject2::readObjectType(IOHelper& helper, const I18NString& objectName, 
 
 template <class T>
 bool SMProject2::ReadOwned(IOHelper& helper, const I18NString& objectName, SMChildren<T>& owned) {
-    QvSmartPtr<IOArrayParam> rows;
-    if (!readObjectType(helper, objectName, rows)) return false;
-    for (int i = 0; i < rows->Size(); ++i) {
-        auto* object = new T(this, this);
-        owned.Append(object);
-        AdoptRow(helper, *object, *rows->At(i));
-        if (!object->read(helper)) return false;
-    }
-    return true;
+    return ReadChildren<T>(helper, objectName, [&](T* object) { owned.Append(object); });
 }
 
 bool SMProject2::ReadRootNamespace(IOHelper& helper) {
@@ -84,7 +79,9 @@ bool SMProject2::read(IOHelper& helper) {
         helper.SetFixingLostRemainingInfo(true);
         if (success) success = read_remaining_info_into_builder(helper, this, &builder, wanted);
     }
-    return success && ReadRootNamespace(helper) && ReadOwned(helper, m_tags->parameterMap, m_parameterMaps);
+    return success && ReadRootNamespace(helper) && ReadOwned(helper, m_tags->dataSource, m_dataSources) &&
+           ReadChildren<SMPackage2>(helper, m_tags->package, [&](SMPackage2* package) { m_packages.push_back(package); }) &&
+           ReadOwned(helper, m_tags->parameterMap, m_parameterMaps) && ReadOwned(helper, m_tags->securityView, m_securityViews);
 }
 
 // ---- writing
@@ -93,8 +90,8 @@ bool SMProject2::write_no_seq_inc(IOHelper& helper) {
     return InsertRow(helper, TABLE) && write_next(helper) && helper.EndObject();
 }
 
-template <class T>
-bool SMProject2::WriteOwned(IOHelper& helper, const SMChildren<T>& owned, const char* failure) {
+template <class Owned>
+bool SMProject2::WriteOwned(IOHelper& helper, const Owned& owned, const char* failure) {
     for (const auto& object : owned) {
         if (object->write(helper)) continue;
         SMLog(SM_FAILURE, WORDS, "write_next", failure);
@@ -111,12 +108,24 @@ bool SMProject2::write_next(IOHelper& helper) {
                                                          WriteListToString(m_tags->locales, m_tags->locale, m_locales), m_localesVersion);
     };
     const bool success = writeLocales() && (!m_rootNamespace || m_rootNamespace->write(helper)) &&
+                         WriteOwned(helper, m_dataSources, "Failed to write a Datasource child of smproject.") &&
+                         WriteOwned(helper, m_packages, "Failed to write a Package child of smproject.") &&
+                         WriteOwned(helper, m_securityViews, "Failed to write a SecurityViews child of smproject.") &&
                          WriteOwned(helper, m_parameterMaps, "Failed to write a ParameterMap child of smproject.");
+    m_packages.ForgetIndex();                  // the write gives ids to packages that had none
     helper.SetFixingLostRemainingInfo(false);  // also after a failure
     return success;
 }
 
 // ---- sets and maps of a save
+
+template <class Owned>
+void SMProject2::RegisterOwned(const Owned& owned) {
+    for (const auto& object : owned) {
+        AddToSetPIDIDAndMiniObject(object);
+        object->AddToSetPIDIDAndMiniObject();
+    }
+}
 
 void SMProject2::InitAndAddSetPIDIDAndMiniObject(std::set<QvULString>* pidid, std::set<QvULString>* ids, MapId2MiniObject* miniObjects,
                                                  MapId2RemainingInfo* remainingInfo) {
@@ -133,10 +142,11 @@ void SMProject2::InitAndAddSetPIDIDAndMiniObject(std::set<QvULString>* pidid, st
         AddToSetPIDIDAndMiniObject(m_rootNamespace);
         m_rootNamespace->AddToSetPIDIDAndMiniObject();
     }
-    for (const auto& map : m_parameterMaps) {
-        AddToSetPIDIDAndMiniObject(map);
-        map->AddToSetPIDIDAndMiniObject();
-    }
+    RegisterOwned(m_dataSources);
+    RegisterOwned(m_packages);
+    m_packages.ForgetIndex();  // a doubled id has become another
+    RegisterOwned(m_parameterMaps);
+    RegisterOwned(m_securityViews);
     AddToMiniRemainingInfoMap(GetId(), GetVersionNo(), m_tags->locales, static_cast<int>(m_localesVersion),
                               WriteListToString(m_tags->locales, m_tags->locale, m_locales));
 }

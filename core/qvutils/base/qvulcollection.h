@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <map>
 #include <vector>
@@ -48,6 +49,14 @@ class QvULCollection {
         m_vector.erase(m_vector.begin() + place);
     }
 
+    /** Removes this very item, whatever its key; false when it is not here. */
+    bool DeleteItem(const T* pItem) {
+        const auto found = std::find_if(m_vector.begin(), m_vector.end(), [&](const QvSmartPtr<T>& each) { return each.get() == pItem; });
+        if (found == m_vector.end()) return false;
+        m_namemap.clear();
+        m_vector.erase(found);
+        return true;
+    }
     /** For a caller that has changed keys. */
     void ForgetIndex() { m_namemap.clear(); }
     void clear() {

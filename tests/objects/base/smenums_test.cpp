@@ -36,23 +36,17 @@ Face FaceOf(Table enumerators) {
 }
 
 const std::map<std::string, Face>& Faces() {
-    static const std::map<std::string, Face> faces = [] {
-        std::map<std::string, Face> all;
-#define SM_ENUM_BEGIN(CLASS) \
-    {                        \
-        using Class = CLASS; \
-        Table table;
-#define SM_ENUM_VALUE(NUMBER, IDENTIFIER, TEXT) table[Class::IDENTIFIER] = TEXT;
-#define SM_ENUM_END(CLASS)              \
-    all[#CLASS] = FaceOf<CLASS>(table); \
-    }
+    // clang-format off
+    static const std::map<std::string, Face> faces = {
+#define SM_ENUM_BEGIN(CLASS) {#CLASS, FaceOf<CLASS>({
+#define SM_ENUM_VALUE(NUMBER, IDENTIFIER, TEXT) {NUMBER, TEXT},
+#define SM_ENUM_END(CLASS) })},
 #include "objects/base/smenums_list.inc"
-        Table tags;
-#define SM_TAG(NUMBER, IDENTIFIER, TEXT) tags[SMEnum_xmltag::Enum::IDENTIFIER] = TEXT;
+        {"SMEnum_xmltag", FaceOf<SMEnum_xmltag>({
+#define SM_TAG(NUMBER, IDENTIFIER, TEXT) {SMEnum_xmltag::Enum::IDENTIFIER, TEXT},
 #include "objects/base/smenum_xmltag_list.inc"
-        all["SMEnum_xmltag"] = FaceOf<SMEnum_xmltag>(tags);
-        return all;
-    }();
+        })}};
+    // clang-format on
     return faces;
 }
 

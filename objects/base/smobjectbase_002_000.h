@@ -158,6 +158,7 @@ class SM_API SMObjectBase : public IOObject {
     void WriteHiddenPropertyIfSet(QvContentHandler* handler, const I18NString& name, const I18NString& value) const;
     /** The attributes "id" and "version" of the elements that have them. */
     void AddIdAndVersion(QvXMLAttributesImpl& attrs) const;
+    void AddIdIfSetAndVersion(QvXMLAttributesImpl& attrs) const;
 
     /** One simple element, without attributes, or none. */
     static void TextElement(QvContentHandler* handler, const I18NString& tag, const I18NString& value);
@@ -209,6 +210,7 @@ class SM_API SMObjectBase : public IOObject {
   private:
     friend class AllSMObjects;
     friend class SMProject2;
+    void AddVersion(QvXMLAttributesImpl& attrs) const;
     bool SelectRemainingInfo(IOHelper& helper, const SMObjectBase* owner, const char* method, QvSmartVector<IOParameter>& rows);
     bool NoteRemainingInfo(IOHelper& helper, const IOParameter& row, const SMObjectBase* owner, const char* method, long& version);
 

@@ -134,6 +134,15 @@ void SMObjectBase::WriteHiddenPropertyIfSet(QvContentHandler* handler, const I18
 
 void SMObjectBase::AddIdAndVersion(QvXMLAttributesImpl& attrs) const {
     attrs.push_back(m_tags->id, GetId());
+    AddVersion(attrs);
+}
+
+void SMObjectBase::AddIdIfSetAndVersion(QvXMLAttributesImpl& attrs) const {
+    AddAttributeIfSet(attrs, m_tags->id, GetId());
+    AddVersion(attrs);
+}
+
+void SMObjectBase::AddVersion(QvXMLAttributesImpl& attrs) const {
     attrs.push_back(m_tags->version, I18NString(std::to_string(GetVersionNo()).c_str()));
 }
 

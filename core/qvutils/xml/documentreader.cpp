@@ -44,7 +44,9 @@ class ByteStream final : public xercesc::BinInputStream {
 
 class StreamSource final : public xercesc::InputSource {
   public:
-    explicit StreamSource(DocumentReader& reader) : InputSource(xercesc::XMLUni::fgZeroLenString), m_reader(reader) {}
+    StreamSource(DocumentReader& reader, bool isDecoded) : InputSource(xercesc::XMLUni::fgZeroLenString), m_reader(reader) {
+        if (isDecoded) setEncoding(xercesc::XMLUni::fgXMLChEncodingString);
+    }
     xercesc::BinInputStream* makeStream() const override { return new ByteStream(m_reader); }
 
   private:
@@ -126,8 +128,13 @@ DocumentReader::DocumentReader(ScannerKind kind) {
 
 DocumentReader::~DocumentReader() = default;
 
-void DocumentReader::Read(DocumentSource& source, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits) {
+void DocumentReader::Read(DocumentSource& source, bool isUtf8, const std::string& name, QvContentHandler* handler,
+                          const SMXMLLimits& limits) {
     m_source = &source;
+    m_block = source.NextBlock();
+    m_isUtf8 = isUtf8;
+    m_decoder.Reset();
+    if (isUtf8 && m_block.substr(0, 3) == "\xEF\xBB\xBF") m_block.remove_prefix(3);
     m_name = name;
     m_handler = handler;
     m_limits = limits;
@@ -135,12 +142,13 @@ void DocumentReader::Read(DocumentSource& source, const std::string& name, QvCon
     m_namesAtStart = m_names.size();
     m_slotsAtStart = m_scanner->AttributeSlots();
     m_fed = m_fedAtEvent = m_longestStretch = 0;
+    m_lastByte = 0;
     m_hasEntities = false;
     m_longestEntity = 0;
     m_referencesLeft = limits.entityReferences;
     m_charactersLeft = limits.entityCharacters;
     try {
-        m_scanner->Xerces().scanDocument(StreamSource(*this));
+        m_scanner->Xerces().scanDocument(StreamSource(*this, isUtf8));
     } catch (const xercesc::OutOfMemoryException&) {
         throw std::bad_alloc();
     } catch (const xercesc::XMLException& exception) {
@@ -176,10 +184,32 @@ std::size_t DocumentReader::Feed(char* to, std::size_t room) {
         Fail("a text, tag or comment is longer than " + std::to_string(m_limits.textBytes) + " bytes");
     if (m_scanner->AttributeSlots() > std::max(m_limits.attributes, m_slotsAtStart))
         Fail("a start tag has more than " + std::to_string(m_limits.attributes) + " attributes");
-    const std::size_t count = m_source->Read(to, room);
-    m_fed += count;
-    if (count) m_lastByte = static_cast<unsigned char>(to[count - 1]);
-    return count;
+    char* out = to;
+    while (out == to && m_decoder.fault() == Utf8Decoder::Fault::none) {
+        if (m_block.empty()) m_block = m_source->NextBlock();
+        if (m_block.empty()) {
+            m_decoder.Finish();
+            break;
+        }
+        const std::size_t before = m_block.size();
+        if (m_isUtf8) {
+            out = m_decoder.Decode(m_block, out, to + room);
+        } else {
+            const std::size_t count = std::min(before, room);
+            std::memcpy(out, m_block.data(), count);
+            m_block.remove_prefix(count);
+            m_lastByte = static_cast<unsigned char>(out[count - 1]);
+            out += count;
+        }
+        m_fed += before - m_block.size();
+    }
+    return static_cast<std::size_t>(out - to);
+}
+
+void DocumentReader::FailAtFault() const {
+    if (m_decoder.fault() == Utf8Decoder::Fault::none || !m_scanner->Xerces().getReaderMgr()->atEOF()) return;
+    const bool nul = m_decoder.fault() == Utf8Decoder::Fault::nul;
+    Fail(nul ? "a NUL character is not allowed" : "the bytes here are not UTF-8");
 }
 
 void DocumentReader::FlushText() {
@@ -230,8 +260,9 @@ void DocumentReader::startDocument() {
 }
 
 void DocumentReader::endDocument() {
+    FailAtFault();
+    // The scanner ends at a NUL, and drops a last character that is cut off; what may follow the root ends in ASCII.
     if (!m_scanner->Xerces().getReaderMgr()->atEOF()) Fail("a NUL character is not allowed");
-    // The scanner drops a character that is cut off. What may follow the root ends in ASCII.
     if (m_lastByte >= 0x80) Fail("the document ends within a character");
     if (m_handler) m_handler->endDocument();
 }
@@ -286,13 +317,10 @@ void DocumentReader::XMLDecl(const XMLCh* version, const XMLCh*, const XMLCh*, c
 void DocumentReader::error(unsigned int code, const XMLCh* domain, ErrTypes type, const XMLCh* text, const XMLCh*, const XMLCh*,
                            XMLFileLoc line, XMLFileLoc column) {
     if (type == ErrType_Warning) return;
+    FailAtFault();
     std::string message = Utf8Of(text);
-    if (xercesc::XMLString::equals(domain, xercesc::XMLUni::fgXMLErrDomain)) {
-        if (code == xercesc::XMLErrs::EntityExpansionLimitExceeded)
-            message = "internal entities expand to more than " + std::to_string(m_limits.entityCharacters) + " characters";
-        else if (code == xercesc::XMLErrs::EndedWithTagsOnStack && !m_scanner->Xerces().getReaderMgr()->atEOF())
-            message = "a NUL character is not allowed";
-    }
+    if (code == xercesc::XMLErrs::EntityExpansionLimitExceeded && xercesc::XMLString::equals(domain, xercesc::XMLUni::fgXMLErrDomain))
+        message = "internal entities expand to more than " + std::to_string(m_limits.entityCharacters) + " characters";
     throw TklRuntimeError(message, m_name, static_cast<long>(line), static_cast<long>(column));
 }
 

@@ -8,6 +8,7 @@
 #include "core/qvutils/xml/elementnames.h"
 #include "core/qvutils/xml/parsedattributes.h"
 #include "core/qvutils/xml/qvsax2parser.h"
+#include "core/qvutils/xml/utf8decoder.h"
 
 #include <xercesc/framework/XMLDocumentHandler.hpp>
 #include <xercesc/framework/XMLEntityHandler.hpp>
@@ -33,8 +34,11 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     explicit DocumentReader(ScannerKind kind);
     ~DocumentReader() override;
 
-    /** `handler` (may be null) and `source` are borrowed. `name` stands in errors. */
-    void Read(DocumentSource& source, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits);
+    /**
+     * `handler` (may be null) and `source` are borrowed. `name` stands in errors. UTF-8 is decoded here, faster than by the library
+     * and with the exact place of a fault; every other encoding is left to it.
+     */
+    void Read(DocumentSource& source, bool isUtf8, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits);
 
     /** Whether a document has left so much memory with this reader that another one had better be made. */
     bool IsBloated() const noexcept;
@@ -45,7 +49,7 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     /** The innermost open element, or the one whose tag is being told; empty outside the root. */
     std::string_view Element() const noexcept;
 
-    /** For the byte stream: counts what is fed and stops a text or a tag that never ends. */
+    /** For the byte stream: fills in what comes next, counts it, and stops a text or a tag that never ends. */
     std::size_t Feed(char* to, std::size_t room);
 
   private:
@@ -54,6 +58,8 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     class GeneralScanner;
 
     [[noreturn]] void Fail(const std::string& message) const;
+    /** Raises the fault for which the decoder has ended the input, if the scanner has come to that end. */
+    void FailAtFault() const;
     void FlushText();
     void EndElement(const ElementName& name);
     void CheckAttributes(const ParsedAttributes::List& list, std::size_t count);
@@ -107,6 +113,10 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
 
     std::unique_ptr<Scanner> m_scanner;
     DocumentSource* m_source = nullptr;
+    /** What is left of the last block of the source. */
+    std::string_view m_block;
+    bool m_isUtf8 = false;
+    Utf8Decoder m_decoder;
     QvContentHandler* m_handler = nullptr;
     SMXMLLimits m_limits;
     std::string m_name;

@@ -13,7 +13,7 @@
 namespace qv {
 namespace {
 
-constexpr std::size_t HEAD_SIZE = std::size_t{64} << 10;
+constexpr std::size_t BLOCK_SIZE = std::size_t{64} << 10;
 
 bool IsBlank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
@@ -23,29 +23,36 @@ bool StartsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
 }
 
-/** Whether the XML declaration names no encoding, or one in which each byte below 0x80 is that character of ASCII. */
-bool DeclaresAsciiKin(std::string_view declaration) {
-    const std::size_t at = declaration.find("encoding");
-    if (at == std::string_view::npos) return true;
-    const std::size_t open = declaration.find_first_of("\"'", at);
-    if (open == std::string_view::npos) return false;
+/** The encoding that the XML declaration names, in lower case; empty when there is none. */
+std::string DeclaredEncoding(std::string_view head) {
+    if (!StartsWith(head, "<?xml")) return {};
+    const std::string_view declaration = head.substr(0, head.find("?>"));
+    const std::size_t open = declaration.find_first_of("\"'", std::min(declaration.find("encoding"), declaration.size()));
+    if (open == std::string_view::npos) return {};
     const std::size_t close = declaration.find(declaration[open], open + 1);
-    if (close == std::string_view::npos) return false;
-    std::string name(declaration.substr(open + 1, close - open - 1));
+    std::string name(declaration.substr(open + 1, close == std::string_view::npos ? close : close - open - 1));
     std::transform(name.begin(), name.end(), name.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    for (const char* known : {"utf-8", "utf8", "us-ascii", "ascii", "iso-8859-1", "latin1", "windows-1252"})
-        if (name == known) return true;
+    return name;
+}
+
+/** Whether the root, or what cannot be a prolog, comes without a DOCTYPE before it. */
+bool HasNoDoctype(std::string_view head) {
+    while (!head.empty()) {
+        if (IsBlank(head[0])) {
+            head.remove_prefix(1);
+            continue;
+        }
+        const bool comment = StartsWith(head, "<!--");
+        if (!comment && !StartsWith(head, "<?")) return head.size() > 1 && head[1] != '!';
+        const std::string_view close = comment ? "-->" : "?>";
+        const std::size_t end = head.find(close, comment ? 4 : 2);
+        if (end == std::string_view::npos) return false;
+        head.remove_prefix(end + close.size());
+    }
     return false;
 }
 
 }  // namespace
-
-std::size_t MemorySource::Read(char* to, std::size_t room) {
-    const std::size_t count = std::min(room, m_rest.size());
-    if (count) std::memcpy(to, m_rest.data(), count);
-    m_rest.remove_prefix(count);
-    return count;
-}
 
 FileSource::FileSource(std::string path) : m_path(std::move(path)) {
     if (m_path.find('\0') != std::string::npos) Fail("cannot open", EINVAL);
@@ -68,11 +75,11 @@ void FileSource::FillHead() {
     struct stat status {};
     if (::fstat(m_file, &status) != 0) Fail("cannot read", errno);
     if (S_ISDIR(status.st_mode)) Fail("cannot read", EISDIR);
-    const std::size_t room =
-        S_ISREG(status.st_mode) ? std::clamp<std::size_t>(static_cast<std::size_t>(status.st_size), 1, HEAD_SIZE) : HEAD_SIZE;
-    m_head.reset(new char[room]);
-    while (m_headSize < room) {
-        const std::size_t count = ReadFile(m_head.get() + m_headSize, room - m_headSize);
+    m_room = BLOCK_SIZE;
+    if (S_ISREG(status.st_mode) && status.st_size > 0) m_room = std::min(m_room, static_cast<std::size_t>(status.st_size));
+    m_block.reset(new char[m_room]);
+    while (m_headSize < m_room) {
+        const std::size_t count = ReadFile(m_block.get() + m_headSize, m_room - m_headSize);
         if (count == 0) break;
         m_headSize += count;
     }
@@ -86,35 +93,27 @@ std::size_t FileSource::ReadFile(char* to, std::size_t room) {
     }
 }
 
-std::size_t FileSource::Read(char* to, std::size_t room) {
-    if (m_headRead == m_headSize) return ReadFile(to, room);
-    const std::size_t count = std::min(room, m_headSize - m_headRead);
-    std::memcpy(to, m_head.get() + m_headRead, count);
-    m_headRead += count;
-    return count;
+std::string_view FileSource::NextBlock() {
+    if (std::exchange(m_headTaken, true)) return {m_block.get(), ReadFile(m_block.get(), m_room)};
+    return Head();
 }
 
 void FileSource::Fail(const char* what, int error) const {
     throw TklRuntimeError(std::string(what) + ": " + std::strerror(error), m_path);
 }
 
-bool HasPlainProlog(std::string_view head) {
-    if (StartsWith(head, "\xEF\xBB\xBF")) head.remove_prefix(3);
-    if (head.size() < 2 || head[1] == '\0' || (head[0] != '<' && !IsBlank(head[0]))) return false;
-    if (StartsWith(head, "<?xml") && !DeclaresAsciiKin(head.substr(0, head.find("?>")))) return false;
-    while (!head.empty()) {
-        if (IsBlank(head[0])) {
-            head.remove_prefix(1);
-            continue;
-        }
-        const bool comment = StartsWith(head, "<!--");
-        if (!comment && !StartsWith(head, "<?")) return head.size() > 1 && head[0] == '<' && head[1] != '!';
-        const std::string_view close = comment ? "-->" : "?>";
-        const std::size_t end = head.find(close, comment ? 4 : 2);
-        if (end == std::string_view::npos) return false;
-        head.remove_prefix(end + close.size());
-    }
-    return false;
+Prolog LookAtProlog(std::string_view head) {
+    const bool mark = StartsWith(head, "\xEF\xBB\xBF");
+    if (mark) head.remove_prefix(3);
+    if (head.empty()) return {mark, false};
+    // UTF-16, UTF-32 and EBCDIC show in the first two bytes: marks, zero bytes, no '<' of ASCII.
+    const bool asciiKin = head.size() > 1 && head[0] > 0 && head[1] != '\0' && head[0] != '\x4C';
+    const std::string encoding = DeclaredEncoding(head);
+    Prolog prolog;
+    prolog.isUtf8 = mark || (asciiKin && (encoding.empty() || encoding == "utf-8" || encoding == "utf8"));
+    const bool isKnown = prolog.isUtf8 || encoding == "us-ascii" || encoding == "iso-8859-1" || encoding == "windows-1252";
+    prolog.isPlain = asciiKin && isKnown && HasNoDoctype(head);
+    return prolog;
 }
 
 }  // namespace qv

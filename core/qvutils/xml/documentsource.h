@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace qv {
 
@@ -11,18 +12,18 @@ namespace qv {
 class DocumentSource {
   public:
     virtual ~DocumentSource() = default;
-    /** The bytes from the start on that are at hand before the first Read: the whole document or a good piece of it. */
+    /** The bytes from the start on that are at hand before the first block: the whole document or a good piece of it. */
     virtual std::string_view Head() const = 0;
-    /** Copies the next bytes, at most `room`, and returns their number; 0 only at the end. */
-    virtual std::size_t Read(char* to, std::size_t room) = 0;
+    /** The next bytes, good until the next call; empty only at the end. */
+    virtual std::string_view NextBlock() = 0;
 };
 
-/** Bytes in memory, borrowed. */
+/** Bytes in memory, borrowed. They are one block. */
 class MemorySource final : public DocumentSource {
   public:
     explicit MemorySource(std::string_view bytes) noexcept : m_bytes(bytes), m_rest(bytes) {}
     std::string_view Head() const override { return m_bytes; }
-    std::size_t Read(char* to, std::size_t room) override;
+    std::string_view NextBlock() override { return std::exchange(m_rest, {}); }
 
   private:
     std::string_view m_bytes, m_rest;
@@ -35,8 +36,8 @@ class FileSource final : public DocumentSource {
     ~FileSource() override;
     FileSource(const FileSource&) = delete;
     FileSource& operator=(const FileSource&) = delete;
-    std::string_view Head() const override { return {m_head.get(), m_headSize}; }
-    std::size_t Read(char* to, std::size_t room) override;
+    std::string_view Head() const override { return {m_block.get(), m_headSize}; }
+    std::string_view NextBlock() override;
 
   private:
     std::size_t ReadFile(char* to, std::size_t room);
@@ -45,14 +46,19 @@ class FileSource final : public DocumentSource {
 
     std::string m_path;
     int m_file = -1;
-    std::unique_ptr<char[]> m_head;
-    std::size_t m_headSize = 0, m_headRead = 0;
+    std::unique_ptr<char[]> m_block;
+    std::size_t m_room = 0, m_headSize = 0;
+    bool m_headTaken = false;
 };
 
-/**
- * Whether the start of a document shows a prolog without a DOCTYPE, in an encoding in which markup reads as ASCII. "No" may also
- * mean that the start does not tell.
- */
-bool HasPlainProlog(std::string_view head);
+/** What the start of a document shows. */
+struct Prolog {
+    /** The document is UTF-8, or claims to be. */
+    bool isUtf8 = false;
+    /** There is no DOCTYPE, in an encoding in which markup reads as ASCII. False may also mean that the start does not tell. */
+    bool isPlain = false;
+};
+
+Prolog LookAtProlog(std::string_view head);
 
 }  // namespace qv

@@ -73,11 +73,12 @@ void Parse(qv::DocumentSource& source, const std::string& name, QvContentHandler
     const std::string_view head = source.Head();
     if (head.empty()) throw TklRuntimeError("the document is empty", name, 1, 1);
     StartXerces();
-    const ScannerKind kind = qv::HasPlainProlog(head) ? ScannerKind::fast : ScannerKind::general;
+    const qv::Prolog prolog = qv::LookAtProlog(head);
+    const ScannerKind kind = prolog.isPlain ? ScannerKind::fast : ScannerKind::general;
     std::unique_ptr<DocumentReader> reader = BorrowReader(kind);
     {
         const ParseFrame frame(*reader, name, handler);
-        reader->Read(source, name, handler, limits);
+        reader->Read(source, prolog.isUtf8, name, handler, limits);
     }
     ReturnReader(kind, std::move(reader));
 }

@@ -75,6 +75,8 @@ struct QvFileWriter::File {
 
 void QvFileWriter::File::Open() {
     target = FollowLinks(path);
+    if (target.empty()) Fail("cannot write", path, ENOENT);
+    if (target.back() == '/') Fail("cannot write", path, EISDIR);
     const int inherited = DescriptorOf(target);
     struct stat old {};
     const bool exists = ::stat(target.c_str(), &old) == 0;

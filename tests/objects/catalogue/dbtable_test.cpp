@@ -130,6 +130,18 @@ TEST(DBTableFind, SeesARegeneratedId) {
     EXPECT_EQ(table->FindColumnById("old"), nullptr);
 }
 
+TEST(DBTableFind, SeesThatAColumnTookThePlaceOfAnother) {
+    const Table table = new DBTable;
+    const Column a = WithId("a");
+    const Column b = WithId("b");
+    table->AddColumn(a);
+    EXPECT_EQ(table->FindColumnById("a"), a.get());
+    table->RemoveColumn(a);
+    table->AddColumn(b);
+    EXPECT_EQ(table->FindColumnById("a"), nullptr);
+    EXPECT_EQ(table->FindColumnById("b"), b.get());
+}
+
 TEST(DBTableFind, IsRightInEveryTableOfAColumn) {
     const Table one = new DBTable;
     const Table two = new DBTable;

@@ -1,5 +1,8 @@
 #include "objects/query/smqueryitem2_002_000.h"
 
+#include "objects/catalogue/dbcolumn_002_000.h"
+#include "objects/query/smquerysubjecttype2_002_000.h"
+
 namespace schema_002_000 {
 
 using Tag = SMEnum_xmltag::Enum;
@@ -11,6 +14,9 @@ const SMLogWords WORDS = {"smqueryitem2", "SMQueryItem2"};
 const SMLogWords ID_WORDS = {"smlevel2", "SMLevel2"};  // as the log has it
 const QvULString PROPERTY_QVDBREF = QvULString::Immortal("qvdbref");
 const QvULString PROPERTY_PHYSICAL_NAME = QvULString::Immortal("physicalName");
+/** Id columns of the objects at which the way up to a physical column ends. */
+const I18NString CONTAINER_SUBJECT = I18NString::Immortal("QS_ID");
+const I18NString CONTAINER_LEVEL = I18NString::Immortal("LEVEL_ID");
 const QvULString COL_QS_ID = SMColumn("QS_ID");
 const QvULString COL_QS_VERSION_NO = SMColumn("QS_VERSION_NO");
 const QvULString COL_PHYSICAL_OBJECT_ID = SMColumn("PHYSICAL_OBJECT_ID");
@@ -55,6 +61,19 @@ I18NString SMQueryItem2::GetSMID(bool escape) const {
     I18NString smid = container->GetSMID(escape);
     AppendToSMObjectID(escape, smid, GetName());
     return smid;
+}
+
+EDB_TYPE SMQueryItem2::GetColDBType() const {
+    if (physicalObjectId.empty()) return EDB_TYPE::unknown;
+    // by the names of the id columns, through any folders: an item of a level has no physical column
+    const SMObjectBase* container = this;
+    for (I18NString column; container && column != CONTAINER_SUBJECT && column != CONTAINER_LEVEL;) {
+        container = container->GetParentSMObj();
+        column = container ? container->GetIdCol() : I18NString();
+    }
+    if (!container || container->GetSMType() != Tag::querySubject) return EDB_TYPE::unknown;  // a dimension has no target tables
+    const DBColumn* physical = static_cast<const SMQuerySubjectType2*>(container)->FindTargetColumn(physicalObjectId);
+    return physical ? physical->getType() : EDB_TYPE::unknown;
 }
 
 void SMQueryItem2::SetProperty(const QvULString& name, const QvULString& type, const QvULString& value) {

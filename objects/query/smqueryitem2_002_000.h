@@ -30,6 +30,8 @@ class SM_API SMQueryItem2 : public SMQueryItemType2 {
     /** The id of the physical column. */
     const QvULString& GetPhysicalObjectId() const { return physicalObjectId; }
     void SetPhysicalObjectId(const QvULString& columnId) { physicalObjectId = columnId; }
+    /** The type of the physical column in the target tables of the containing subject; 0 when any link to it is missing. */
+    EDB_TYPE GetColDBType() const;
     const QvULString& GetPhysicalName() const { return physicalName; }
     void SetPhysicalName(const QvULString& text) { physicalName = text; }
 

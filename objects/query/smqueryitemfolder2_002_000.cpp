@@ -42,6 +42,12 @@ SMQueryItem2* SMQueryItemFolder2::GetQueryItemByName(const I18NString& name) con
     return nullptr;
 }
 
+SMQueryItem2* SMQueryItemFolder2::GetQueryItemByDBType(EDB_TYPE type) const {
+    for (const auto& item : queryItems)
+        if (item->GetColDBType() == type) return item;
+    return queryItemFolders.empty() ? nullptr : queryItemFolders[0]->GetQueryItemByDBType(type);
+}
+
 void SMQueryItemFolder2::getChildObjects(QvULCollection<IOObject, QvULIdExtract<IOObject>>& children) const {
     for (const auto& item : queryItems) children.push_back(item);
     for (const auto& folder : queryItemFolders) children.push_back(folder);

@@ -38,6 +38,8 @@ class SM_API SMQueryItemFolder2 : public SMNameDescObject2 {
     void SortDisplayOrder() { displayOrderItems.Sort(); }
     /** Direct items first, then each sub-folder, depth first; null when there is none of that default name. */
     SMQueryItem2* GetQueryItemByName(const I18NString& name) const;
+    /** The first direct item whose physical column is of the type, else what the first folder finds: later ones are not searched. */
+    SMQueryItem2* GetQueryItemByDBType(EDB_TYPE type) const;
     bool GetHiddenFlag() const { return hidden; }
     void SetHiddenFlag(bool isHidden) { hidden = isHidden; }
 

@@ -8,6 +8,7 @@
 
 namespace schema_002_000 {
 
+class DBColumn;
 class SMDefinition2;
 class SMNamespace2;
 
@@ -33,6 +34,8 @@ class SM_API SMQuerySubjectType2 : public SMNameDescObject2 {
     using SMNameDescObject2::RegenerateIds;
     void RegenerateIds(std::map<QvULString, QvULString>& idMap) override;
     virtual void RenameObjects(SMRenameList2& list);
+    /** The column of that id in the target tables, the first table before the second; borrowed. Null in a subject without tables. */
+    virtual DBColumn* FindTargetColumn(const QvULString&) const { return nullptr; }
 
     /** -1: unset. Plain setters leave the date alone. */
     SMEnum_status::Enum GetStatus() const { return status; }

@@ -21,6 +21,7 @@ below() {
     objects/dimensional) echo "$(below objects/query)" objects/query objects/links ;;
     objects/containers) echo objects/base "$fragments" objects/query objects/dimensional ;;
     objects/project) echo "$(below objects/containers)" objects/containers ;;
+    objects/face) echo "$(below objects/project)" objects/project ;;
     objects/*) return 1 ;;
     core/*) return 1 ;;
     esac
@@ -50,6 +51,16 @@ done | breach "looks upward, or stands in a folder without a layer"
     find core/qvutils -name '*.cpp' -exec grep -HnE '^ *# *include "core/repository/' {} +
     find objects -name '*.cpp' -exec grep -HnE '^ *# *include "(core/repository|tools|tests)/' {} +
 } | breach "looks into a higher library"
+
+# The command uses the libraries as any program would, through their faces.
+find tools -name '*.h' -o -name '*.cpp' 2>/dev/null | sort | while read -r file; do
+    for included in $(includes "$file"); do
+        case $included in
+        objects/face/* | core/repository/smrepository*.h | core/qvutils/diag/* | objects/project/smproject2_002_000.h | tools/*) ;;
+        *) echo "$file includes $included" ;;
+        esac
+    done
+done | breach "not a public face"
 
 # Headers that others read need nothing but the standard library.
 "$here/public-headers.sh" | xargs grep -HnE '^ *# *include <(xercesc|unicode|sqlite3|libpq|CLI|nlohmann)' /dev/null |

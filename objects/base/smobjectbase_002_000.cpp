@@ -165,6 +165,7 @@ bool SMObjectBase::SelectRows(IOHelper& helper, const I18NString& objectName, Qv
 
 void SMObjectBase::AdoptRow(IOHelper& helper, SMObjectBase& child, const IOParameter& row) {
     child.constructFromIOParameter(row);
+    helper.Visit(child);
     helper.doReadAddToMiniObjectMap(&child);
 }
 

@@ -12,7 +12,7 @@ header() { # FILE LINE...
 }
 
 clean() {
-    rm -rf core objects README.md examples
+    rm -rf core objects tools README.md examples
     header core/qvutils/base/low.h 'class SM_API Low {};'
     header core/repository/store.h '#include "core/qvutils/base/low.h"'
     header objects/base/mid.h '#include "core/qvutils/base/low.h"' 'class SM_API Mid {};'
@@ -50,6 +50,9 @@ echo '#include "objects/base/mid.h"' >core/repository/store.cpp
 expect 'looks into a higher library: core/repository/store.cpp'
 echo '  #include "core/repository/store.h"' >objects/base/mid.cpp
 expect 'looks into a higher library: objects/base/mid.cpp'
+header objects/face/door.h '#include "objects/base/mid.h"' 'class SM_API Door {};'
+header tools/smodel/use.h '#include "objects/face/door.h"' '#include "objects/base/mid.h"'
+expect 'not a public face: tools/smodel/use.h includes objects/base/mid.h'
 header core/qvutils/base/low.h '#include <sqlite3.h>' 'class SM_API Low {};'
 expect 'foreign library in a public header: core/qvutils/base/low.h'
 echo 'class Low;' >core/qvutils/base/plain.h

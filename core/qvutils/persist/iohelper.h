@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "core/qvutils/base/smapi.h"
 #include "core/qvutils/params/ionames.h"
 #include "core/qvutils/params/ioparams.h"
@@ -44,7 +47,17 @@ class SM_API IOHelper {
     virtual bool WriteObject(IOObject& object);
     virtual bool CompareStored(IOObject& object);
 
+    /**
+     * Called for each object that is about to be written, or was made from its row: to tell how far an operation has come, or to end
+     * it by an exception, which passes on to the caller of the operation.
+     */
+    void SetVisitor(std::function<void(const IOObject&)> visitor) { m_visitor = std::move(visitor); }
+    void Visit(const IOObject& object) const {
+        if (m_visitor) m_visitor(object);
+    }
+
   private:
+    std::function<void(const IOObject&)> m_visitor;
     bool m_fixingLostRemainingInfo = false;
 };
 

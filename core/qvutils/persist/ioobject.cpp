@@ -45,5 +45,6 @@ bool IOObject::compare_write(IOHelper& helper) {
 }
 
 bool IOObject::write(IOHelper& helper) {
+    helper.Visit(*this);
     return helper.WriteObject(*this);
 }

@@ -56,7 +56,9 @@ bool HasNoDoctype(std::string_view head) {
 
 FileSource::FileSource(std::string path) : m_path(std::move(path)) {
     if (m_path.find('\0') != std::string::npos) Fail("cannot open", EINVAL);
-    do m_file = ::open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+    // A copy of the descriptor goes on where the process stands in it; a socket could not be opened by this name at all.
+    const bool isInherited = m_path == "/dev/stdin";
+    do m_file = isInherited ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0) : ::open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
     while (m_file < 0 && errno == EINTR);
     if (m_file < 0) Fail("cannot open", errno);
     try {

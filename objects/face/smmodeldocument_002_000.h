@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "core/qvutils/io/qvxmlformattarget.h"
+#include "core/qvutils/xml/qvsax2parser.h"
+#include "objects/face/smoperation_002_000.h"
+#include "objects/project/smproject2_002_000.h"
+
+namespace schema_002_000 {
+
+struct SMLoadOptions {
+    SMControl control;
+    SMXMLLimits limits;
+    /** Stands in diagnostics; empty: the path of the document. */
+    std::string name;
+    /** The directory of the model's separate files; empty: that of the document, or the working directory for bytes. */
+    std::string baseDirectory;
+};
+
+struct SMLoadResult : SMResult {
+    /** Null unless the status is done. */
+    QvSmartPtr<SMProject2> project;
+};
+
+struct SMSaveOptions {
+    SMControl control;
+    /** Lays the document out for people; without it, it is canonical. */
+    bool indent = false;
+};
+
+struct SMSaveResult : SMResult {
+    std::size_t bytes = 0;
+};
+
+/** Reads a model document. A root element that is not "project" makes it fail. */
+SM_API SMLoadResult SMLoadModel(const std::string& path, const SMLoadOptions& options = {});
+/** The same for a document in memory, which is not copied. */
+SM_API SMLoadResult SMLoadModelBytes(std::string_view document, const SMLoadOptions& options = {});
+
+/** Writes the model to a file, whole or not at all: a save that does not end well leaves the file as it was. */
+SM_API SMSaveResult SMSaveModel(const SMProject2& project, const std::string& path, const SMSaveOptions& options = {});
+/** Writes the model to a target, and flushes it. */
+SM_API SMSaveResult SMWriteModel(const SMProject2& project, QvXMLFormatTarget& target, const SMSaveOptions& options = {});
+
+}  // namespace schema_002_000

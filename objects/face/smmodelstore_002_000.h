@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+
+#include "core/qvutils/persist/iohelper.h"
+#include "objects/face/smoperation_002_000.h"
+#include "objects/project/smproject2_002_000.h"
+
+namespace schema_002_000 {
+
+struct SMPutResult : SMResult {
+    /** Objects looked at. What was written of them is known to the persistence context. */
+    std::size_t objects = 0;
+};
+
+struct SMGetResult : SMResult {
+    /** Null unless the status is done. */
+    QvSmartPtr<SMProject2> project;
+    std::size_t objects = 0;
+};
+
+/** Saves a whole model through a persistence context. Objects without an id get one. */
+SM_API SMPutResult SMPutModel(SMProject2& project, IOHelper& context, const SMControl& control = {});
+/** Loads the whole model of a persistence context. */
+SM_API SMGetResult SMGetModel(IOHelper& context, const SMControl& control = {});
+
+}  // namespace schema_002_000

@@ -1,0 +1,117 @@
+#include "objects/face/smmodelwalk_002_000.h"
+
+#include <unordered_map>
+#include <vector>
+
+#include "core/qvutils/diag/tklerrors.h"
+#include "objects/containers/smnamespace2_002_000.h"
+#include "objects/face/smguard_002_000.h"
+#include "objects/publication/smparametermap2_002_000.h"
+
+namespace schema_002_000 {
+
+namespace {
+
+using Place = std::size_t;
+constexpr Place NONE = static_cast<Place>(-1);
+
+/** The registry of the project as a tree: for each object its first child and its next sibling. */
+class Tree {
+  public:
+    explicit Tree(const SMProject2& project) {
+        Enter(project);
+        for (const SMObjectBase* object : project.GetAllObjects().GetObjects())
+            if (object && !IsFormerRoot(*object, project)) Enter(*object);
+        for (Place place = 1; place < m_nodes.size(); ++place) LinkToParent(place);
+    }
+
+    void Walk(const std::function<void(const SMObjectBase&, int)>& visit) const {
+        std::vector<Place> open{0};  // the next object of each level
+        while (!open.empty()) {
+            const Place place = open.back();
+            if (place == NONE) {
+                open.pop_back();
+                continue;
+            }
+            const Node& node = m_nodes[place];
+            visit(*node.object, static_cast<int>(open.size()) - 1);
+            open.back() = node.next;
+            open.push_back(node.first);
+        }
+    }
+
+  private:
+    struct Node {
+        const SMObjectBase* object;
+        Place first = NONE, last = NONE, next = NONE;
+    };
+
+    /** The project keeps a root that was replaced alive, though no document has it any more. */
+    static bool IsFormerRoot(const SMObjectBase& object, const SMProject2& project) {
+        return object.parent == &project && object.GetSMType() == SMEnum_xmltag::Enum::namespace_ && &object != project.GetRootNamespace();
+    }
+
+    void Enter(const SMObjectBase& object) {
+        m_places.emplace(&object, m_nodes.size());
+        m_nodes.push_back({&object});
+    }
+
+    /** An object whose parent is not here stands alone, and is not reached. */
+    void LinkToParent(Place place) {
+        const auto found = m_places.find(m_nodes[place].object->parent);
+        if (found == m_places.end()) return;
+        Node& parent = m_nodes[found->second];
+        (parent.first == NONE ? parent.first : m_nodes[parent.last].next) = place;
+        parent.last = place;
+    }
+
+    std::vector<Node> m_nodes;
+    std::unordered_map<const IOObject*, Place> m_places;
+};
+
+std::string Text(const I18NString& text) {
+    return std::string(text.utf8());
+}
+
+I18NString PathOf(const SMObjectBase& object) {
+    I18NString path;
+    try {
+        object.GetSMPath(path);
+        if (!path.empty()) return path;
+    } catch (const TklAssertError&) {
+        // its ancestors run out: what stands beside the namespaces has no such path, nor has the root
+    }
+    object.getPath(path);
+    return path;
+}
+
+}  // namespace
+
+void SMForEachObject(const SMProject2& project, const std::function<void(const SMObjectBase&, int)>& visit) {
+    Tree(project).Walk(visit);
+}
+
+std::string SMKindOf(const SMObjectBase& object) {
+    return Text(SMEnum_xmltag::GetInstance()->_enum2string(object.GetSMType()));
+}
+
+std::string SMNameOf(const SMObjectBase& object) {
+    switch (object.GetSMType()) {
+        case SMEnum_xmltag::Enum::project:
+            return Text(static_cast<const SMProject2&>(object).GetName());
+        case SMEnum_xmltag::Enum::parameterMap:
+            return Text(static_cast<const SMParameterMap2&>(object).GetName());
+        case SMEnum_xmltag::Enum::parameterMapEntry:
+            return Text(static_cast<const SMParameterMapEntry2&>(object).GetKey());
+        default:
+            return Text(object.GetNameForSMPath());
+    }
+}
+
+SMObjectLine SMDescribeObject(const SMObjectBase& object) {
+    SMQuietSink quiet;
+    const SMLogScope scope(quiet);
+    return {SMKindOf(object), Text(object.GetSMID(false)), Text(PathOf(object)), Text(object.GetId())};
+}
+
+}  // namespace schema_002_000

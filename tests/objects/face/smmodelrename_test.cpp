@@ -1,0 +1,141 @@
+#include "objects/face/smmodelrename_002_000.h"
+
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "objects/containers/smnamespace2_002_000.h"
+#include "tests/support/facemodel.h"
+
+namespace {
+
+using namespace schema_002_000;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+/** Namespaces A, B and C below a root, and a map whose value is the text. */
+SMLoadResult Load(const std::string& value) {
+    return SMLoadModelBytes(
+        ModelDocument(NamespaceElement("root", NamespaceElement("A") + NamespaceElement("B") + NamespaceElement("C")) + MapElement("m", value)));
+}
+
+std::vector<std::string> Messages(const SMResult& result) {
+    std::vector<std::string> messages;
+    for (const SMDiagnostic& diagnostic : result.diagnostics) messages.push_back(diagnostic.message);
+    return messages;
+}
+
+std::string Value(const SMProject2& project) {
+    const std::string text = CanonicalText(project);
+    const std::size_t from = text.find("<value>") + 7;
+    return text.substr(from, text.find("</value>") - from);
+}
+
+TEST(SMModelRename, RenamesNamespaceAndReferences) {
+    const SMLoadResult loaded = Load("[A].[x].[y]");
+    const SMResult renamed = SMRenameNamespaces(*loaded.project, {{"A", "Z"}}, "out");
+    EXPECT_TRUE(renamed.IsDone());
+    EXPECT_THAT(Messages(renamed), IsEmpty());
+    EXPECT_EQ(Value(*loaded.project), "[Z].[x].[y]");
+    ASSERT_TRUE(loaded.project->FindNamespaceByName("Z"));
+    EXPECT_FALSE(loaded.project->FindNamespaceByName("A"));
+}
+
+TEST(SMModelRename, SwapsNames) {
+    const SMLoadResult loaded = Load("[A].[x].[y] [B].[x].[y]");
+    const SMNamespace2* const a = loaded.project->FindNamespaceByName("A");
+    EXPECT_THAT(Messages(SMRenameNamespaces(*loaded.project, {{"A", "B"}, {"B", "A"}}, "out")), IsEmpty());
+    EXPECT_EQ(loaded.project->FindNamespaceByName("B"), a);
+    EXPECT_EQ(Value(*loaded.project), "[B].[x].[y] [A].[x].[y]");
+}
+
+TEST(SMModelRename, ThereAndBackGivesTheSameBytes) {
+    const SMLoadResult loaded = Load("[A].[x].[y]");
+    const std::string before = CanonicalText(*loaded.project);
+    SMRenameNamespaces(*loaded.project, {{"A", "Z"}}, "out");
+    EXPECT_NE(CanonicalText(*loaded.project), before);
+    SMRenameNamespaces(*loaded.project, {{"Z", "A"}}, "out");
+    EXPECT_EQ(CanonicalText(*loaded.project), before);
+}
+
+TEST(SMModelRename, ListsTextsThatStillUseTheOldName) {
+    const SMLoadResult loaded = Load("[A].[x]");
+    const SMResult renamed = SMRenameNamespaces(*loaded.project, {{"A", "Z"}}, "out");
+    ASSERT_TRUE(renamed.IsDone());
+    EXPECT_TRUE(renamed.HasFindings());
+    ASSERT_THAT(Messages(renamed), ElementsAre("This text still names the namespace 'A': [A].[x]"));
+    EXPECT_EQ(renamed.diagnostics[0].file, "out");
+    EXPECT_EQ(renamed.diagnostics[0].line, 2);
+    EXPECT_GT(renamed.diagnostics[0].column, 100);
+    EXPECT_EQ(renamed.diagnostics[0].objectPath, "(parameterMapEntry).().(e1)");
+}
+
+TEST(SMModelRename, ListsTextsThatASwapLeavesAsTheyWere) {
+    const SMLoadResult loaded = Load("[A].[x] [B].[x]");
+    EXPECT_THAT(Messages(SMRenameNamespaces(*loaded.project, {{"A", "B"}, {"B", "A"}}, "out")),
+                ElementsAre(HasSubstr("still names the namespace 'A'"), HasSubstr("still names the namespace 'B'")));
+}
+
+TEST(SMModelRename, ListsTextsThatLostABracket) {
+    const SMLoadResult loaded = Load("[A].[x].[y] tail [open");
+    EXPECT_THAT(Messages(SMRenameNamespaces(*loaded.project, {{"A", "Z"}}, "out")),
+                ElementsAre("This text lost a bracket: [Z].[x].[y] tail open"));
+}
+
+TEST(SMModelRename, DoesNotTakeAnObjectForANamespace) {
+    const SMLoadResult loaded = Load("[C].[A].[y]");
+    EXPECT_THAT(Messages(SMRenameNamespaces(*loaded.project, {{"A", "Z"}}, "out")), IsEmpty());
+}
+
+TEST(SMModelRename, RefusesWhatCannotBeDone) {
+    struct Case {
+        std::vector<SMNamespaceRename> renames;
+        const char* why;
+    };
+    const std::vector<Case> cases = {
+        {{{"A", "B"}}, "the name 'B' is taken"},
+        {{{"A", "Z"}, {"B", "Z"}}, "the name 'Z' is taken"},
+        {{{"missing", "Z"}}, "the model has no namespace 'missing'"},
+        {{{"A", "Z"}, {"A", "Y"}}, "'A' is to be renamed twice"},
+        {{{"A", "x]y"}}, "'x]y' has a bracket"},
+        {{{"A", ""}}, "a namespace must have a name"},
+    };
+    for (const Case& refused : cases) {
+        const SMLoadResult loaded = Load("[A].[x].[y]");
+        const std::string before = CanonicalText(*loaded.project);
+        const SMResult renamed = SMRenameNamespaces(*loaded.project, refused.renames, "out");
+        EXPECT_EQ(renamed.status, SMStatus::failed);
+        EXPECT_THAT(Messages(renamed), ElementsAre(HasSubstr(refused.why)));
+        EXPECT_EQ(CanonicalText(*loaded.project), before) << refused.why;
+    }
+}
+
+TEST(SMModelRename, TakesANameThatIsBeingGivenUp) {
+    const SMLoadResult loaded = Load("[A].[x].[y] [B].[x].[y]");
+    EXPECT_THAT(Messages(SMRenameNamespaces(*loaded.project, {{"A", "B"}, {"B", "Z"}}, "out")), IsEmpty());
+    EXPECT_EQ(Value(*loaded.project), "[B].[x].[y] [Z].[x].[y]");
+}
+
+TEST(SMModelRename, TellsATextOnceForEachName) {
+    const SMLoadResult loaded = Load("[A] [A].[x]");
+    EXPECT_THAT(Messages(SMRenameNamespaces(*loaded.project, {{"A", "Z"}}, "out")), ElementsAre(HasSubstr("'A': [A] [A].[x]")));
+}
+
+TEST(SMModelRename, CutsLongTextsBetweenCharacters) {
+    std::string value = "[A] x";
+    for (int i = 0; i < 100; ++i) value += "\xC3\xA4";
+    const SMLoadResult loaded = Load(value);
+    const std::vector<std::string> messages = Messages(SMRenameNamespaces(*loaded.project, {{"A", "Z"}}, "out"));
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_THAT(messages[0], ::testing::EndsWith("\xC3\xA4..."));
+}
+
+TEST(SMModelRename, SaysNothingOfTextsThatNameOthers) {
+    const SMLoadResult loaded = Load("[C].[x] [ [C].[x].[y]");
+    EXPECT_THAT(Messages(SMRenameNamespaces(*loaded.project, {{"A", "Z"}}, "out")), IsEmpty());
+}
+
+}  // namespace

@@ -1,0 +1,99 @@
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/facemodel.h"
+#include "tests/support/toolrun.h"
+
+namespace {
+
+using ::testing::ContainsRegex;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+const std::string CLEAN = ModelDocument(NamespaceElement("Sales") + MapElement("m", "v"));
+const std::string ODD = ModelDocument(NamespaceElement("Sales", "<odd></odd><odd></odd><even></even>"));
+
+TEST(SmodelCheck, CountsTheObjectsOfACleanModelByKind) {
+    const TestDirectory directory;
+    const ToolRun run = RunTool({"check", directory.Write("a.xml", CLEAN)});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out,
+              "           1  project\n           1  namespace\n           1  parameterMap\n           1  parameterMapEntry\n");
+    EXPECT_THAT(run.err, IsEmpty());
+}
+
+TEST(SmodelCheck, PrintsPlaceSeverityMessageAndObject) {
+    const TestDirectory directory;
+    const std::string path = directory.Write("a.xml", ODD);
+    const ToolRun run = RunTool({"check", "--all", path});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.out, StartsWith(path + ":2:"));
+    EXPECT_THAT(run.out, ContainsRegex(":2:[0-9]+: warning: Unknown tag.* \\[\\[Sales\\]\\]\n"));
+    EXPECT_THAT(run.err, IsEmpty());
+}
+
+TEST(SmodelCheck, FoldsRepeatedEventsWithTheirNumber) {
+    const TestDirectory directory;
+    const std::string path = directory.Write("a.xml", ODD);
+    const auto lines = [](const std::string& text, const std::string& word) {
+        std::size_t count = 0;
+        for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1)) ++count;
+        return count;
+    };
+    const ToolRun folded = RunTool({"check", path}), all = RunTool({"check", "--all", path});
+    EXPECT_EQ(lines(all.out, "Unknown tag"), 6u);  // start and end of each
+    EXPECT_EQ(lines(folded.out, "Unknown tag"), 1u);
+    EXPECT_THAT(folded.out, HasSubstr(" (6 times)\n"));
+    EXPECT_THAT(all.out, Not(HasSubstr(" times)")));
+}
+
+TEST(SmodelCheck, ReadsStandardInput) {
+    EXPECT_EQ(RunTool({"check", "-"}, CLEAN).status, 0);
+    EXPECT_THAT(RunTool({"check", "-"}, ODD).out, StartsWith("<stdin>:2:"));
+}
+
+TEST(SmodelCheck, GoesOnWhereStandardInputStands) {
+    const TestDirectory directory;
+    const std::string path = directory.Write("a.xml", "a line before\n" + CLEAN);
+    const std::string script = "{ read -r line; " SMODEL_TOOL " check -; } < " + path + " > " + directory.Path("out");
+    EXPECT_EQ(std::system(("sh -c '" + script + "'").c_str()), 0);
+    EXPECT_THAT(directory.Read("out"), HasSubstr("1  namespace"));
+}
+
+TEST(SmodelCheck, TellsOnStandardErrorWhyADocumentCannotBeRead) {
+    const TestDirectory directory;
+    const std::string absent = directory.Path("absent.xml"), cut = directory.Write("cut.xml", CLEAN.substr(0, 150));
+    const std::string empty = directory.Write("empty.xml", ""), other = directory.Write("other.xml", "<a></a>");
+    struct Case {
+        std::string path, told;
+    };
+    for (const Case& bad : {Case{absent, absent + ": error: cannot open: No such file or directory\n"},
+                            Case{directory.Path("."), directory.Path(".") + ": error: cannot read: Is a directory\n"},
+                            Case{cut, cut + ":2:"}, Case{empty, empty + ":1:1: error: the document is empty\n"},
+                            Case{other, other + ":1:4: error: no model document: the root element is <a>, not <project>\n"}}) {
+        const ToolRun run = RunTool({"check", bad.path});
+        EXPECT_EQ(run.status, 2) << bad.path;
+        EXPECT_THAT(run.out, IsEmpty());
+        EXPECT_THAT(run.err, StartsWith(bad.told));
+    }
+}
+
+TEST(SmodelCheck, HandsNoControlCharacterToATerminal) {
+    const ToolRun run = RunTool({"check", "-"}, ModelDocument(NamespaceElement("a\xC2\x9B" "31m", "<odd></odd>")));
+    EXPECT_THAT(run.out, HasSubstr("[a\\x9b31m]"));
+    EXPECT_THAT(run.out, Not(HasSubstr("\xC2\x9B")));
+}
+
+TEST(SmodelCheck, ColoursOnATerminalAlone) {
+    const TestDirectory directory;
+    const std::string path = directory.Write("a.xml", ODD);
+    EXPECT_THAT(RunToolOnTerminal({"check", path}).out, HasSubstr("\x1b[1;33m"));
+    EXPECT_THAT(RunToolOnTerminal({"NO_COLOR=1", "check", path}).out, Not(HasSubstr("\x1b[")));
+    EXPECT_THAT(RunTool({"check", path}).out, Not(HasSubstr("\x1b[")));
+}
+
+}  // namespace

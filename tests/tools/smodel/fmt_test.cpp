@@ -1,0 +1,108 @@
+#include <string>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/facemodel.h"
+#include "tests/support/toolrun.h"
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+const std::string LOOSE = ModelDocument("\n  " + NamespaceElement("Sales") + "\n");
+
+TEST(SmodelFmt, WritesTheCanonicalDocument) {
+    const ToolRun run = RunTool({"fmt", "-"}, LOOSE);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, CanonicalText(*schema_002_000::SMLoadModelBytes(LOOSE).project));
+    EXPECT_THAT(run.err, IsEmpty());
+}
+
+TEST(SmodelFmt, IsAFixedPointOnEachDocument) {
+    for (const char* name : {"minimal.xml", "everything.xml", "reader_forms.xml", "foodmart.xml", "tpcds.xml", "multifile/main.xml"}) {
+        const ToolRun once = RunTool({"fmt", std::string(SMODEL_SOURCE_DIR "/examples/models/") + name});
+        EXPECT_LE(once.status, 1) << name;
+        const ToolRun twice = RunTool({"fmt", "-"}, once.out);
+        EXPECT_EQ(twice.out, once.out) << name;
+    }
+}
+
+TEST(SmodelFmt, ReplacesAFileByItself) {
+    const TestDirectory directory;
+    const std::string path = directory.Write("a.xml", LOOSE);
+    EXPECT_EQ(RunTool({"fmt", path, "-o", path}).status, 0);
+    EXPECT_EQ(directory.Read("a.xml"), RunTool({"fmt", "-"}, LOOSE).out);
+    EXPECT_THAT(directory.Files(), ElementsAre("a.xml"));
+}
+
+TEST(SmodelFmt, IndentsForPeople) {
+    const ToolRun run = RunTool({"fmt", "--indent", "-"}, LOOSE);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.out, HasSubstr("\n  <namespace>\n    <name locale=\"en\">Sales</name>\n"));
+    EXPECT_EQ(RunTool({"fmt", "-"}, run.out).out, RunTool({"fmt", "-"}, LOOSE).out);
+}
+
+TEST(SmodelFmt, TellsOnStandardErrorWhatItDidNotRead) {
+    const ToolRun run = RunTool({"fmt", "-"}, ModelDocument("<odd></odd>"));
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, HasSubstr("warning: Unknown tag:odd"));
+    EXPECT_THAT(run.out, ::testing::Not(HasSubstr("odd")));
+}
+
+TEST(SmodelFmt, LeavesTheOutputAloneWhenTheInputIsBroken) {
+    const TestDirectory directory;
+    const std::string out = directory.Write("out.xml", "old");
+    EXPECT_EQ(RunTool({"fmt", "-", "-o", out}, "<project>").status, 2);
+    EXPECT_EQ(directory.Read("out.xml"), "old");
+    EXPECT_THAT(directory.Files(), ElementsAre("out.xml"));
+}
+
+TEST(SmodelFmt, TellsThatAnOutputCannotBeWritten) {
+    const TestDirectory directory;
+    for (const std::string& out : {directory.Path("absent/out.xml"), directory.Path("."), std::string("/dev/full")}) {
+        const ToolRun run = RunTool({"fmt", "-", "-o", out}, LOOSE);
+        EXPECT_EQ(run.status, 2) << out;
+        EXPECT_THAT(run.err, HasSubstr(out + ": error: cannot write: "));
+    }
+    EXPECT_THAT(directory.Files(), IsEmpty());
+}
+
+TEST(SmodelFmt, TellsThatStandardOutputIsFull) {
+    EXPECT_EQ(std::system(("exec " SMODEL_TOOL " fmt " SMODEL_SOURCE_DIR "/examples/models/minimal.xml >/dev/full 2>&1")), 2 << 8);
+    EXPECT_EQ(std::system(("exec " SMODEL_TOOL " check " SMODEL_SOURCE_DIR "/examples/models/minimal.xml >/dev/full 2>&1")), 2 << 8);
+}
+
+TEST(SmodelFmt, EndsAtOnceWhenInterruptedAtItsInput) {
+    const TestDirectory directory;
+    ASSERT_EQ(::mkfifo(directory.Path("in").c_str(), 0600), 0);
+    RunningTool tool({"fmt", directory.Path("in"), "-o", directory.Path("out.xml")}, {});
+    const int writer = ::open(directory.Path("in").c_str(), O_WRONLY);  // waits until the command reads
+    ASSERT_GE(writer, 0);
+    ASSERT_EQ(::write(writer, "<project>", 9), 9);
+    ::kill(tool.Process(), SIGINT);
+    EXPECT_EQ(tool.Wait().status, 130);
+    ::close(writer);
+    EXPECT_THAT(directory.Files(), ElementsAre("in"));
+}
+
+TEST(SmodelFmt, WritesNothingWhenInterruptedAtItsOutput) {
+    const TestDirectory directory;
+    std::string content;
+    for (int i = 0; i < 200'000; ++i) content += NamespaceElement("n" + std::to_string(i));
+    const std::string in = directory.Write("in.xml", ModelDocument(NamespaceElement("root", content)));
+    RunningTool tool({"fmt", in, "-o", directory.Path("out.xml")}, {});
+    while (directory.Files().size() < 2) ::usleep(1000);  // until the file beside the output is there
+    ::kill(tool.Process(), SIGINT);
+    const ToolRun run = tool.Wait();
+    EXPECT_EQ(run.status, 130);
+    EXPECT_THAT(directory.Files(), ElementsAre("in.xml"));
+}
+
+}  // namespace

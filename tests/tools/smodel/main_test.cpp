@@ -1,0 +1,33 @@
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/toolrun.h"
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+TEST(Smodel, EndsWithStatusTwoOnWrongUsage) {
+    for (const std::vector<std::string>& words : {std::vector<std::string>{}, {"nonsense"}, {"check"}, {"check", "--nonsense", "a.xml"},
+                                                  {"fmt", "a.xml", "b.xml"}, {"rename", "a.xml", "A=B"}, {"check", "a.xml", "-o", "x"}}) {
+        const ToolRun run = RunTool(words);
+        EXPECT_EQ(run.status, 2);
+        EXPECT_THAT(run.out, IsEmpty());
+        EXPECT_NE(run.err, "");
+    }
+}
+
+TEST(Smodel, PrintsHelpAndVersionWhenAsked) {
+    const ToolRun help = RunTool({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.out, HasSubstr("Exit status: 0 clean"));
+    EXPECT_THAT(help.err, IsEmpty());
+    EXPECT_EQ(RunTool({"check", "--help"}).status, 0);
+    EXPECT_THAT(RunTool({"--version"}).out, ::testing::StartsWith("smodel "));
+}
+
+}  // namespace

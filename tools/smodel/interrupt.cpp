@@ -1,0 +1,52 @@
+#include "tools/smodel/interrupt.h"
+
+#include <csignal>
+
+#include <unistd.h>
+
+namespace {
+
+std::atomic<bool> g_interrupted{false};
+std::atomic<bool> g_leaveAtOnce{false};
+std::atomic<bool> g_progressShown{false};
+std::atomic<int> g_signal{SIGINT};
+static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free, "a signal handler may not wait");
+
+extern "C" void TakeSignal(int number) {
+    g_signal = number;
+    if (!g_interrupted.exchange(true) && !g_leaveAtOnce) return;
+    if (g_progressShown) [[maybe_unused]]
+        const ssize_t written = ::write(STDERR_FILENO, "\r\x1b[K", 4);
+    ::_exit(InterruptedStatus());
+}
+
+}  // namespace
+
+void WatchInterrupts() {
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction old {};
+        ::sigaction(number, nullptr, &old);
+        if (old.sa_handler == SIG_IGN) continue;
+        struct sigaction action {};
+        action.sa_handler = TakeSignal;
+        ::sigaction(number, &action, nullptr);
+    }
+}
+
+const std::atomic<bool>& Interrupted() {
+    return g_interrupted;
+}
+
+int InterruptedStatus() {
+    return 128 + g_signal;
+}
+
+LeaveAtOnce::LeaveAtOnce(bool active) : m_outer(g_leaveAtOnce.exchange(active || g_leaveAtOnce)) {}
+
+LeaveAtOnce::~LeaveAtOnce() {
+    g_leaveAtOnce = m_outer;
+}
+
+void SetProgressShown(bool shown) {
+    g_progressShown = shown;
+}

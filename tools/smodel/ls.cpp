@@ -1,0 +1,60 @@
+#include <memory>
+#include <string>
+
+#include "objects/face/smmodelwalk_002_000.h"
+#include "tools/smodel/commands.h"
+#include "tools/smodel/interrupt.h"
+#include "tools/smodel/models.h"
+#include "tools/smodel/terminal.h"
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using schema_002_000::SMObjectLine;
+
+struct Arguments {
+    std::string model;
+    bool json = false;
+};
+
+/** A field of a line: a backslash is doubled, so that it is told from an escape. */
+std::string Field(const std::string& text) {
+    std::string doubled;
+    for (const char c : text) doubled.append(c == '\\' ? 2 : 1, c);
+    return Printable(doubled);
+}
+
+std::string Row(const SMObjectLine& line) {
+    return Field(line.kind) + "\t" + Field(line.objectId) + "\t" + Field(line.path) + "\t" + Field(line.id) + "\n";
+}
+
+std::string Json(const SMObjectLine& line) {
+    const nlohmann::ordered_json object{{"kind", line.kind}, {"objectId", line.objectId}, {"path", line.path}, {"id", line.id}};
+    return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+int List(const Arguments& arguments) {
+    const LeaveAtOnce nothingToTidyUp;
+    const schema_002_000::SMLoadResult loaded = ReadModel(arguments.model);
+    if (!loaded.IsDone()) return StatusOf(loaded);
+    std::string separator = "[\n";
+    schema_002_000::SMForEachObject(*loaded.project, [&](const schema_002_000::SMObjectBase& object, int) {
+        const SMObjectLine line = schema_002_000::SMDescribeObject(object);
+        Print(arguments.json ? separator + Json(line) : Row(line));
+        separator = ",\n";
+    });
+    if (arguments.json) Print("\n]\n");
+    return StatusOf(loaded);
+}
+
+}  // namespace
+
+void AddLs(CLI::App& app, int& status) {
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* const command = app.add_subcommand("ls", "List the objects of a model: kind, object id, path and id, a tab between them");
+    command->add_option("MODEL", arguments->model, "The document; - is standard input")->required();
+    command->add_flag("--json", arguments->json, "Print an array of objects");
+    command->callback([arguments, &status] { status = List(*arguments); });
+}

@@ -1,0 +1,69 @@
+#include "tools/smodel/models.h"
+
+#include <algorithm>
+
+#include "tools/smodel/interrupt.h"
+#include "tools/smodel/terminal.h"
+
+using namespace schema_002_000;
+
+std::string InputPath(const std::string& given) {
+    return given == "-" ? "/dev/stdin" : given;
+}
+
+std::string OutputPath(const std::string& given) {
+    return given == "-" ? "/dev/stdout" : given;
+}
+
+std::string NameOfOutput(const std::string& given) {
+    return given == "-" ? "<stdout>" : given;
+}
+
+SMLoadResult ReadModel(const std::string& given, bool quiet) {
+    SMLoadResult result;
+    {
+        const LeaveAtOnce nothingToTidyUp;
+        ProgressLine line("reading " + given);
+        SMLoadOptions options;
+        options.control = line.Control();
+        if (given == "-") {
+            options.name = "<stdin>";
+            options.baseDirectory = ".";
+        }
+        result = SMLoadModel(InputPath(given), options);
+    }
+    if (!quiet || !result.IsDone()) PrintDiagnostics(stderr, result.diagnostics, true);
+    return result;
+}
+
+SMSaveResult SaveModel(const SMProject2& project, const std::string& given, bool indent) {
+    SMSaveResult result;
+    {
+        const LeaveAtOnce nothingToTidyUp(given == "-");
+        ProgressLine line("writing " + given);
+        SMSaveOptions options;
+        options.control = line.Control();
+        options.indent = indent;
+        result = SMSaveModel(project, OutputPath(given), options);
+    }
+    for (SMDiagnostic& diagnostic : result.diagnostics)
+        if (diagnostic.file == OutputPath(given)) diagnostic.file = NameOfOutput(given);
+    PrintDiagnostics(stderr, result.diagnostics, true);
+    return result;
+}
+
+int StatusOf(const SMResult& result) {
+    switch (result.status) {
+        case SMStatus::done:
+            return result.HasFindings() ? STATUS_FINDINGS : STATUS_CLEAN;
+        case SMStatus::cancelled:
+            return InterruptedStatus();
+        case SMStatus::failed:
+            break;
+    }
+    return STATUS_UNUSABLE;
+}
+
+int Worse(int a, int b) {
+    return std::max(a, b);
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+#include "objects/face/smmodeldocument_002_000.h"
+#include "tools/smodel/status.h"
+
+/** The path that the library gets for what the user gave: "-" is standard input, or output. */
+std::string InputPath(const std::string& given);
+std::string OutputPath(const std::string& given);
+/** What messages call it. */
+std::string NameOfOutput(const std::string& given);
+
+/** Reads a model while progress is shown. What the reading found is not printed when `quiet`; why it failed always is. */
+schema_002_000::SMLoadResult ReadModel(const std::string& given, bool quiet = false);
+
+/** Writes a model while progress is shown; prints what went wrong. */
+schema_002_000::SMSaveResult SaveModel(const schema_002_000::SMProject2& project, const std::string& given, bool indent = false);
+
+/** The exit status that tells how an operation ended. */
+int StatusOf(const schema_002_000::SMResult& result);
+/** The one that weighs more. */
+int Worse(int a, int b);

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <chrono>
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/qvutils/diag/diagnostics.h"
+#include "objects/face/smoperation_002_000.h"
+
+/** Whether what goes to the stream may bear colours: it is a terminal, and NO_COLOR is not set. */
+bool HasColour(std::FILE* stream);
+
+enum class Colour { none, bold, dim, red, yellow, green, cyan };
+
+/** The text, coloured when the stream has colours. */
+std::string Paint(std::FILE* stream, Colour colour, std::string_view text);
+
+/** Standard output; failures show at `FinishOutput`. */
+void Print(std::string_view text);
+/** False, with the reason on standard error, when something printed did not reach its end. */
+bool FinishOutput();
+
+/** "smodel: error: ..." on standard error. */
+void Complain(std::string_view text);
+
+/** One line of the text, control characters as escapes: a terminal obeys nothing that stands in a model. */
+std::string Printable(std::string_view text);
+/** "1,234,567". */
+std::string Grouped(std::size_t number);
+/** "1 object", "2 objects". */
+std::string Counted(std::size_t number, const std::string& noun);
+
+/** One line a diagnostic; `fold` tells those that differ in their place only once, with their number. */
+void PrintDiagnostics(std::FILE* stream, const std::vector<SMDiagnostic>& diagnostics, bool fold);
+
+/** A line on standard error that tells how far an operation is, when that is a terminal. */
+class ProgressLine {
+  public:
+    /** `what`: "reading". */
+    explicit ProgressLine(std::string what);
+    ~ProgressLine();
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+
+    /** For an operation that ends before this does; it also ends at a signal. */
+    schema_002_000::SMControl Control();
+
+  private:
+    void Show(const schema_002_000::SMProgress& progress);
+
+    std::string m_what;
+    bool m_isTerminal;
+    bool m_shown = false;
+    std::chrono::steady_clock::time_point m_next;
+};

@@ -108,8 +108,7 @@ void Write(const SMProject2& project, QvXMLFormatTarget& target, const SMSaveOpt
 }  // namespace
 
 SMLoadResult SMLoadModel(const std::string& path, const SMLoadOptions& options) {
-    SMLoadResult result =
-        Load(options, DirectoryOf(path), [&](QvSAX2Parser& parser) { parser.parse(I18NString(std::string_view(path))); });
+    SMLoadResult result = Load(options, DirectoryOf(path), [&](QvSAX2Parser& parser) { parser.parse(I18NString(std::string_view(path))); });
     if (options.name.empty()) return result;
     for (SMDiagnostic& diagnostic : result.diagnostics)
         if (diagnostic.file == path) diagnostic.file = options.name;

@@ -11,8 +11,7 @@ constexpr std::size_t OBJECTS_PER_TICK = 1'024;
 /** Watches the objects that pass through a context, as long as it lives. */
 class Watch {
   public:
-    Watch(IOHelper& context, const SMControl& control)
-        : m_context(context), m_ticker(control, SMProgress::objects, OBJECTS_PER_TICK) {
+    Watch(IOHelper& context, const SMControl& control) : m_context(context), m_ticker(control, SMProgress::objects, OBJECTS_PER_TICK) {
         m_context.SetVisitor([this](const IOObject&) { m_ticker.Add(1); });
     }
     ~Watch() { m_context.SetVisitor(nullptr); }

@@ -97,14 +97,10 @@ std::string SMKindOf(const SMObjectBase& object) {
 
 std::string SMNameOf(const SMObjectBase& object) {
     switch (object.GetSMType()) {
-        case SMEnum_xmltag::Enum::project:
-            return Text(static_cast<const SMProject2&>(object).GetName());
-        case SMEnum_xmltag::Enum::parameterMap:
-            return Text(static_cast<const SMParameterMap2&>(object).GetName());
-        case SMEnum_xmltag::Enum::parameterMapEntry:
-            return Text(static_cast<const SMParameterMapEntry2&>(object).GetKey());
-        default:
-            return Text(object.GetNameForSMPath());
+    case SMEnum_xmltag::Enum::project: return Text(static_cast<const SMProject2&>(object).GetName());
+    case SMEnum_xmltag::Enum::parameterMap: return Text(static_cast<const SMParameterMap2&>(object).GetName());
+    case SMEnum_xmltag::Enum::parameterMapEntry: return Text(static_cast<const SMParameterMapEntry2&>(object).GetKey());
+    default: return Text(object.GetNameForSMPath());
     }
 }
 

@@ -40,7 +40,8 @@ SMStatus Run(SMDiagnosticCollector& collector, const std::function<bool()>& body
 }  // namespace
 
 bool SMResult::HasFindings() const {
-    return std::any_of(diagnostics.begin(), diagnostics.end(), [](const SMDiagnostic& found) { return found.severity != SMSeverity::note; });
+    return std::any_of(diagnostics.begin(), diagnostics.end(),
+                       [](const SMDiagnostic& found) { return found.severity != SMSeverity::note; });
 }
 
 void SMRunGuarded(SMResult& result, const std::function<bool()>& body) {

@@ -101,8 +101,7 @@ std::vector<std::string_view> SMRenameAudit::MentionsIn(std::string_view text) c
         if (close == std::string_view::npos) break;
         if (text[close] == '[' || (open >= 2 && text.substr(open - 2, 2) == "].")) continue;
         const std::string_view name = text.substr(open + 1, close - open - 1);
-        const bool isNewName =
-            std::any_of(m_newNames.begin(), m_newNames.end(), [&](const auto& rename) { return rename.second == name; });
+        const bool isNewName = std::any_of(m_newNames.begin(), m_newNames.end(), [&](const auto& rename) { return rename.second == name; });
         if (isNewName || NewNameOf(name)) mentions.push_back(name);
     }
     return mentions;
@@ -153,7 +152,8 @@ void SMRenameAudit::CompareAfter(const I18NString& document, const std::string& 
     parser.setSourceName(I18NString(std::string_view(documentName)));
     parser.setContentHandler(&reader);
     parser.parse(document.c_str(), document.utf8().size());
-    if (count != m_count) throw TklRuntimeError("the rename has changed the number of texts, so that they cannot be compared", documentName);
+    if (count != m_count)
+        throw TklRuntimeError("the rename has changed the number of texts, so that they cannot be compared", documentName);
 }
 
 }  // namespace schema_002_000

@@ -30,7 +30,8 @@ class SMRenameAudit {
     Verdict Judge(std::string_view before, std::string_view after) const;
 
   private:
-    /** The namespaces that take part, by old or by new name, where a reference begins with them. A name behind a point is of something else. */
+    /** The namespaces that take part, by old or by new name, where a reference begins with them. A name behind a point is of something
+     * else. */
     std::vector<std::string_view> MentionsIn(std::string_view text) const;
     const std::string* NewNameOf(std::string_view name) const;
 

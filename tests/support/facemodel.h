@@ -18,8 +18,9 @@ inline std::string NamespaceElement(const std::string& name, const std::string& 
 
 /** A parameter map with one entry. */
 inline std::string MapElement(const std::string& name, const std::string& value) {
-    return "<parameterMaps><parameterMap hidden=\"false\"><name>" + name + "</name><parameterMapEntry id=\"e1\" version=\"1\"><key>k</key><value>" +
-           value + "</value></parameterMapEntry></parameterMap></parameterMaps>";
+    return "<parameterMaps><parameterMap hidden=\"false\"><name>" + name +
+           "</name><parameterMapEntry id=\"e1\" version=\"1\"><key>k</key><value>" + value +
+           "</value></parameterMapEntry></parameterMap></parameterMaps>";
 }
 
 /** The canonical text of a model. */

@@ -24,7 +24,8 @@ int NamelessFile(const std::string& content) {
     const int file = ::mkstemp(name.data());
     if (file < 0) throw std::runtime_error("no file for the test");
     ::unlink(name.c_str());
-    if (::write(file, content.data(), content.size()) != static_cast<ssize_t>(content.size())) throw std::runtime_error("no room for the test");
+    if (::write(file, content.data(), content.size()) != static_cast<ssize_t>(content.size()))
+        throw std::runtime_error("no room for the test");
     ::lseek(file, 0, SEEK_SET);
     return file;
 }

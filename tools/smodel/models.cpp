@@ -54,12 +54,9 @@ SMSaveResult SaveModel(const SMProject2& project, const std::string& given, bool
 
 int StatusOf(const SMResult& result) {
     switch (result.status) {
-        case SMStatus::done:
-            return result.HasFindings() ? STATUS_FINDINGS : STATUS_CLEAN;
-        case SMStatus::cancelled:
-            return InterruptedStatus();
-        case SMStatus::failed:
-            break;
+    case SMStatus::done: return result.HasFindings() ? STATUS_FINDINGS : STATUS_CLEAN;
+    case SMStatus::cancelled: return InterruptedStatus();
+    case SMStatus::failed: break;
     }
     return STATUS_UNUSABLE;
 }

@@ -16,20 +16,13 @@ constexpr std::chrono::milliseconds BETWEEN_UPDATES{100};
 
 const char* CodeOf(Colour colour) {
     switch (colour) {
-        case Colour::bold:
-            return "1";
-        case Colour::dim:
-            return "2";
-        case Colour::red:
-            return "1;31";
-        case Colour::yellow:
-            return "1;33";
-        case Colour::green:
-            return "32";
-        case Colour::cyan:
-            return "36";
-        case Colour::none:
-            break;
+    case Colour::bold: return "1";
+    case Colour::dim: return "2";
+    case Colour::red: return "1;31";
+    case Colour::yellow: return "1;33";
+    case Colour::green: return "32";
+    case Colour::cyan: return "36";
+    case Colour::none: break;
     }
     return "0";
 }

@@ -199,8 +199,8 @@ TEST_F(SMModelDocumentFiles, TellWhyADocumentCannotBeRead) {
 
 TEST_F(SMModelDocumentFiles, FindTheFilesBesideTheDocument) {
     Write("part.qvf", NamespaceElement("Part"));
-    const std::string main =
-        Write("main.xml", ModelDocument(NamespaceElement("root", "<smnamespacefile filepath=\"\" filename=\"part.qvf\"></smnamespacefile>")));
+    const std::string main = Write(
+        "main.xml", ModelDocument(NamespaceElement("root", "<smnamespacefile filepath=\"\" filename=\"part.qvf\"></smnamespacefile>")));
     const SMLoadResult loaded = SMLoadModel(main);
     ASSERT_TRUE(loaded.IsDone());
     EXPECT_THAT(loaded.diagnostics, IsEmpty());

@@ -18,8 +18,8 @@ using ::testing::IsEmpty;
 
 /** Namespaces A, B and C below a root, and a map whose value is the text. */
 SMLoadResult Load(const std::string& value) {
-    return SMLoadModelBytes(
-        ModelDocument(NamespaceElement("root", NamespaceElement("A") + NamespaceElement("B") + NamespaceElement("C")) + MapElement("m", value)));
+    return SMLoadModelBytes(ModelDocument(NamespaceElement("root", NamespaceElement("A") + NamespaceElement("B") + NamespaceElement("C")) +
+                                          MapElement("m", value)));
 }
 
 std::vector<std::string> Messages(const SMResult& result) {

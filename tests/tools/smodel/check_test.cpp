@@ -21,8 +21,7 @@ TEST(SmodelCheck, CountsTheObjectsOfACleanModelByKind) {
     const TestDirectory directory;
     const ToolRun run = RunTool({"check", directory.Write("a.xml", CLEAN)});
     EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.out,
-              "           1  project\n           1  namespace\n           1  parameterMap\n           1  parameterMapEntry\n");
+    EXPECT_EQ(run.out, "           1  project\n           1  namespace\n           1  parameterMap\n           1  parameterMapEntry\n");
     EXPECT_THAT(run.err, IsEmpty());
 }
 
@@ -83,7 +82,9 @@ TEST(SmodelCheck, TellsOnStandardErrorWhyADocumentCannotBeRead) {
 }
 
 TEST(SmodelCheck, HandsNoControlCharacterToATerminal) {
-    const ToolRun run = RunTool({"check", "-"}, ModelDocument(NamespaceElement("a\xC2\x9B" "31m", "<odd></odd>")));
+    const ToolRun run = RunTool({"check", "-"}, ModelDocument(NamespaceElement("a\xC2\x9B"
+                                                                               "31m",
+                                                                               "<odd></odd>")));
     EXPECT_THAT(run.out, HasSubstr("[a\\x9b31m]"));
     EXPECT_THAT(run.out, Not(HasSubstr("\xC2\x9B")));
 }

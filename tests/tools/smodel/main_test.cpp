@@ -12,8 +12,13 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 TEST(Smodel, EndsWithStatusTwoOnWrongUsage) {
-    for (const std::vector<std::string>& words : {std::vector<std::string>{}, {"nonsense"}, {"check"}, {"check", "--nonsense", "a.xml"},
-                                                  {"fmt", "a.xml", "b.xml"}, {"rename", "a.xml", "A=B"}, {"check", "a.xml", "-o", "x"}}) {
+    for (const std::vector<std::string>& words : {std::vector<std::string>{},
+                                                  {"nonsense"},
+                                                  {"check"},
+                                                  {"check", "--nonsense", "a.xml"},
+                                                  {"fmt", "a.xml", "b.xml"},
+                                                  {"rename", "a.xml", "A=B"},
+                                                  {"check", "a.xml", "-o", "x"}}) {
         const ToolRun run = RunTool(words);
         EXPECT_EQ(run.status, 2);
         EXPECT_THAT(run.out, IsEmpty());

@@ -15,7 +15,8 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 std::string Model(const std::string& value) {
-    return ModelDocument(NamespaceElement("root", NamespaceElement("A") + NamespaceElement("B") + NamespaceElement("x=y")) + MapElement("m", value));
+    return ModelDocument(NamespaceElement("root", NamespaceElement("A") + NamespaceElement("B") + NamespaceElement("x=y")) +
+                         MapElement("m", value));
 }
 
 TEST(SmodelRename, WritesTheRenamedModel) {
@@ -44,7 +45,8 @@ TEST(SmodelRename, ListsWhatStillUsesTheOldName) {
     const ToolRun run = RunTool({"rename", "-", "A=Z", "-o", out}, Model("[A].[x]"));
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.err, HasSubstr(out + ":2:"));
-    EXPECT_THAT(run.err, ContainsRegex("warning: This text still names the namespace 'A': .* \\[\\(parameterMapEntry\\)\\.\\(\\)\\.\\(e1\\)\\]\n"));
+    EXPECT_THAT(run.err,
+                ContainsRegex("warning: This text still names the namespace 'A': .* \\[\\(parameterMapEntry\\)\\.\\(\\)\\.\\(e1\\)\\]\n"));
     EXPECT_THAT(directory.Read("out.xml"), HasSubstr("<value>[A].[x]</value>"));
 }
 

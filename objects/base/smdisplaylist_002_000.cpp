@@ -5,10 +5,11 @@
 namespace schema_002_000 {
 
 void SMDisplayList::Sort() {
-    if (std::is_sorted(m_items.begin(), m_items.end(), DisplayOrderSort)) return;
-    // nulls first: with them among the items the comparison would be no order
-    const auto end = std::stable_partition(m_items.begin(), m_items.end(), [](const SMObjectBase* item) { return item != nullptr; });
-    std::stable_sort(m_items.begin(), end, DisplayOrderSort);
+    auto end = m_items.end();
+    // nulls are set aside: with them among the items the comparison would be no order
+    if (std::find(m_items.begin(), end, nullptr) != end)
+        end = std::stable_partition(m_items.begin(), end, [](const SMObjectBase* item) { return item != nullptr; });
+    if (!std::is_sorted(m_items.begin(), end, DisplayOrderSort)) std::stable_sort(m_items.begin(), end, DisplayOrderSort);
 }
 
 bool SMDisplayList::RemoveById(const QvULString& id) {

@@ -1,5 +1,7 @@
 #include "objects/base/smxmlobject2_002_000.h"
 
+#include <algorithm>
+
 #include "core/qvutils/text/qvmarkedkeytokenizer.h"
 #include "objects/transforms/smrenamelist2_002_000.h"
 
@@ -72,9 +74,13 @@ void SMXMLObject2::UpdateWHID(std::map<QvULString, QvULString>& idMap, I18NStrin
         const auto mapped = idMap.find(token);
         if (token.empty() || mapped == idMap.end() || mapped->second == token) continue;
         const std::string_view from = token.utf8(), to = mapped->second.utf8();
-        // goes on behind each replacement: a value that holds its own key would otherwise be replaced for ever
-        for (std::size_t at = edited.find(from); at != std::string::npos; at = edited.find(from, at + to.size()))
+        // a replacement may complete the next occurrence; only where the value holds its own key does the search go on behind it
+        const std::size_t overlap = from.size() - 1;
+        const bool endless = to.find(from) != std::string_view::npos;
+        for (std::size_t at = edited.find(from); at != std::string::npos;) {
             edited.replace(at, from.size(), to);
+            at = edited.find(from, endless ? at + to.size() : at - std::min(at, overlap));
+        }
     }
     text.assign(edited);
 }

@@ -122,7 +122,7 @@ void SMNamedObject2::constructFromIOParameter(const IOParameter& row) {
 bool SMNamedObject2::write_lang_element(IOHelper& helper, const SMLocaleMap& map, const I18NString& tag) {
     for (const auto& entry : map) {
         if (IsDefaultLocaleColumn(entry.first)) continue;
-        IOHashParam params;
+        SMLocal<IOHashParam> params;
         SMRowWriter row(*AddHash(params, IOParamTag::ATTRIBUTES));
         row.Text(IOParamTag::XML_ELEMENT_ID, GetId());
         row.Number(IOParamTag::XML_ELEMENT_VERSION, GetVersionNo());

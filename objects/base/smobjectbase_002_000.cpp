@@ -149,7 +149,7 @@ bool SMObjectBase::InsertRow(IOHelper& helper, const SMTable& table) {
     const QvSmartPtr<IOHashParam> history = new IOHashParam();
     getAttributes(*attrs, *history);
     const QvSmartPtr<IOQvStringParam> tableName = new IOQvStringParam(table.name);
-    IOHashParam params;
+    SMLocal<IOHashParam> params;
     params.insertOrReplace(IOParamTag::ATTRIBUTES, attrs);
     params.insertOrReplace(IOParamTag::HISTORY_ATTRIBUTES, history);
     params.insertOrReplace(IOParamTag::TABLE_NAME, tableName);

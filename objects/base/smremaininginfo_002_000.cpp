@@ -55,7 +55,7 @@ bool SMObjectBase::write_remaining_info(IOHelper& helper, const I18NString& tag,
         version = 1;
     }
 
-    IOHashParam params;
+    SMLocal<IOHashParam> params;
     SMRowWriter row(*AddHash(params, IOParamTag::ATTRIBUTES));
     row.Text(IOParamTag::XML_ELEMENT_ID, recordId);
     row.Number(IOParamTag::XML_ELEMENT_VERSION, version);
@@ -75,11 +75,11 @@ bool SMObjectBase::write_remaining_info(IOHelper& helper, const I18NString& tag,
 }
 
 bool SMObjectBase::SelectRemainingInfo(IOHelper& helper, const SMObjectBase* owner, const char* method, QvSmartVector<IOParameter>& rows) {
-    IOHashParam params;
+    SMLocal<IOHashParam> params;
     SMRowWriter clause(*AddHash(params, IOParamTag::CLAUSES));
     clause.Text(IOParamTag::XML_ELEMENT_PARENT_ID, owner->GetId());
     clause.Number(IOParamTag::XML_ELEMENT_PARENT_VERSION, owner->GetVersionNo());
-    IOArrayParam found;
+    SMLocal<IOArrayParam> found;
     if (!helper.DoReadAction(IOAction::AT_ReadRemainingInfo, params, found)) return false;
     for (int i = 0; i < found.Size(); ++i) {
         QvSmartPtr<IOParameter> row = found.At(i);

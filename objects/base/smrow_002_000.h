@@ -46,6 +46,13 @@ inline QvULString SMColumn(const char* name) {
     return QvULString::Immortal(name);
 }
 
+/** A collection on the stack, with a reference of its own: whoever shares it for a while (an iterator does) does not delete it. */
+template <class T>
+class SMLocal : public T {
+  public:
+    SMLocal() { this->addReference(); }
+};
+
 /** Fills a row, one column a line. A column that is left out is NULL in the new row. */
 class SMRowWriter {
   public:

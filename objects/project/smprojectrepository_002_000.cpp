@@ -62,12 +62,12 @@ bool SMProject2::ReadRootNamespace(IOHelper& helper) {
 }
 
 bool SMProject2::read(IOHelper& helper) {
-    IOHashParam params;
+    SMLocal<IOHashParam> params;
     AddHash(params, IOParamTag::ATTRIBUTES);
     AddHash(params, IOParamTag::HISTORY_ATTRIBUTES);
     AddHash(params, IOParamTag::CLAUSES);
     SMRowWriter(params).Text(IOParamTag::OBJECT, m_tags->project);
-    IOArrayParam rows;
+    SMLocal<IOArrayParam> rows;
     if (!helper.DoReadAction(IOAction::AT_ReadSMProject, params, rows)) return false;
     if (rows.Size() > 0) AdoptRow(helper, *this, *rows.At(0));
 

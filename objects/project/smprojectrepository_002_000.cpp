@@ -73,13 +73,13 @@ bool SMProject2::read(IOHelper& helper) {
 
     std::map<QvULString, long*> wanted{{m_tags->locales, &m_localesVersion}};
     SMProjectBuilder builder(this);
-    bool success = read_remaining_info_into_builder(helper, this, &builder, wanted);
+    if (!read_remaining_info_into_builder(helper, this, &builder, wanted)) return false;
     if (m_locales.empty()) {
         SMLog(SM_NOTICE, WORDS, "read", "Upgrading Meridian RTM database to Meridian hotsite version");
         helper.SetFixingLostRemainingInfo(true);
-        if (success) success = read_remaining_info_into_builder(helper, this, &builder, wanted);
+        if (!read_remaining_info_into_builder(helper, this, &builder, wanted)) return false;
     }
-    return success && ReadRootNamespace(helper) && ReadOwned(helper, m_tags->dataSource, m_dataSources) &&
+    return ReadRootNamespace(helper) && ReadOwned(helper, m_tags->dataSource, m_dataSources) &&
            ReadChildren<SMPackage2>(helper, m_tags->package, [&](SMPackage2* package) { m_packages.push_back(package); }) &&
            ReadOwned(helper, m_tags->parameterMap, m_parameterMaps) && ReadOwned(helper, m_tags->securityView, m_securityViews);
 }

@@ -39,6 +39,11 @@ void SMNamespace2::ChangeDefaultName(const I18NString& name) {
     if (m_project) m_project->AddNamespaceToMap(this);
 }
 
+void SMNamespace2::SetSMProject(SMProject2* project) {
+    if (m_project && project != m_project) m_project->ForgetNamespace(this);
+    SMSectionType2::SetSMProject(project);
+}
+
 void SMNamespace2::CorrectChildrenParentPtrs() {
     for (SMObjectBase* item : m_displayOrder.Items())
         if (item) item->parent = this;
@@ -96,7 +101,7 @@ bool SMNamespace2::write_next(IOHelper& helper) {
 using Tag = SMEnum_xmltag::Enum;
 
 SMNamespaceBuilder::SMNamespaceBuilder(SMNamespace2* ns, bool isFileRoot)
-    : SMSectionTypeBuilder(ns), m_namespace(ns), m_isFileRoot(isFileRoot) {}
+    : SMSectionTypeBuilder(ns), m_namespace(ns), m_held(isFileRoot ? nullptr : ns), m_isFileRoot(isFileRoot) {}
 
 void SMNamespaceBuilder::smtagStartElement(const I18NString&, const I18NString&, Tag tag, const QvXMLAttributes& attrs) {
     const bool isFirst = m_atFirstElement;
@@ -121,8 +126,9 @@ void SMNamespaceBuilder::JoinParent() {
         case MODEL_TYPE_NAMESPACE:
         case MODEL_TYPE_FOLDER: {
             auto* section = static_cast<SMSectionType2*>(parent);
-            // only a namespace that somebody else shares can stand there already
-            const bool joined = m_namespace->getReferenceCount() > 1 && section->HasNamespace(m_namespace);
+            // only a namespace that somebody else shares can stand there already: the others are spared the search
+            const int ownShare = m_held ? 1 : 0;
+            const bool joined = m_namespace->getReferenceCount() > ownShare && section->HasNamespace(m_namespace);
             if (!joined) section->AddNamespace(m_namespace);
             break;
         }

@@ -28,6 +28,8 @@ class SM_API SMNamespace2 : public SMSectionType2 {
     void ChangeDefaultName(const I18NString& name);
     void SetNameDontTouchNamespaceMap(const QvULString& name) { SMNamedObject2::ChangeDefaultName(name); }
     std::vector<SMObjectBase*>& GetChildrenInOrder() { return m_displayOrder.Items(); }
+    /** As for every section; the names that lead here leave the map of the project that is left. */
+    void SetSMProject(SMProject2* project);
     /** For a caller that has moved children in bulk. */
     void CorrectChildrenParentPtrs();
     /** Reads a file of this namespace, below the project's base directory. A bad file is logged, and gives false. */
@@ -41,7 +43,10 @@ class SM_API SMNamespace2 : public SMSectionType2 {
 
 class SM_API SMNamespaceBuilder : public SMSectionTypeBuilder {
   public:
-    /** Shares the namespace, which may stand in no collection yet. `isFileRoot`: for the root element of a namespace's own file. */
+    /**
+     * Shares the namespace, which may stand in no collection yet. `isFileRoot`: for the root element of a namespace's own file;
+     * whoever reads the file has the namespace then, and the builder borrows it.
+     */
     SMNamespaceBuilder(SMNamespace2* ns, bool isFileRoot);
     void smtagStartElement(const I18NString& module, const I18NString& className, SMEnum_xmltag::Enum tag,
                            const QvXMLAttributes& attrs) override;
@@ -50,7 +55,8 @@ class SM_API SMNamespaceBuilder : public SMSectionTypeBuilder {
   private:
     void JoinParent();
 
-    QvSmartPtr<SMNamespace2> m_namespace;
+    SMNamespace2* m_namespace;
+    QvSmartPtr<SMNamespace2> m_held;
     bool m_isFileRoot;
     bool m_atFirstElement = true;
 };

@@ -29,7 +29,7 @@ void SMSectionType2::AddNamespace(SMNamespace2* ns) {
 }
 
 SMNamespace2* SMSectionType2::AddOrUpdateNamespace(const QvULString& name, const QvULString& description) {
-    const QvSmartPtr<SMNamespace2> found = m_project->FindNamespaceByName(name);
+    SMNamespace2* found = m_project ? m_project->FindNamespaceByName(name) : nullptr;
     if (!found) {
         auto* ns = new SMNamespace2(this, m_project);
         Number(ns);
@@ -40,6 +40,7 @@ SMNamespace2* SMSectionType2::AddOrUpdateNamespace(const QvULString& name, const
         return ns;
     }
     if (found->parent != this && MayMoveHere(found, "AddOrUpdateNamespace")) {
+        const QvSmartPtr<SMNamespace2> held = found;
         m_project->ForgetRecordedName(found->GetName());
         m_project->DeleteNamespaceWithName(name);
         found->parent = this;
@@ -59,7 +60,7 @@ bool SMSectionType2::IsInside(const SMNamespace2* ns) const {
 }
 
 bool SMSectionType2::MayMoveHere(const SMNamespace2* ns, const char* method) const {
-    const bool isRoot = ns->parent && ns->parent == ns->GetSMProject() && ns->GetSMProject() == m_project;
+    const bool isRoot = m_project && ns == m_project->GetRootNamespace();
     if (!isRoot && !IsInside(ns)) return true;
     SMLog(SM_FAILURE, WORDS, method,
           "A namespace cannot be moved below itself: namespace '" + I18NString(ns->GetName()) + "' stays where it is.");
@@ -81,8 +82,8 @@ void SMSectionType2::DeleteNamespace(SMNamespace2* ns) {
 }
 
 void SMSectionType2::ImportNamespace(SMNamespace2* ns) {
-    const QvSmartPtr<SMNamespace2> held = ns;
     if (!MayMoveHere(ns, "ImportNamespace")) return;
+    const QvSmartPtr<SMNamespace2> held = ns;
     if (SMProject2* from = ns->GetSMProject()) from->DeleteNamespace(ns);
     ns->parent = this;
     ns->SetSMProject(m_project);

@@ -35,6 +35,7 @@ SMProject2::~SMProject2() {
         if (object->parent == this) object->parent = nullptr;
     }
     m_allObjects.RemoveAll(true);
+    for (const auto& entry : m_namespaceMap) entry.second->m_mapEntries = 0;
     m_namespaceMap.clear();
     m_idMap.clear();
     m_packages.clear();
@@ -156,7 +157,6 @@ void SMProject2::DeleteNamespaceWithName(const I18NString& name) {
 }
 
 void SMProject2::DeleteNamespace(SMNamespace2* ns) {
-    const QvSmartPtr<SMNamespace2> held = ns;
     RemoveNamespaceAndDescendentsFromMap(ns);
     SMObjectBase* container = ns->GetParentSMObj();
     if (container == this) {
@@ -171,15 +171,15 @@ void SMProject2::DeleteNamespace(SMNamespace2* ns) {
 void SMProject2::RecordObject(SMObjectBase* object) {
     if (!m_keepIdMap) return;
     const QvULString key = object->GetSMID(false);
-    if (m_idMap.emplace(key, object).second) m_recordedKeys[object] = key;
+    if (m_idMap.emplace(key, object).second) m_recordedKeys.emplace(object, key);
 }
 
 void SMProject2::ForgetRecorded(SMObjectBase* object) {
     if (m_recordedKeys.empty()) return;
-    const auto recorded = m_recordedKeys.find(object);
-    if (recorded == m_recordedKeys.end()) return;
-    if (const auto entry = m_idMap.find(recorded->second); entry != m_idMap.end() && entry->second == object) m_idMap.erase(entry);
-    m_recordedKeys.erase(recorded);
+    const auto [first, last] = m_recordedKeys.equal_range(object);
+    for (auto recorded = first; recorded != last; ++recorded)
+        if (const auto entry = m_idMap.find(recorded->second); entry != m_idMap.end() && entry->second == object) m_idMap.erase(entry);
+    m_recordedKeys.erase(first, last);
 }
 
 void SMProject2::ForgetRecordedName(const QvULString& key) {

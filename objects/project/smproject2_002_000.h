@@ -221,8 +221,8 @@ class SM_API SMProject2 : public SMObjectBase {
 
     SMNameEpoch m_nameEpoch;
     std::vector<QvULString> m_localeSpellings;
-    /** The keys under which objects were recorded. */
-    std::unordered_map<const SMObjectBase*, QvULString> m_recordedKeys;
+    /** The keys under which objects were recorded; an object that moves under another name has several. */
+    std::unordered_multimap<const SMObjectBase*, QvULString> m_recordedKeys;
 };
 
 }  // namespace schema_002_000

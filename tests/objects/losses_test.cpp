@@ -1,0 +1,101 @@
+// Random objects go through the document and through the repository; whatever does not come back must stand in docs/losses.md.
+#include <gmock/gmock.h>
+
+#include <regex>
+#include <sstream>
+
+#include "tests/support/capturedlog.h"
+#include "tests/support/contexts.h"
+#include "tests/support/documents.h"
+#include "tests/support/facts.h"
+#include "tests/support/modelclasses.h"
+
+using namespace schema_002_000;
+using namespace smtest;
+
+namespace {
+
+constexpr unsigned ROUNDS = 25;
+
+/** "document folder.name(other)": the face, and the field. */
+using Losses = std::set<std::string>;
+
+/** The rows of the page's table whose last cell names fields in backticks. */
+Losses ListedLosses() {
+    Losses losses;
+    std::istringstream page(ReadFile(std::string(SMODEL_SOURCE_DIR) + "/docs/losses.md"));
+    const std::regex field("`([^`]+)`");
+    for (std::string line; std::getline(page, line);) {
+        if (line.empty() || line[0] != '|') continue;  // prose shows fields, too
+        const std::string face = line.find("| document |") != std::string::npos ? "document " : "repository ";
+        const std::string cell = line.substr(line.rfind('|', line.size() - 2));
+        for (std::sregex_iterator at(cell.begin(), cell.end(), field), end; at != end; ++at) losses.insert(face + at->str(1));
+    }
+    return losses;
+}
+
+class Journey {
+  public:
+    Journey(const ModelClass& entry, unsigned seed) : m_entry(entry), m_object(entry.Filled(*m_first, Values(seed))) {
+        m_facts = FactsOf(*m_object);
+    }
+
+    void ThroughDocument() {
+        const auto read = m_entry.read(*m_second, WriteElement(*m_object));
+        NoteAndGoOn("document ", read);
+    }
+    void ThroughRepository() {
+        StoreContext store;
+        ASSERT_TRUE(m_object->write(store));
+        m_facts = FactsOf(*m_object);  // a save gives versions and ids where there are none
+        const std::string table = Str(store.Actions()[0].params->GetByName(IOParamTag::TABLE_NAME)->GetQvStringValue());
+        const auto read = m_entry.make(*m_third);
+        read->constructFromIOParameter(*store.RowOf(table, Str(m_object->GetId())));
+        ASSERT_TRUE(read->read(store));
+        EXPECT_THAT(store.Faults(), testing::IsEmpty());
+        NoteAndGoOn("repository ", read);
+    }
+    const Losses& GetLosses() const { return m_losses; }
+
+  private:
+    static ProjectPtr ProjectFor() {
+        ProjectPtr project = NewProject();
+        project->SetId("project");
+        return project;
+    }
+    void NoteAndGoOn(const std::string& face, const ModelClass::Object& read) {
+        const Facts facts = FactsOf(*read);
+        for (const std::string& field : DifferingFields(m_facts, facts)) m_losses.insert(face + field);
+        m_object = read;
+        m_facts = facts;
+    }
+
+    ProjectPtr m_first = ProjectFor(), m_second = ProjectFor(), m_third = ProjectFor();
+    const ModelClass& m_entry;
+    ModelClass::Object m_object;
+    Facts m_facts;
+    Losses m_losses;
+};
+
+Losses LossesOf(const ModelClass& entry, unsigned seed) {
+    Losses losses;
+    for (const bool documentFirst : {true, false}) {
+        Journey journey(entry, seed);
+        if (documentFirst) journey.ThroughDocument();
+        journey.ThroughRepository();
+        if (!documentFirst) journey.ThroughDocument();
+        losses.insert(journey.GetLosses().begin(), journey.GetLosses().end());
+    }
+    return losses;
+}
+
+}  // namespace
+
+TEST(Losses, AreTheOnesOfThePage) {
+    const CapturedLog log;
+    Losses seen;
+    for (const ModelClass& entry : ModelClasses())
+        for (unsigned seed = 1; seed <= ROUNDS; ++seed) seen.merge(LossesOf(entry, seed));
+    EXPECT_EQ(seen, ListedLosses());
+    EXPECT_THAT(log.Events(), testing::IsEmpty());
+}

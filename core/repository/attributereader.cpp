@@ -1,0 +1,129 @@
+#include "core/repository/attributereader.h"
+
+#include "core/qvutils/text/asciifold.h"
+#include "core/repository/celldate.h"
+
+namespace qv {
+
+namespace {
+
+constexpr CellKind HEAD_TEXT = CellKind::text, HEAD_NUMBER = CellKind::number;
+
+int ParameterKind(CellKind kind) {
+    switch (kind) {
+        case CellKind::number:
+            return IOParameter::kindLong;
+        case CellKind::flag:
+            return IOParameter::kindBool;
+        case CellKind::date:
+            return IOParameter::kindDate;
+        case CellKind::text:
+            break;
+    }
+    return IOParameter::kindString;
+}
+
+std::string_view NameOfParameterKind(int kind) {
+    for (const CellKind cell : {CellKind::text, CellKind::number, CellKind::flag, CellKind::date})
+        if (ParameterKind(cell) == kind) return NameOf(cell);
+    return "collection";
+}
+
+std::string WrongKind(CellKind kind, const IOParameter& value) {
+    return "takes a " + std::string(NameOf(kind)) + ", not a " + std::string(NameOfParameterKind(value.GetKind()));
+}
+
+}  // namespace
+
+AttributeReader::AttributeReader(const RowTable& table) : cells(table.columns.size()), m_table(table) {}
+
+int AttributeReader::TargetOf(std::string_view name) const {
+    const CatalogueTable& catalogue = *m_table.catalogue;
+    const auto is = [name](std::string_view other) { return !other.empty() && AsciiEqualsIgnoreCase(name, other); };
+    const bool record = &m_table == &Schema::Get().remainInfo();
+    if (record || &m_table == &Schema::Get().langText()) {  // these are sent by keys, not by columns
+        if (is(record ? "name" : "xml_element_id")) return id;
+        if (is("xml_element_version")) return version;
+        if (is("xml_element_parent_id")) return parentId;
+        if (is("xml_element_parent_version")) return parentVersion;
+    } else {
+        if (is(catalogue.id) || is("ID")) return id;
+        if (is(catalogue.version) || is("VERSION")) return version;
+        if (is(catalogue.parentId) || is("PARENT_ID")) return m_table.hasParent ? parentId : ignored;
+        if (is(catalogue.parentVersion) || is("PARENT_VERSION")) return m_table.hasParent ? parentVersion : ignored;
+    }
+    for (std::size_t cell = 0; cell < m_table.columns.size(); ++cell) {
+        const CatalogueColumn& column = *m_table.columns[cell];
+        if (is(record ? column.key : column.name)) return static_cast<int>(cell);
+        if (column.name == "LOCALE" && is("xml_element_locale")) return static_cast<int>(cell);
+    }
+    return unknown;
+}
+
+std::string AttributeReader::Read(const IOParameter& attributes) {
+    const auto* const hash = dynamic_cast<const IOHashParam*>(&attributes);
+    if (!hash) return "was sent something else than a keyed collection";
+    const std::vector<IOHashParam::Pair>& pairs = hash->pairs();
+    head = {};
+    std::fill(cells.begin(), cells.end(), Cell{});
+    if (m_plan.size() < pairs.size()) {
+        m_plan.resize(pairs.size());
+        m_texts.resize(pairs.size());
+    }
+    for (std::size_t at = 0; at < pairs.size(); ++at)
+        if (std::string fault = Take(at, pairs[at].key, pairs[at].value.get()); !fault.empty()) return fault;
+    if (head.id.empty()) return "was sent a row without an id";
+    return {};
+}
+
+std::string AttributeReader::Take(std::size_t at, const QvULString& column, const IOParameter* value) {
+    Step& step = m_plan[at];
+    if (!step.column.shared().same(column.shared()) || step.target == unknown) {
+        step.column = column;
+        step.target = TargetOf(column.utf8());
+    }
+    if (step.target == unknown) return "has no column '" + std::string(column.utf8()) + "'";
+    if (step.target == ignored || !value || value->IsNull()) return {};
+    std::string fault = step.target < 0 ? TakeHead(at, step.target, value) : TakeCell(at, step.target, value);
+    return fault.empty() ? fault : "column '" + std::string(column.utf8()) + "' " + fault;
+}
+
+std::string AttributeReader::TakeHead(std::size_t at, int target, const IOParameter* value) {
+    const bool text = target == id || target == parentId;
+    const CellKind kind = text ? HEAD_TEXT : HEAD_NUMBER;
+    if (value->GetKind() != ParameterKind(kind)) return WrongKind(kind, *value);
+    if (text)
+        (target == id ? head.id : head.parentId) = Keep(at, value->GetQvStringValue());
+    else
+        (target == version ? head.version : head.parentVersion) = value->GetLongValue();
+    return {};
+}
+
+std::string AttributeReader::TakeCell(std::size_t at, int target, const IOParameter* value) {
+    const CellKind kind = m_table.columns[static_cast<std::size_t>(target)]->kind;
+    if (value->GetKind() != ParameterKind(kind)) return WrongKind(kind, *value);
+    Cell& cell = cells[static_cast<std::size_t>(target)];
+    switch (kind) {
+        case CellKind::text:
+            cell = Cell::Text(Keep(at, value->GetQvStringValue()));
+            if (cell.view.find('\0') != std::string_view::npos) return "cannot hold the character NUL";
+            break;
+        case CellKind::number:
+            cell = Cell::Number(value->GetLongValue());
+            break;
+        case CellKind::flag:
+            cell = Cell::Number(value->GetBoolValue() ? 1 : 0);
+            break;
+        case CellKind::date:
+            cell = CellOf(value->GetDateValue());
+            break;
+    }
+    return {};
+}
+
+std::string_view AttributeReader::Keep(std::size_t at, const I18NString& text) {
+    m_texts[at] = text;
+    return m_texts[at].utf8();
+}
+
+}  // namespace qv

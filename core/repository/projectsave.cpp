@@ -1,0 +1,356 @@
+#include "core/repository/projectsave.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "core/qvutils/base/qvuuid.h"
+#include "core/qvutils/diag/qvlogevent.h"
+#include "core/qvutils/params/ionames.h"
+
+namespace qv {
+
+namespace {
+
+/** Ids of records are cut to this many characters, the owner's id at their beginning with them. */
+constexpr std::size_t RECORD_ID_LENGTH = 50;
+
+bool BelongsTo(std::string_view recordId, std::string_view owner) {
+    const std::size_t length = std::min({owner.size(), recordId.size(), RECORD_ID_LENGTH});
+    return recordId.substr(0, length) == owner.substr(0, length);
+}
+
+}  // namespace
+
+ProjectSave::ProjectSave(StoreSession& session, IOHelper& helper, std::int64_t project, std::int64_t base)
+    : m_schema(Schema::Get()),
+      m_session(session),
+      m_helper(helper),
+      m_project(project),
+      m_base(base),
+      m_state(session),
+      m_writer(session),
+      m_adoption(m_state) {
+    m_state.Start(m_project, m_base);
+}
+
+void ProjectSave::SetBase(std::int64_t base) {
+    m_base = base;
+    m_state.Start(m_project, m_base);
+}
+
+bool ProjectSave::Fail(const char* method, const std::string& message) {
+    m_failed = true;
+    QvLogEvent(1, "code", "QvOne", "smrepositoryhelper", "SMRepositoryHelper", method, 0, I18NString(std::string_view(message)), "").Log();
+    return false;
+}
+
+template <class Work>
+bool ProjectSave::Guarded(const char* method, Work&& work) {
+    if (m_failed) return false;
+    try {
+        if (work()) return !m_failed;
+        m_failed = true;
+    } catch (const StoreError& error) {
+        m_movedOn = error.reason() == StoreError::movedOn;
+        const std::string moved = "The repository has moved on: revision " + std::to_string(m_base) + " is not the last any more.";
+        Fail(method, m_movedOn ? moved : error.message());
+    }
+    return false;
+}
+
+template <class Work>
+bool ProjectSave::RunAsSave(const char* method, IOObject* outermost, Work&& work) {
+    bool success = Begin(outermost);
+    try {
+        success = success && Guarded(method, work);
+    } catch (...) {
+        End(false, nullptr);
+        throw;
+    }
+    return End(success, outermost);
+}
+
+bool ProjectSave::Begin(IOObject* outermost) {
+    m_running = true;
+    m_failed = false;
+    m_movedOn = false;
+    m_projectChanged = false;
+    m_writtenUnread.clear();
+    m_writer.Start(m_project, m_base);
+    if (outermost) m_adoption.Start(*outermost);
+    return Guarded("WriteObject", [&] {
+        if (m_project == 0) return true;
+        const std::optional<ProjectEntry> entry = m_session.Project(m_project);
+        if (!entry || entry->head != m_base) throw StoreError("", StoreError::movedOn);
+        return true;
+    });
+}
+
+bool ProjectSave::End(bool success, IOObject* outermost) {
+    success = success && Guarded("WriteObject", [&] {
+                  if (outermost) EndUnvisited(*outermost);
+                  if (m_writer.WroteNothing()) return true;
+                  m_writer.Commit(m_projectChanged ? &m_projectId : nullptr, m_projectChanged ? &m_projectName : nullptr);
+                  m_project = m_writer.project();
+                  m_base = m_writer.revision();
+                  return true;
+              });
+    m_writer.Rollback();
+    while (m_open > 0) Pop();
+    m_looseRecords.Clear();
+    m_running = false;
+    m_state.Start(m_project, m_base);
+    return success;
+}
+
+bool ProjectSave::WriteObject(IOObject& object) {
+    const auto work = [&] { return WriteOne(object); };
+    return m_running ? Guarded("WriteObject", work) : RunAsSave("WriteObject", &object, work);
+}
+
+bool ProjectSave::WriteOne(IOObject& object) {
+    const RowTable* const table = m_schema.FindByIdColumn(object.GetIdCol().utf8());
+    if (!table)
+        return Fail("WriteObject", TellRow("?", object.GetId().utf8(), &object) + "no table has the id column '" +
+                                       std::string(object.GetIdCol().utf8()) + "'");
+    m_state.Rows(*table);
+    for (const IdEntry* entry = m_state.ids().Find(object.GetId().utf8()); entry; entry = entry->sameId)
+        if (entry->object == &object) return true;
+    const bool freshId = SettleId(object, *table);
+
+    IdEntry& entry = m_state.ids().Entry(object.GetId().utf8(), *table);
+    entry.object = &object;
+    if (Frame* const parent = Top(); parent && parent->object == object.parent) {
+        auto list = std::find_if(parent->children.begin(), parent->children.end(), [&](const Children& c) { return c.table == table; });
+        if (list == parent->children.end()) list = parent->children.insert(list, Children{table, {}});
+        list->ids.push_back(entry.id);
+    }
+
+    Frame& frame = Push(object, entry);
+    const struct Popper {
+        ProjectSave& save;
+        ~Popper() { save.Pop(); }
+    } popper{*this};
+    const int version = object.GetVersionNo();
+    if (!WriteRow(object, entry, freshId)) {
+        object.SetVersionNo(version);
+        return false;
+    }
+    Close(frame);
+    if (m_open == 1) PlaceAmongSiblings(object, entry);
+    return true;
+}
+
+bool ProjectSave::SettleId(IOObject& object, const RowTable& table) {
+    if (object.GetId().empty()) return SettleEmptyId(object, table);
+    const IdEntry* other = m_state.ids().Find(object.GetId().utf8());
+    while (other && !other->object) other = other->sameId;
+    if (!other) return false;
+    I18NString path;
+    object.getPath(path);
+    const std::string message = "The id '" + std::string(object.GetId().utf8()) + "' is that of another object; object '" +
+                                std::string(path.utf8()) + "' gets a new one.";
+    QvLogEvent(1, "code", "QvOne", "smrepositoryhelper", "SMRepositoryHelper", "WriteObject", 0, I18NString(std::string_view(message)), "")
+        .Log();
+    object.SetId(QvUUIDGen::Create().GetAsQvULString());
+    return true;
+}
+
+bool ProjectSave::SettleEmptyId(IOObject& object, const RowTable& table) {
+    std::size_t place = 0;
+    if (const Frame* const parent = Top(); parent && parent->object == object.parent)
+        for (const Children& children : parent->children)
+            if (children.table == &table) place = children.ids.size();
+    const std::string adopted = m_adoption.IdFor(object, table, place);
+    object.SetId(adopted.empty() ? QvUUIDGen::Create().GetAsQvULString() : QvULString(std::string_view(adopted)));
+    return adopted.empty();
+}
+
+bool ProjectSave::WriteRow(IOObject& object, const IdEntry& entry, bool freshId) {
+    if (!entry.row) {
+        const std::int64_t ended = freshId ? 0 : m_state.EndedVersion(*entry.table, {entry.id, 0, {}, 0});
+        object.SetVersionNo(static_cast<int>(std::max<std::int64_t>({object.GetVersionNo(), 1, ended + 1})));
+        return object.write_no_seq_inc(m_helper);
+    }
+    const auto stored = static_cast<int>(rowcodec::Version(entry.row));
+    object.SetVersionNo(stored);
+    if (!object.compare_write(m_helper)) return object.write_next(m_helper);
+    object.SetVersionNo(stored + 1);
+    return object.write_no_seq_inc(m_helper);
+}
+
+bool ProjectSave::CompareStored(IOObject& object) {
+    bool differs = true;
+    const auto work = [&] {
+        if (const RowTable* const table = m_schema.FindByIdColumn(object.GetIdCol().utf8())) {
+            m_state.Rows(*table);
+            differs = Differs(object, *table);
+        }
+        return true;
+    };
+    if (!m_running) m_failed = false;
+    Guarded("CompareStored", work);
+    return differs;
+}
+
+bool ProjectSave::Differs(IOObject& object, const RowTable& table) {
+    const IdEntry* const entry = m_state.ids().Find(object.GetId().utf8(), table);
+    if (!entry || !entry->row) return true;
+    if (!m_state.ReadAttributes(table, object).empty()) return true;  // the insert tells what is wrong
+    AttributeReader& attributes = m_state.Attributes(table);
+    const auto same = [&] {
+        const char* const row = rowcodec::Encode(m_arena, table, attributes.head, attributes.cells);
+        const bool equal = rowcodec::SameBody(table, row, entry->row);
+        RowArena::Release(row);
+        return equal;
+    };
+    if (same()) return false;
+    return !KeepStored(table, entry->row, attributes.cells) || !same();
+}
+
+bool ProjectSave::KeepStored(const RowTable& table, const char* stored, std::vector<Cell>& cells) {
+    bool kept = false;
+    for (const std::size_t column : table.body) {
+        if (table.columns[column]->comparing != Comparing::unlessUnset || cells[column].kind != Cell::null) continue;
+        cells[column] = rowcodec::BodyCell(table, stored, column);
+        kept |= cells[column].kind != Cell::null;
+    }
+    return kept;
+}
+
+ProjectSave::Frame& ProjectSave::Push(IOObject& object, IdEntry& entry) {
+    if (m_open == m_frames.size()) m_frames.emplace_back();
+    Frame& frame = m_frames[m_open++];
+    frame.object = &object;
+    frame.entry = &entry;
+    return frame;
+}
+
+void ProjectSave::Pop() {
+    Frame& frame = m_frames[--m_open];
+    frame.children.clear();
+    frame.records.Clear();
+}
+
+void ProjectSave::Close(Frame& frame) {
+    const std::string_view id = frame.entry->id;
+    for (const Children& children : frame.children) {
+        CloseOrder(id, *children.table, children.ids);
+        for (const UnreadChild& unread : UnreadChildren())
+            if (frame.entry->table->name() == unread.parentTable && children.table->name() == unread.childTable)
+                m_writtenUnread.insert(std::string(id) + '\0' + std::string(unread.childTable));
+    }
+    if (m_state.empty()) return;
+    frame.records.Load(m_state, id);
+    frame.records.EndRest(m_writer, id);
+}
+
+void ProjectSave::CloseOrder(std::string_view parent, const RowTable& table, const std::vector<std::string_view>& ids) {
+    const SiblingOrder::Record* const record = m_state.empty() ? nullptr : m_state.Order().Find(parent, table.name());
+    if (!record && std::is_sorted(ids.begin(), ids.end())) return;
+    std::vector<std::size_t> places;
+    m_state.Order().Arrange(record, ids, places);
+    if (std::is_sorted(places.begin(), places.end())) return;
+    if (record) m_writer.EndOrder(parent, table.name(), record->first);
+    m_writer.Order(parent, table, SiblingOrder::Join(ids));
+}
+
+void ProjectSave::PlaceAmongSiblings(const IOObject& object, const IdEntry& entry) {
+    if (m_state.empty() || !object.parent) return;
+    const std::string_view parent = object.parent->GetId().utf8();
+    if (entry.row && rowcodec::ParentId(*entry.table, entry.row) == parent) return;
+    std::vector<std::string_view> ids;
+    for (const char* const row : m_state.Below(*entry.table, parent)) ids.push_back(rowcodec::Id(row));
+    ids.push_back(entry.id);
+    CloseOrder(parent, *entry.table, ids);
+}
+
+bool ProjectSave::DoWriteAction(const I18NString& action, const IOHashParam& params) {
+    const auto work = [&] {
+        try {
+            return Dispatch(action, params);
+        } catch (const IOParamException& error) {
+            return Fail("DoWriteAction", error.what());
+        }
+    };
+    return m_running ? Guarded("DoWriteAction", work) : RunAsSave("DoWriteAction", nullptr, work);
+}
+
+bool ProjectSave::Dispatch(const I18NString& action, const IOHashParam& params) {
+    if (action == IOAction::AT_InsertObject) return Insert(params);
+    if (action == IOAction::AT_WriteLangText) return InsertText(params);
+    if (action == IOAction::AT_WriteRemainingInfo) return InsertRecord(params);
+    return Fail("DoWriteAction", "There is no action '" + std::string(action.utf8()) + "' of writing.");
+}
+
+bool ProjectSave::Insert(const IOHashParam& params) {
+    const I18NString name = params.GetByName(IOParamTag::TABLE_NAME)->GetQvStringValue();
+    const RowTable* const table = m_schema.Find(name.utf8());
+    Frame* const frame = Top();
+    IOObject* const object = frame ? frame->object : nullptr;
+    if (!table || table == &m_schema.remainInfo() || table == &m_schema.langText())
+        return Fail("DoWriteAction",
+                    TellRow(name.utf8(), object ? object->GetId().utf8() : "", object) + "there is no such table of objects");
+    m_state.Rows(*table);
+    AttributeReader& attributes = m_state.Attributes(*table);
+    const std::string fault = attributes.Read(*params.GetByName(IOParamTag::ATTRIBUTES));
+    if (!fault.empty()) return Fail("DoWriteAction", TellRow(name.utf8(), attributes.head.id, object) + "the table " + fault);
+
+    const IdEntry& entry = m_state.ids().Entry(attributes.head.id, *table);
+    if (frame && (frame->entry != &entry))
+        return Fail("DoWriteAction", TellRow(name.utf8(), attributes.head.id, object) + "the row is not that of the object being written");
+    if (entry.row) {
+        KeepStored(*table, entry.row, attributes.cells);
+        m_writer.End(*table, rowcodec::Head(*table, entry.row));
+    }
+    if (table->name() == "SM_PROJECT") {
+        m_projectChanged = true;
+        m_projectId = attributes.head.id;
+        m_projectName = attributes.cells[static_cast<std::size_t>(table->nameColumn)].view;
+    }
+    m_writer.Insert(*table, rowcodec::Encode(m_arena, *table, attributes.head, attributes.cells), object);
+    return true;
+}
+
+bool ProjectSave::InsertText(const IOHashParam& params) {
+    const RowTable& table = m_schema.langText();
+    IOObject* const object = Top() ? Top()->object : nullptr;
+    AttributeReader& attributes = m_state.Attributes(table);
+    const std::string fault = attributes.Read(*params.GetByName(IOParamTag::ATTRIBUTES));
+    if (!fault.empty()) return Fail("DoWriteAction", TellRow(table.name(), attributes.head.id, object) + "the table " + fault);
+    m_writer.Insert(table, rowcodec::Encode(m_arena, table, attributes.head, attributes.cells), object);
+    return true;
+}
+
+bool ProjectSave::InsertRecord(const IOHashParam& params) {
+    const RowTable& table = m_schema.remainInfo();
+    Frame* const frame = Top();
+    IOObject* const object = frame ? frame->object : nullptr;
+    AttributeReader& attributes = m_state.Attributes(table);
+    const std::string fault = attributes.Read(*params.GetByName(IOParamTag::ATTRIBUTES));
+    if (!fault.empty()) return Fail("DoWriteAction", TellRow(table.name(), attributes.head.parentId, object) + "the table " + fault);
+    const bool own = frame && frame->entry->id == attributes.head.parentId;
+    OwnerRecords& records = own ? frame->records : m_looseRecords;
+    if (!own) records.Clear();
+    records.Load(m_state, attributes.head.parentId);
+    records.Write(m_state, m_writer, m_arena, object);
+    return true;
+}
+
+const RemainingInfoEntry* ProjectSave::LookUpRemainingInfo(const QvULString& id) {
+    bool known = false;
+    const auto work = [&] {
+        Frame* const frame = Top();
+        const bool own = frame && BelongsTo(id.utf8(), frame->entry->id);
+        OwnerRecords& records = own ? frame->records : m_looseRecords;
+        if (!own) records.Clear();
+        records.Load(m_state, own ? frame->entry->id : id.utf8().substr(0, id.utf8().rfind('/')));
+        known = records.LookUp(id.utf8(), m_entry);
+        return true;
+    };
+    if (!m_running) m_failed = false;
+    Guarded("doWriteLookUpRemainingInfo", work);
+    return known ? &m_entry : nullptr;
+}
+
+}  // namespace qv

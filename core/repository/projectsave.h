@@ -1,0 +1,113 @@
+#pragma once
+
+#include <deque>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "core/repository/idadoption.h"
+#include "core/repository/ownerrecords.h"
+#include "core/repository/rowwriter.h"
+#include "core/repository/savestate.h"
+
+namespace qv {
+
+/**
+ * The save of a project, or of a part of it: from the outermost write of an object to its end. What goes wrong in between is logged
+ * once and makes the whole fail.
+ */
+class ProjectSave {
+  public:
+    ProjectSave(StoreSession& session, IOHelper& helper, std::int64_t project, std::int64_t base);
+
+    /** IOHelper's operations of writing, under their names there. */
+    bool WriteObject(IOObject& object);
+    bool CompareStored(IOObject& object);
+    bool DoWriteAction(const I18NString& action, const IOHashParam& params);
+    const RemainingInfoEntry* LookUpRemainingInfo(const QvULString& id);
+
+    /** A save is under way. */
+    bool Running() const { return m_running; }
+    std::int64_t project() const { return m_project; }
+    std::int64_t base() const { return m_base; }
+    /** Bases the next save on another revision. */
+    void SetBase(std::int64_t base);
+    bool MovedOn() const { return m_movedOn; }
+
+  private:
+    /** The children of one table that were written below an object, by id, in their order. */
+    struct Children {
+        const RowTable* table;
+        std::vector<std::string_view> ids;
+    };
+    /** An object that is being written. */
+    struct Frame {
+        IOObject* object = nullptr;
+        IdEntry* entry = nullptr;
+        std::vector<Children> children;
+        OwnerRecords records;
+    };
+
+    bool Begin(IOObject* outermost);
+    bool End(bool success, IOObject* outermost);
+    /** Gives false, and makes the save fail, when the work does or the store raises. */
+    template <class Work>
+    bool Guarded(const char* method, Work&& work);
+    template <class Work>
+    bool RunAsSave(const char* method, IOObject* outermost, Work&& work);
+
+    bool WriteOne(IOObject& object);
+    bool WriteRow(IOObject& object, const IdEntry& entry, bool freshId);
+    /** True when the id was made just now, so that no row can ever have had it. */
+    bool SettleId(IOObject& object, const RowTable& table);
+    bool SettleEmptyId(IOObject& object, const RowTable& table);
+    bool Differs(IOObject& object, const RowTable& table);
+    Frame& Push(IOObject& object, IdEntry& entry);
+    void Pop();
+    /** Looks at what hangs below an object that was written. */
+    void Close(Frame& frame);
+    void CloseOrder(std::string_view parent, const RowTable& table, const std::vector<std::string_view>& ids);
+    /** An object that was written alone, and is new below its parent, comes behind its siblings. */
+    void PlaceAmongSiblings(const IOObject& object, const IdEntry& entry);
+
+    bool Dispatch(const I18NString& action, const IOHashParam& params);
+    bool Insert(const IOHashParam& params);
+    bool InsertText(const IOHashParam& params);
+    bool InsertRecord(const IOHashParam& params);
+    /** Puts stored values in the place of those that memory cannot have, and tells whether there were any. */
+    bool KeepStored(const RowTable& table, const char* stored, std::vector<Cell>& cells);
+
+    void EndUnvisited(IOObject& outermost);
+    void EndRecordsOfGone(bool whole);
+    void EndOrdersOfGone(bool whole);
+    bool IsGone(IdEntry& entry, bool whole);
+    /** True when the owner of the id went, or was never there. */
+    bool IsGone(std::string_view owner, bool whole);
+    bool IsUnreadChild(const IdEntry& entry, const IdEntry* parent) const;
+
+    Frame* Top() { return m_open > 0 ? &m_frames[m_open - 1] : nullptr; }
+    bool Fail(const char* method, const std::string& message);
+
+    const Schema& m_schema;
+    StoreSession& m_session;
+    IOHelper& m_helper;
+    std::int64_t m_project, m_base;
+    SaveState m_state;
+    RowWriter m_writer;
+    IdAdoption m_adoption;
+
+    bool m_running = false;
+    bool m_failed = false, m_movedOn = false;
+    /** The objects being written, from the outermost inwards; frames behind `m_open` wait to be used again. */
+    std::deque<Frame> m_frames;
+    std::size_t m_open = 0;
+    RowArena m_arena;
+    std::string m_projectId, m_projectName;
+    bool m_projectChanged = false;
+    /** Parents, by id and table of child, below which children were written that no reader asks for. */
+    std::set<std::string> m_writtenUnread;
+    OwnerRecords m_looseRecords;
+    RemainingInfoEntry m_entry;
+};
+
+}  // namespace qv

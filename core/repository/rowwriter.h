@@ -1,0 +1,78 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/qvutils/persist/ioobject.h"
+#include "core/repository/storesession.h"
+
+namespace qv {
+
+/** "table T, id 'I', object 'P': ", the beginning of what is told of a row that failed. `object` may be null. */
+std::string TellRow(std::string_view table, std::string_view id, const IOObject* object);
+
+/**
+ * Gathers what a save writes and brings it to the store table by table, in the order of the keys. The transaction begins with the
+ * first rows that go out, so a save that writes nothing takes no lock; whether the project still has the revision that the save is
+ * based on is looked at then. Failures raise StoreError, whose text names table, id and object.
+ */
+class RowWriter {
+  public:
+    explicit RowWriter(StoreSession& session);
+    ~RowWriter();
+
+    /** Begins anew, for a project that is not there yet when the number is 0. */
+    void Start(std::int64_t project, std::int64_t base);
+    /** Takes the row over. `object` is held until the row went out when it is counted, else borrowed; it may be null. */
+    void Insert(const RowTable& table, const char* row, IOObject* object);
+    void End(const RowTable& table, const RowHead& key);
+    void Order(std::string_view parent, const RowTable& table, std::string ids);
+    void EndOrder(std::string_view parent, std::string_view table, std::int64_t first);
+
+    bool WroteNothing() const { return !m_begun && m_pending == 0; }
+    /** Sends all, with the revision and the registry's entry, and commits. `name` and `id` are null when they did not change. */
+    void Commit(const std::string* id, const std::string* name);
+    void Rollback() noexcept;
+
+    std::int64_t project() const { return m_entry.number; }
+    std::int64_t revision() const { return m_base + 1; }
+
+  private:
+    struct PendingRow {
+        const char* row;
+        QvSmartPtr<IOObject> held;
+        IOObject* object;
+    };
+    struct PendingEnd {
+        std::string id, parentId;
+        std::int64_t version;
+    };
+    struct PendingTable {
+        std::vector<PendingRow> rows;
+        std::vector<PendingEnd> ends;
+    };
+    struct PendingOrder {
+        std::string parent, ids;
+        std::string_view table;
+        /** Of the record to end; 0 for one to write. */
+        std::int64_t first;
+    };
+
+    void Flush();
+    void FlushRows(const RowTable& table, PendingTable& pending);
+    void FlushOrders();
+    void Begin();
+    void Count(std::size_t bytes);
+    void Forget() noexcept;
+
+    StoreSession& m_session;
+    ProjectEntry m_entry;
+    std::int64_t m_base = 0;
+    bool m_begun = false;
+    std::vector<PendingTable> m_tables;
+    std::vector<PendingOrder> m_orders;
+    /** Bytes gathered, and a little for each thing gathered. */
+    std::size_t m_pending = 0;
+};
+
+}  // namespace qv

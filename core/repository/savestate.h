@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "core/repository/attributereader.h"
+#include "core/repository/idbook.h"
+#include "core/repository/siblingorder.h"
+#include "core/repository/tablerows.h"
+
+namespace qv {
+
+/** What stood in the revision that a save is based on, fetched table by table when the save first comes to one. */
+class SaveState {
+  public:
+    explicit SaveState(StoreSession& session);
+
+    /** Forgets what was fetched. A base of 0 has nothing. */
+    void Start(std::int64_t project, std::int64_t base);
+    bool empty() const { return m_base == 0; }
+
+    TableRows& Rows(const RowTable& table);
+    void FetchAll();
+    const SiblingOrder& Order();
+    /** The last version of an id that no longer stands; 0 when there is none. */
+    std::int64_t EndedVersion(const RowTable& table, const RowHead& key);
+    IdBook& ids() { return m_ids; }
+    /** The rows below a parent in the order of the last save. */
+    std::vector<const char*> Below(const RowTable& table, std::string_view parent);
+
+    /** Reads an object's row from memory; a fault is the text that tells it. */
+    std::string ReadAttributes(const RowTable& table, IOObject& object);
+    AttributeReader& Attributes(const RowTable& table);
+
+  private:
+    StoreSession& m_session;
+    std::int64_t m_project = 0, m_base = 0;
+    std::vector<std::unique_ptr<TableRows>> m_rows;
+    std::vector<std::unique_ptr<std::unordered_map<std::string, std::int64_t>>> m_ended;
+    std::vector<std::unique_ptr<AttributeReader>> m_attributes;
+    std::unique_ptr<SiblingOrder> m_order;
+    IdBook m_ids;
+    QvSmartPtr<IOHashParam> m_row, m_history;
+};
+
+}  // namespace qv

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/qvutils/base/qvdate.h"
+#include "core/repository/smrepositoryhelper.h"
+
+namespace qv {
+class StoreBackend;
+}
+
+/** What a repository tells of one of its projects. */
+struct SM_API SMRepositoryProject {
+    /** Known to the repository alone; it never changes. */
+    long number = 0;
+    QvULString id;
+    I18NString name;
+    /** Of the last save. */
+    long revision = 0;
+    QvDate savedAt;
+};
+
+/**
+ * A store of model projects. All operations raise TklRuntimeError, with the name of the store, for what cannot be opened, is no
+ * repository, or has a format that this build does not read.
+ */
+class SM_API SMRepository {
+  public:
+    enum Mode { existing, createIfAbsent };
+
+    /**
+     * `location` is a file name or "sqlite:" and a file name. Words of other kinds of stores ("postgresql://...") are refused as
+     * not supported by this build; what stands behind the word is not repeated in the message, for it may hold a password.
+     */
+    explicit SMRepository(const std::string& location, Mode mode = existing);
+    /** A store of the caller's. */
+    explicit SMRepository(std::shared_ptr<qv::StoreBackend> backend, Mode mode = existing);
+    ~SMRepository();
+    SMRepository(const SMRepository&) = delete;
+    SMRepository& operator=(const SMRepository&) = delete;
+
+    /** By number, which is the order in which they came. */
+    std::vector<SMRepositoryProject> Projects();
+    /** A context for a project that is not yet there; its first save makes it. */
+    std::unique_ptr<SMRepositoryHelper> NewProject();
+    std::unique_ptr<SMRepositoryHelper> OpenProject(long number);
+    /** By id or else by name. Raises also when several projects fit. */
+    std::unique_ptr<SMRepositoryHelper> OpenProject(const QvULString& idOrName);
+    const std::string& Name() const { return m_name; }
+
+  private:
+    std::shared_ptr<qv::StoreBackend> m_backend;
+    std::string m_name;
+};

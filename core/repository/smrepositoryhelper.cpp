@@ -1,0 +1,146 @@
+#include "core/repository/smrepositoryhelper.h"
+
+#include "core/qvutils/diag/qvlogevent.h"
+#include "core/qvutils/params/ionames.h"
+#include "core/repository/helperstate.h"
+
+namespace {
+
+IOParameter* EmptyValue(qv::CellKind kind) {
+    switch (kind) {
+        case qv::CellKind::number:
+            return new IOLongParam;
+        case qv::CellKind::flag:
+            return new IOBoolParam;
+        case qv::CellKind::date:
+            return new QvDateParam;
+        case qv::CellKind::text:
+            break;
+    }
+    return new IOQvStringParam;
+}
+
+QvSmartPtr<IOParameter> MakeMapping(const qv::CatalogueKind& kind) {
+    using qv::KeyGroup;
+    const QvULString* const tags[] = {&IOParamTag::SMATTRIBUTE, &IOParamTag::SMSIMPLEELEMENT, &IOParamTag::SMMIXEDELEMENT,
+                                      &IOParamTag::SMLANGELEMENT, &IOParamTag::SMPROPERTYELEMENT};
+    QvSmartPtr<IOHashParam> mapping = new IOHashParam;
+    std::vector<IOHashParam*> groups;
+    for (const QvULString* const tag : tags) {
+        groups.push_back(new IOHashParam);
+        mapping->insertOrReplace(*tag, groups.back());
+    }
+    groups.front()->insertOrReplace(QvULString::Immortal("id"), new IOQvStringParam);
+    groups.front()->insertOrReplace(QvULString::Immortal("version"), new IOLongParam);
+    bool typed = kind.computedType;
+    for (const qv::CatalogueColumn& column : qv::FindTable(kind.table)->columns) {
+        const auto group = static_cast<std::size_t>(column.group);
+        if (group < groups.size()) groups[group]->insertOrReplace(QvULString::Immortal(column.key), EmptyValue(column.readAs));
+        if (column.group == KeyGroup::order) mapping->insertOrReplace(IOParamTag::XML_ELEMENT_ORDER, new IOLongParam);
+        typed |= column.group == KeyGroup::objectType;
+    }
+    if (typed) mapping->insertOrReplace(IOParamTag::OBJECT_TYPE, new IOQvStringParam);
+    return mapping.get();
+}
+
+}  // namespace
+
+SMRepositoryHelper::State::State(std::shared_ptr<qv::StoreBackend> store, IOHelper& helper, std::int64_t project, std::int64_t head)
+    : backend(std::move(store)), session(*backend), reader(session), save(session, helper, project, head) {
+    reader.Pin(project, head);
+}
+
+SMRepositoryHelper::SMRepositoryHelper(const std::shared_ptr<qv::StoreBackend>& backend, std::int64_t project, std::int64_t head)
+    : m_state(std::make_unique<State>(backend, *this, project, head)) {}
+
+SMRepositoryHelper::~SMRepositoryHelper() = default;
+
+bool SMRepositoryHelper::DoReadAction(const I18NString& action, const IOHashParam& params, IOArrayParam& results) {
+    const auto fail = [](const char* what) {
+        QvLogEvent(1, "code", "QvOne", "smrepositoryhelper", "SMRepositoryHelper", "DoReadAction", 0, what, "").Log();
+        return false;
+    };
+    results.clear();
+    try {
+        return m_state->Read(action, params, GetFixingLostRemainingInfo(), results);
+    } catch (const qv::StoreError& error) {
+        results.clear();
+        return fail(error.what());
+    } catch (const IOParamException& error) {
+        return fail(error.what());
+    }
+}
+
+bool SMRepositoryHelper::State::Read(const I18NString& action, const IOHashParam& params, bool fixing, IOArrayParam& results) {
+    if (action == IOAction::AT_ReadSMProject) {
+        // a load begins here: the newest revision, and saves are based on it
+        if (!save.Running() && save.project() != 0) {
+            const std::optional<qv::ProjectEntry> entry = session.Project(save.project());
+            if (!entry) throw qv::StoreError("The project is not in the repository any more.");
+            save.SetBase(entry->head);
+        }
+        reader.Pin(save.project(), save.base());
+        reader.ReadProject(results);
+        return true;
+    }
+    const QvSmartPtr<IOParameter> clauses = params.GetByName(IOParamTag::CLAUSES);
+    const QvULString parent = clauses->GetByName(IOParamTag::XML_ELEMENT_PARENT_ID)->GetQvULStringValue();
+    if (action == IOAction::AT_ReadSMObject) {
+        const I18NString tag = params.GetByName(IOParamTag::OBJECT)->GetQvStringValue();
+        if (const qv::CatalogueKind* const kind = qv::FindKind(tag.utf8())) reader.ReadKind(*kind, parent.utf8(), results);
+        return true;
+    }
+    if (action == IOAction::AT_ReadRemainingInfo) {
+        const long version = clauses->GetByName(IOParamTag::XML_ELEMENT_PARENT_VERSION)->GetLongValue();
+        reader.ReadRecords(parent.utf8(), version, fixing, results);
+        return true;
+    }
+    throw qv::StoreError("There is no action '" + std::string(action.utf8()) + "' of reading.");
+}
+
+bool SMRepositoryHelper::State::Saved(bool success, long revisionBefore) {
+    if (!save.Running() && save.base() != revisionBefore) reader.Pin(save.project(), save.base());
+    return success;
+}
+
+bool SMRepositoryHelper::DoWriteAction(const I18NString& action, const IOHashParam& params) {
+    const long before = Revision();
+    return m_state->Saved(m_state->save.DoWriteAction(action, params), before);
+}
+
+bool SMRepositoryHelper::WriteObject(IOObject& object) {
+    const long before = Revision();
+    return m_state->Saved(m_state->save.WriteObject(object), before);
+}
+
+bool SMRepositoryHelper::CompareStored(IOObject& object) {
+    return m_state->save.CompareStored(object);
+}
+
+const RemainingInfoEntry* SMRepositoryHelper::doWriteLookUpRemainingInfo(const QvULString& id) const {
+    return m_state->save.LookUpRemainingInfo(id);
+}
+
+QvSmartPtr<IOParameter> SMRepositoryHelper::GetObjectMapping(const QvULString& elementName) const {
+    const qv::CatalogueKind* const kind = qv::FindKind(elementName.utf8());
+    if (!kind) return nullptr;
+    QvSmartPtr<IOParameter>& mapping = m_state->mappings[static_cast<std::size_t>(kind - qv::CatalogueKinds().data())];
+    if (!mapping) mapping = MakeMapping(*kind);
+    return mapping;
+}
+
+long SMRepositoryHelper::ProjectNumber() const {
+    return m_state->save.project();
+}
+
+long SMRepositoryHelper::Revision() const {
+    return m_state->save.base();
+}
+
+bool SMRepositoryHelper::MovedOn() const {
+    return m_state->save.MovedOn();
+}
+
+const SMRepositoryCounters& SMRepositoryHelper::Counters() const {
+    return m_state->session.counters();
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "core/qvutils/persist/iohelper.h"
+
+namespace qv {
+class StoreBackend;
+}
+
+/** What a context has done so far. */
+struct SM_API SMRepositoryCounters {
+    /** Distinct statements; one that runs many times counts once. */
+    long statementsPrepared = 0;
+    long rowsRead = 0;
+    long rowsWritten = 0;
+    /** Rows that a save replaced or removed. */
+    long rowsEnded = 0;
+};
+
+/**
+ * The persistence context on a repository, bound to one project. A load is `project->read(context)`, a save is
+ * `project->write(context)`.
+ *
+ * A read sees one revision, whole, whoever saves meanwhile: the newest at the time when the project's own row is asked for. A save
+ * is one transaction and one revision, all or nothing; a save that finds nothing changed writes nothing. It is based on the
+ * revision that was read, or saved, or stood there when the context was made; when the store has moved on it fails.
+ *
+ * Objects must live until the outermost write has returned. No operation throws what the store raises: it is logged at level 1,
+ * with table, id and object, and the operation gives false. Used from one thread at a time.
+ */
+class SM_API SMRepositoryHelper : public IOHelper {
+  public:
+    ~SMRepositoryHelper() override;
+
+    bool DoReadAction(const I18NString& action, const IOHashParam& params, IOArrayParam& results) override;
+    bool DoWriteAction(const I18NString& action, const IOHashParam& params) override;
+    QvSmartPtr<IOParameter> GetObjectMapping(const QvULString& elementName) const override;
+    const RemainingInfoEntry* doWriteLookUpRemainingInfo(const QvULString& id) const override;
+    bool WriteObject(IOObject& object) override;
+    bool CompareStored(IOObject& object) override;
+
+    /** 0 for a project that was not yet saved. */
+    long ProjectNumber() const;
+    /** The revision that a save is based on; 0 for none. */
+    long Revision() const;
+    /** True when the last save failed because another one came first. */
+    bool MovedOn() const;
+    const SMRepositoryCounters& Counters() const;
+
+  private:
+    friend class SMRepository;
+    struct State;
+    SMRepositoryHelper(const std::shared_ptr<qv::StoreBackend>& backend, std::int64_t project, std::int64_t head);
+
+    std::unique_ptr<State> m_state;
+};

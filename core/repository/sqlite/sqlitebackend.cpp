@@ -1,0 +1,286 @@
+#include "core/repository/sqlite/sqlitebackend.h"
+
+#include "core/repository/rowcodec.h"
+#include "core/repository/sqlite/sqlitesql.h"
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+namespace qv {
+
+namespace {
+
+/** Marks a file as a store of models: "SMDL". */
+constexpr int APPLICATION_ID = 0x534d444c;
+constexpr int BUSY_MILLISECONDS = 10000;
+
+struct CloseDatabase {
+    void operator()(sqlite3* database) const { sqlite3_close(database); }
+};
+struct FinalizeStatement {
+    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using Database = std::unique_ptr<sqlite3, CloseDatabase>;
+using PreparedStatement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
+
+[[noreturn]] void Raise(sqlite3* database, int code) {
+    const int primary = code & 0xff;
+    const bool busy = primary == SQLITE_BUSY || primary == SQLITE_LOCKED;
+    throw StoreError(busy ? "Another process is writing to the repository." : sqlite3_errmsg(database),
+                     busy ? StoreError::busy : StoreError::failed);
+}
+
+void Check(sqlite3* database, int code) {
+    if (code != SQLITE_OK) Raise(database, code);
+}
+
+PreparedStatement PrepareSql(sqlite3* database, const std::string& sql) {
+    sqlite3_stmt* statement = nullptr;
+    Check(database,
+          sqlite3_prepare_v3(database, sql.c_str(), static_cast<int>(sql.size()) + 1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr));
+    return PreparedStatement(statement);
+}
+
+void Execute(sqlite3* database, const std::string& sql) {
+    Check(database, sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr));
+}
+
+std::int64_t AskNumber(sqlite3* database, const std::string& sql) {
+    const PreparedStatement statement = PrepareSql(database, sql);
+    const int code = sqlite3_step(statement.get());
+    if (code != SQLITE_ROW) Raise(database, code);
+    return sqlite3_column_int64(statement.get(), 0);
+}
+
+bool IsAbsent(const std::string& path) {
+    struct stat status;
+    return stat(path.c_str(), &status) != 0 && errno == ENOENT;
+}
+
+Database OpenFile(const std::string& path, int flags) {
+    // a leading ':' or an empty name would mean a store in memory
+    const std::string file = path.empty() || path[0] == '/' ? path : "./" + path;
+    if (file.empty()) throw StoreError("A repository needs a file name.");
+    sqlite3* database = nullptr;
+    const int code = sqlite3_open_v2(file.c_str(), &database, flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+    Database opened(database);
+    if (code != SQLITE_OK) throw StoreError(database ? sqlite3_errmsg(database) : sqlite3_errstr(code));
+    sqlite3_busy_timeout(database, BUSY_MILLISECONDS);
+    return opened;
+}
+
+/** Steps a statement and resets it when it ends or fails. */
+bool StepRow(sqlite3* database, sqlite3_stmt* statement) {
+    const int code = sqlite3_step(statement);
+    if (code == SQLITE_ROW) return true;
+    sqlite3_reset(statement);
+    if (code != SQLITE_DONE) Raise(database, code);
+    return false;
+}
+
+/** Binds a cell that stays as it is until the statement was stepped. `moment` is room for a moment's text. */
+void Bind(sqlite3* database, sqlite3_stmt* statement, int parameter, const Cell& cell, ColumnType type, char (&moment)[MOMENT_SIZE]) {
+    int code;
+    if (cell.kind == Cell::text) {
+        code = sqlite3_bind_text64(statement, parameter, cell.view.data() ? cell.view.data() : "", cell.view.size(), SQLITE_STATIC,
+                                   SQLITE_UTF8);
+    } else if (cell.kind == Cell::null) {
+        code = sqlite3_bind_null(statement, parameter);
+    } else if (type == ColumnType::moment) {
+        PrintMoment(cell.number, moment);
+        code = sqlite3_bind_text(statement, parameter, moment, MOMENT_SIZE, SQLITE_STATIC);
+    } else {
+        code = sqlite3_bind_int64(statement, parameter, cell.number);
+    }
+    Check(database, code);
+}
+
+Cell ReadCell(sqlite3_value* value, ColumnType type) {
+    switch (sqlite3_value_type(value)) {
+        case SQLITE_INTEGER:
+            return Cell::Number(sqlite3_value_int64(value));
+        case SQLITE_TEXT: {
+            const auto* const text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+            const std::string_view view(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
+            return type == ColumnType::moment ? ReadMoment(view) : Cell::Text(view);
+        }
+        default:
+            return {};
+    }
+}
+
+/** The parameters of a statement, bound together. */
+class Parameters {
+  public:
+    Parameters(const TableShape& table, const std::vector<std::size_t>& set, const std::vector<Condition>& where) {
+        for (const std::size_t column : set) m_types.push_back(table.columns[column].type);
+        for (const Condition& condition : where)
+            if (condition.test != Condition::notNull) m_types.push_back(table.columns[condition.column].type);
+        m_moments.resize(m_types.size());
+    }
+
+    void Bind(sqlite3* database, sqlite3_stmt* statement, std::span<const Cell> cells) {
+        if (cells.size() != m_types.size()) throw StoreError("A statement was given another number of parameters than it has.");
+        for (std::size_t at = 0; at < cells.size(); ++at)
+            qv::Bind(database, statement, static_cast<int>(at) + 1, cells[at], m_types[at], m_moments[at].text);
+    }
+
+  private:
+    struct Moment {
+        char text[MOMENT_SIZE];
+    };
+    std::vector<ColumnType> m_types;
+    std::vector<Moment> m_moments;
+};
+
+class SqliteSource : public RowSource {
+  public:
+    SqliteSource(sqlite3* database, const Query& query)
+        : m_database(database), m_statement(PrepareSql(database, sqlite::Select(query))), m_parameters(*query.table, {}, query.where) {
+        for (const std::size_t column : query.columns) m_types.push_back(query.table->columns[column].type);
+    }
+
+    void Start(std::span<const Cell> parameters) override {
+        sqlite3_reset(m_statement.get());
+        m_parameters.Bind(m_database, m_statement.get(), parameters);
+    }
+
+    bool Next(std::span<Cell> row) override {
+        if (!StepRow(m_database, m_statement.get())) return false;
+        for (std::size_t at = 0; at < m_types.size(); ++at)
+            row[at] = ReadCell(sqlite3_column_value(m_statement.get(), static_cast<int>(at)), m_types[at]);
+        return true;
+    }
+
+  private:
+    sqlite3* m_database;
+    PreparedStatement m_statement;
+    Parameters m_parameters;
+    std::vector<ColumnType> m_types;
+};
+
+class SqliteChange : public RowChange {
+  public:
+    SqliteChange(sqlite3* database, const Change& change)
+        : m_database(database),
+          m_statement(PrepareSql(database, sqlite::Update(change))),
+          m_parameters(*change.table, change.set, change.where) {}
+
+    std::int64_t Run(std::span<const Cell> parameters) override {
+        m_parameters.Bind(m_database, m_statement.get(), parameters);
+        StepRow(m_database, m_statement.get());
+        return sqlite3_changes64(m_database);
+    }
+
+  private:
+    sqlite3* m_database;
+    PreparedStatement m_statement;
+    Parameters m_parameters;
+};
+
+class SqliteInsert : public RowInsert {
+  public:
+    SqliteInsert(sqlite3* database, const TableShape& table)
+        : m_database(database), m_statement(PrepareSql(database, sqlite::Insert(table))), m_bound(table.columns.size(), false) {
+        for (const TableShape::Column& column : table.columns) m_types.push_back(column.type);
+        m_moments.resize(m_types.size());
+    }
+
+    void Add(std::span<const Cell> row) override {
+        for (std::size_t at = 0; at < m_types.size(); ++at) {
+            const bool present = row[at].kind != Cell::null;
+            if (present || m_bound[at])  // a parameter that is null stays null
+                Bind(m_database, m_statement.get(), static_cast<int>(at) + 1, row[at], m_types[at], m_moments[at].text);
+            m_bound[at] = present;
+        }
+        StepRow(m_database, m_statement.get());
+    }
+    void Finish() override {}
+
+  private:
+    struct Moment {
+        char text[MOMENT_SIZE];
+    };
+    sqlite3* m_database;
+    PreparedStatement m_statement;
+    std::vector<ColumnType> m_types;
+    std::vector<Moment> m_moments;
+    std::vector<bool> m_bound;
+};
+
+class SqliteConnection : public StoreConnection {
+  public:
+    SqliteConnection(const std::string& path, int flags) : m_database(OpenFile(path, flags)) {
+        Execute(m_database.get(), "PRAGMA journal_mode=WAL");
+        Execute(m_database.get(), "PRAGMA synchronous=FULL");
+        Execute(m_database.get(), "PRAGMA cache_size=-65536");
+        Execute(m_database.get(), "PRAGMA temp_store=MEMORY");
+        Execute(m_database.get(), "PRAGMA trusted_schema=OFF");
+    }
+
+    std::unique_ptr<RowSource> Prepare(const Query& query) override { return std::make_unique<SqliteSource>(m_database.get(), query); }
+    std::unique_ptr<RowChange> Prepare(const Change& change) override { return std::make_unique<SqliteChange>(m_database.get(), change); }
+    std::unique_ptr<RowInsert> PrepareInsert(const TableShape& table) override {
+        return std::make_unique<SqliteInsert>(m_database.get(), table);
+    }
+    void Begin() override { Execute(m_database.get(), "BEGIN IMMEDIATE"); }
+    void Commit() override { Execute(m_database.get(), "COMMIT"); }
+    void Rollback() noexcept override {
+        if (!sqlite3_get_autocommit(m_database.get())) sqlite3_exec(m_database.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+    sqlite3* database() { return m_database.get(); }
+
+  private:
+    Database m_database;
+};
+
+class SqliteBackend : public StoreBackend {
+  public:
+    explicit SqliteBackend(std::string path) : m_path(std::move(path)) {}
+
+    std::string Name() const override { return m_path; }
+
+    State Inspect() override {
+        if (IsAbsent(m_path)) return State::absent;
+        const Database database = OpenFile(m_path, SQLITE_OPEN_READWRITE);
+        int code = SQLITE_OK;
+        try {
+            if (AskNumber(database.get(), "SELECT count(*) FROM sqlite_master") == 0) return State::empty;
+            return AskNumber(database.get(), "PRAGMA application_id") == APPLICATION_ID ? State::tables : State::foreign;
+        } catch (const StoreError&) {
+            code = sqlite3_errcode(database.get()) & 0xff;
+            if (code != SQLITE_NOTADB) throw;
+        }
+        return State::foreign;
+    }
+
+    void Create(std::span<const TableShape> tables, void (*fill)(StoreConnection&)) override {
+        SqliteConnection connection(m_path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+        connection.Begin();
+        try {
+            // another process may have been faster
+            if (AskNumber(connection.database(), "SELECT count(*) FROM sqlite_master") == 0) {
+                Execute(connection.database(), "PRAGMA application_id=" + std::to_string(APPLICATION_ID));
+                for (const TableShape& table : tables) Execute(connection.database(), sqlite::CreateTable(table));
+                fill(connection);
+            }
+            connection.Commit();
+        } catch (...) {
+            connection.Rollback();
+            throw;
+        }
+    }
+
+    std::unique_ptr<StoreConnection> Connect() override { return std::make_unique<SqliteConnection>(m_path, SQLITE_OPEN_READWRITE); }
+
+  private:
+    const std::string m_path;
+};
+
+}  // namespace
+
+std::shared_ptr<StoreBackend> MakeSqliteBackend(const std::string& path) {
+    return std::make_shared<SqliteBackend>(path);
+}
+
+}  // namespace qv

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "core/repository/backend.h"
+
+namespace qv::sqlite {
+
+/** The statements of SQLite for what the interface describes. They hold names of tables and columns and places of parameters. */
+std::string CreateTable(const TableShape& table);
+std::string Select(const Query& query);
+std::string Update(const Change& change);
+std::string Insert(const TableShape& table);
+
+}  // namespace qv::sqlite

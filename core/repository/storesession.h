@@ -1,0 +1,92 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "core/repository/rowcodec.h"
+#include "core/repository/smrepository.h"
+
+namespace qv {
+
+/** The registry's entry of a project. */
+struct ProjectEntry {
+    std::int64_t number = 0;
+    std::string id, name;
+    std::int64_t head = 0;
+};
+
+/**
+ * A connection with the statements that a context needs: a fixed number for each table, each prepared at its first use and kept.
+ * Nothing that is asked here depends on how many objects a model has.
+ */
+class StoreSession {
+  public:
+    explicit StoreSession(StoreBackend& backend);
+
+    std::vector<ProjectEntry> Projects();
+    std::optional<ProjectEntry> Project(std::int64_t number);
+    /** The moment of a revision; the null cell when it is not there. */
+    Cell SavedAt(std::int64_t project, std::int64_t revision);
+    /** The rows of a table that stood in a revision. The compact rows are the receiver's. */
+    void FetchRows(const RowTable& table, std::int64_t project, std::int64_t revision, RowArena& arena,
+                   const std::function<void(const char* row)>& take);
+    void FetchOrders(
+        std::int64_t project, std::int64_t revision,
+        const std::function<void(std::string_view parent, std::string_view table, std::int64_t first, std::string_view ids)>& take);
+    /** What a table's ids are unique by, as one text. */
+    static std::string EndedKey(const RowTable& table, const RowHead& head);
+    /** The last version among the ended rows of each id, by `EndedKey`. */
+    std::unordered_map<std::string, std::int64_t> FetchEndedVersions(const RowTable& table, std::int64_t project);
+    /** The rows that have ended, replaced ones among them. */
+    void FetchEndedRows(const RowTable& table, std::int64_t project, RowArena& arena, const std::function<void(const char* row)>& take);
+
+    void Begin() { m_connection->Begin(); }
+    void Commit() { m_connection->Commit(); }
+    void Rollback() noexcept { m_connection->Rollback(); }
+    void InsertRow(const RowTable& table, std::int64_t project, std::int64_t revision, const char* row);
+    void FinishRows(const RowTable& table);
+    void EndRow(const RowTable& table, std::int64_t project, std::int64_t revision, const RowHead& key);
+    void InsertOrder(std::int64_t project, std::string_view parent, std::string_view table, std::int64_t revision, std::string_view ids);
+    void EndOrder(std::int64_t project, std::string_view parent, std::string_view table, std::int64_t first, std::int64_t revision);
+    void InsertProject(const ProjectEntry& entry);
+    /** False when the head is not the one expected: another save came first. */
+    bool AdvanceProject(const ProjectEntry& entry, std::int64_t expectedHead);
+    void InsertRevision(std::int64_t project, std::int64_t revision, std::int64_t moment);
+
+    SMRepositoryCounters& counters() { return m_counters; }
+
+  private:
+    /** The statements on one table of rows. */
+    struct TableStatements {
+        std::unique_ptr<RowSource> standing, ended;
+        std::unique_ptr<RowInsert> insert;
+        std::unique_ptr<RowChange> end;
+    };
+
+    RowSource& Prepared(std::unique_ptr<RowSource>& slot, const Query& query);
+    RowChange& Prepared(std::unique_ptr<RowChange>& slot, const Change& change);
+    RowInsert& PreparedInsert(std::unique_ptr<RowInsert>& slot, const TableShape& table);
+    TableStatements& Of(const RowTable& table) { return m_tables[table.index]; }
+    RowSource& EndedRows(const RowTable& table, std::int64_t project);
+    void AddOne(std::unique_ptr<RowInsert>& slot, const TableShape& table, std::initializer_list<Cell> row);
+    /** Takes the rows of a source that was started. */
+    void Take(const RowTable& table, RowSource& source, RowArena& arena, const std::function<void(const char* row)>& take);
+    /** The columns of a row, in the order of key, place and cells. */
+    static std::vector<std::size_t> RowColumns(const RowTable& table);
+    static ProjectEntry Entry(std::span<const Cell> row);
+
+    const Schema& m_schema;
+    std::unique_ptr<StoreConnection> m_connection;
+    SMRepositoryCounters m_counters;
+    std::vector<TableStatements> m_tables;
+    std::unique_ptr<RowSource> m_projects, m_project, m_revision, m_orders;
+    std::unique_ptr<RowChange> m_advanceProject, m_endOrder;
+    std::unique_ptr<RowInsert> m_insertProject, m_insertRevision, m_insertOrder;
+    std::vector<Cell> m_cells;
+};
+
+}  // namespace qv

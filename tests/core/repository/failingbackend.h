@@ -1,0 +1,86 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "core/repository/backend.h"
+
+/** What the connections of a failing store share: how many writes there were, and which of them fails. */
+struct FailurePlan {
+    long writes = 0;
+    /** From 1; 0 for none. */
+    long failsAt = 0;
+    bool commits = false;
+
+    void Write() {
+        if (++writes == failsAt) throw qv::StoreError("the disk is on fire");
+    }
+};
+
+/** A store in front of another one that fails at a chosen write. */
+class FailingBackend : public qv::StoreBackend {
+  public:
+    FailingBackend(std::shared_ptr<qv::StoreBackend> inner, std::shared_ptr<FailurePlan> plan)
+        : m_inner(std::move(inner)), m_plan(std::move(plan)) {}
+
+    std::string Name() const override { return m_inner->Name(); }
+    State Inspect() override { return m_inner->Inspect(); }
+    void Create(std::span<const qv::TableShape> tables, void (*fill)(qv::StoreConnection&)) override { m_inner->Create(tables, fill); }
+    std::unique_ptr<qv::StoreConnection> Connect() override { return std::make_unique<Connection>(m_inner->Connect(), m_plan); }
+
+  private:
+    class Insert : public qv::RowInsert {
+      public:
+        Insert(std::unique_ptr<qv::RowInsert> inner, std::shared_ptr<FailurePlan> plan)
+            : m_inner(std::move(inner)), m_plan(std::move(plan)) {}
+        void Add(std::span<const qv::Cell> row) override {
+            m_plan->Write();
+            m_inner->Add(row);
+        }
+        void Finish() override { m_inner->Finish(); }
+
+      private:
+        std::unique_ptr<qv::RowInsert> m_inner;
+        std::shared_ptr<FailurePlan> m_plan;
+    };
+
+    class Change : public qv::RowChange {
+      public:
+        Change(std::unique_ptr<qv::RowChange> inner, std::shared_ptr<FailurePlan> plan)
+            : m_inner(std::move(inner)), m_plan(std::move(plan)) {}
+        std::int64_t Run(std::span<const qv::Cell> parameters) override {
+            m_plan->Write();
+            return m_inner->Run(parameters);
+        }
+
+      private:
+        std::unique_ptr<qv::RowChange> m_inner;
+        std::shared_ptr<FailurePlan> m_plan;
+    };
+
+    class Connection : public qv::StoreConnection {
+      public:
+        Connection(std::unique_ptr<qv::StoreConnection> inner, std::shared_ptr<FailurePlan> plan)
+            : m_inner(std::move(inner)), m_plan(std::move(plan)) {}
+        std::unique_ptr<qv::RowSource> Prepare(const qv::Query& query) override { return m_inner->Prepare(query); }
+        std::unique_ptr<qv::RowChange> Prepare(const qv::Change& change) override {
+            return std::make_unique<Change>(m_inner->Prepare(change), m_plan);
+        }
+        std::unique_ptr<qv::RowInsert> PrepareInsert(const qv::TableShape& table) override {
+            return std::make_unique<Insert>(m_inner->PrepareInsert(table), m_plan);
+        }
+        void Begin() override { m_inner->Begin(); }
+        void Commit() override {
+            if (m_plan->commits) m_plan->Write();
+            m_inner->Commit();
+        }
+        void Rollback() noexcept override { m_inner->Rollback(); }
+
+      private:
+        std::unique_ptr<qv::StoreConnection> m_inner;
+        std::shared_ptr<FailurePlan> m_plan;
+    };
+
+    std::shared_ptr<qv::StoreBackend> m_inner;
+    std::shared_ptr<FailurePlan> m_plan;
+};

@@ -1,0 +1,73 @@
+#include "tests/core/repository/repositorytest.h"
+
+namespace {
+
+/** The store fails at one write after the other; each time it holds what it held. */
+class RepositoryFailure : public RepositoryTest {};
+
+INSTANTIATE_TEST_SUITE_P(Stores, RepositoryFailure, testing::ValuesIn(STORE_KINDS), [](const auto& kind) { return kind.param.name; });
+
+TEST_P(RepositoryFailure, OfAnyWriteOfAFirstSaveLeavesNoProject) {
+    plan->commits = true;
+    Put(*Sample());
+    const long writes = plan->writes;
+    ASSERT_GT(writes, 10);
+    for (long at = 1; at <= writes; ++at) {
+        const QvSmartPtr<TestNode> project = Sample();
+        project->SetId("p2");
+        plan->writes = 0;
+        plan->failsAt = at;
+        CaughtLog log;
+        const auto context = repository->NewProject();
+        ASSERT_FALSE(project->write(*context)) << at;
+        ASSERT_EQ(log.levels, std::vector<int>({1})) << at;
+        ASSERT_NE(log.Only().find("the disk is on fire"), std::string::npos) << log.Only();
+        ASSERT_EQ(repository->Projects().size(), 1u) << at;
+        plan->failsAt = 0;
+    }
+    const QvSmartPtr<TestNode> project = Sample();
+    project->SetId("p2");
+    const long number = Put(*project);
+    EXPECT_EQ(DumpOf(number), project->Dump());
+}
+
+TEST_P(RepositoryFailure, OfAnyWriteOfALaterSaveLeavesTheRevisionBefore) {
+    plan->commits = true;
+    const QvSmartPtr<TestNode> project = Sample();
+    const long number = Put(*project);
+    const std::string before = DumpOf(number);
+    const auto change = [](TestNode& node) {
+        Root(node).Named("Other");
+        Root(node).records["property"] = "<a></a>";
+        std::swap(Map(node).children[0], Map(node).children[1]);
+        Map(node).Remove(Map(node).Child(2));
+        Map(node).AddEntry("new", "");
+    };
+    long at = 0;
+    for (bool done = false; !done; plan->failsAt = 0) {
+        const auto context = repository->OpenProject(number);
+        const QvSmartPtr<TestNode> node = ReadTestProject(*context);
+        change(*node);
+        plan->writes = 0;
+        plan->failsAt = ++at;
+        CaughtLog log;
+        done = node->write(*context);
+        if (!done) {
+            ASSERT_EQ(log.levels, std::vector<int>({1})) << at;
+            ASSERT_EQ(DumpOf(number), before) << at;
+        } else {
+            ASSERT_TRUE(log.messages.empty());
+            ASSERT_EQ(DumpOf(number), node->Dump());
+        }
+    }
+    EXPECT_GT(at, 8);
+}
+
+TEST_P(RepositoryFailure, IsToldWithTableIdAndObject) {
+    plan->failsAt = 3;
+    CaughtLog log;
+    EXPECT_FALSE(Sample()->write(*repository->NewProject()));
+    EXPECT_EQ(log.Only(), "table SM_SECTION_TYPE, id 'r', object 'path of r': the disk is on fire");
+}
+
+}  // namespace

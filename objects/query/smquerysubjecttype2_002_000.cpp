@@ -151,16 +151,10 @@ void SMQuerySubjectTypeBuilder::StartDefinition(const QvXMLAttributes& attrs) {
 
 bool SMQuerySubjectTypeBuilder::StartFilter(Tag tag, const QvXMLAttributes& attrs) {
     switch (m_filters.Start(tag, attrs)) {
-        case SMFilterStep::notMine:
-            return tag == Tag::expression;  // outside filters it has no effect, and is not logged
-        case SMFilterStep::collect:
-            CollectText();
-            break;
-        case SMFilterStep::keep:
-            m_filters.SetExpression(KeepXml(m_tags->expression, attrs));
-            break;
-        case SMFilterStep::done:
-            break;
+    case SMFilterStep::notMine: return tag == Tag::expression;  // outside filters it has no effect, and is not logged
+    case SMFilterStep::collect: CollectText(); break;
+    case SMFilterStep::keep: m_filters.SetExpression(KeepXml(m_tags->expression, attrs)); break;
+    case SMFilterStep::done: break;
     }
     return true;
 }
@@ -169,24 +163,13 @@ void SMQuerySubjectTypeBuilder::smtagStartElement(const I18NString& module, cons
                                                   const QvXMLAttributes& attrs) {
     if (StartFilter(tag, attrs)) return;
     switch (tag) {
-        case Tag::definition:
-            StartDefinition(attrs);
-            break;
-        case Tag::hierarchies:
-            m_subject->hierarchiesXml = KeepXml(m_tags->hierarchies, attrs);
-            break;
-        case Tag::levels:
-            m_subject->levelsXml = KeepXml(m_tags->levels, attrs);
-            break;
-        case Tag::property:
-            StartProperty(attrs);
-            break;
-        case Tag::externalizeMethod:
-        case Tag::externalizeAutoSummary:
-            CollectText();
-            break;
-        default:
-            SMNameDescObjectBuilder::smtagStartElement(module, className, tag, attrs);
+    case Tag::definition: StartDefinition(attrs); break;
+    case Tag::hierarchies: m_subject->hierarchiesXml = KeepXml(m_tags->hierarchies, attrs); break;
+    case Tag::levels: m_subject->levelsXml = KeepXml(m_tags->levels, attrs); break;
+    case Tag::property: StartProperty(attrs); break;
+    case Tag::externalizeMethod:
+    case Tag::externalizeAutoSummary: CollectText(); break;
+    default: SMNameDescObjectBuilder::smtagStartElement(module, className, tag, attrs);
     }
 }
 
@@ -194,22 +177,14 @@ void SMQuerySubjectTypeBuilder::smtagEndElement(const I18NString& module, const 
     StopCollecting();
     if (m_filters.End(tag, m_text)) return;
     switch (tag) {
-        case Tag::externalizeMethod:
-            m_subject->SetExternalizeMethod(TextAsEnum<SMEnum_externalizeMethod>());
-            break;
-        case Tag::externalizeAutoSummary:
-            m_subject->SetExternalizeAutoSummary(TextAsBool());
-            break;
-        case Tag::property:
-            EndProperty(*m_subject);
-            break;
-        case Tag::expression:
-        case Tag::refobj:
-        case Tag::hierarchies:
-        case Tag::levels:
-            break;
-        default:
-            SMNameDescObjectBuilder::smtagEndElement(module, className, tag);
+    case Tag::externalizeMethod: m_subject->SetExternalizeMethod(TextAsEnum<SMEnum_externalizeMethod>()); break;
+    case Tag::externalizeAutoSummary: m_subject->SetExternalizeAutoSummary(TextAsBool()); break;
+    case Tag::property: EndProperty(*m_subject); break;
+    case Tag::expression:
+    case Tag::refobj:
+    case Tag::hierarchies:
+    case Tag::levels: break;
+    default: SMNameDescObjectBuilder::smtagEndElement(module, className, tag);
     }
 }
 

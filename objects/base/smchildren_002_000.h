@@ -122,6 +122,12 @@ void SMDeleteById(SMChildren<T, By, SecondBy>& typed, SMDisplayList& list, const
     typed.Take(held);
 }
 
+/** The delete that leaves the display list alone: an object that the list still names lives on with it, and is still written. */
+template <class T, class By, class SecondBy>
+void SMDeleteTypedById(SMChildren<T, By, SecondBy>& typed, SMDisplayList& list, const QvULString& id) {
+    if (const T* found = typed.FindById(id)) list.Detach(typed.Take(found).get());
+}
+
 /** Cuts the parent link of children that outlive their container. */
 template <class T, class By, class SecondBy>
 void SMOrphan(const SMChildren<T, By, SecondBy>& typed) {

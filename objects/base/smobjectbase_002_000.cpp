@@ -30,7 +30,7 @@ SMObjectBase::SMObjectBase(IOObject* parentObject, SMProject2* project)
 
 SMObjectBase::~SMObjectBase() {
     if (!m_project || m_project->m_beingDestroyed) return;
-    m_project->ForgetRecorded(this);
+    m_project->ForgetObject(this);
     m_project->m_allObjects.Remove(this);
 }
 
@@ -43,7 +43,7 @@ SMObjectBase* SMObjectBase::GetParentSMObj() const {
 void SMObjectBase::SetSMProject(SMProject2* project) {
     if (project == m_project) return;
     if (m_project && !m_project->m_beingDestroyed) {
-        m_project->ForgetRecorded(this);
+        m_project->ForgetObject(this);
         m_project->NoteRenamed();
         m_project->m_allObjects.Remove(this);
     }

@@ -185,12 +185,19 @@ class SM_API SMObjectBase : public IOObject {
     /** Reads the children of a kind: each is made, handed to `add`, filled, and reads what hangs below it. False: a step failed. */
     template <class T, class Add>
     bool ReadChildren(IOHelper& helper, const I18NString& objectName, Add add) {
+        return ReadChildrenIf<T>(helper, objectName, [](const IOParameter&) { return true; }, add);
+    }
+    /** The same for the rows that `accept` takes. */
+    template <class T, class Accept, class Add>
+    bool ReadChildrenIf(IOHelper& helper, const I18NString& objectName, Accept accept, Add add) {
         QvSmartPtr<IOArrayParam> rows;
         if (!SelectRows(helper, objectName, rows)) return false;
         for (int i = 0; i < rows->Size(); ++i) {
+            const QvSmartPtr<IOParameter> row = rows->At(i);
+            if (!accept(*row)) continue;
             const QvSmartPtr<T> child = new T(this, m_project);
             add(child.get());
-            AdoptRow(helper, *child, *rows->At(i));
+            AdoptRow(helper, *child, *row);
             if (!child->read(helper)) return false;
         }
         return true;

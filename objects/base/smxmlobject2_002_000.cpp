@@ -22,6 +22,7 @@ SMXMLObject2::SMXMLObject2(const QvULString& tag, const I18NString& text, bool w
 }
 
 void SMXMLObject2::WriteBytes(QvXMLFormatTarget& target) const {
+    target.beginOpaqueElement();
     target.write(buffer.view());
 }
 

@@ -59,7 +59,7 @@ int SMNamespace2::WriteWhat() const {
     const CLTask* task = m_project ? m_project->getActiveExportTask() : nullptr;
     if (!task || task->GetMapTargetID2ObjectTask().count(GetId())) return static_cast<int>(SMWriteWhat::file);
     // the two top namespaces are written whole for what they hold; their child namespaces do not count
-    const bool whole = (GetName() == NAME_TARGET || GetName() == NAME_SOURCE) && !folders.empty();
+    const bool whole = (GetName() == NAME_TARGET || GetName() == NAME_SOURCE) && HasContent();
     return static_cast<int>(whole ? SMWriteWhat::file : SMWriteWhat::emptyPlaceholder);
 }
 
@@ -123,20 +123,17 @@ void SMNamespaceBuilder::JoinParent() {
     SMObjectBase* parent = m_namespace->GetParentSMObj();
     if (!parent) return;
     switch (parent->GetModelType()) {
-        case MODEL_TYPE_NAMESPACE:
-        case MODEL_TYPE_FOLDER: {
-            auto* section = static_cast<SMSectionType2*>(parent);
-            // only a namespace that somebody else shares can stand there already: the others are spared the search
-            const int ownShare = m_held ? 1 : 0;
-            const bool joined = m_namespace->getReferenceCount() > ownShare && section->HasNamespace(m_namespace);
-            if (!joined) section->AddNamespace(m_namespace);
-            break;
-        }
-        case MODEL_TYPE_PROJECT:
-            m_namespace->GetSMProject()->SetRootNamespace(m_namespace);
-            break;
-        default:
-            break;
+    case MODEL_TYPE_NAMESPACE:
+    case MODEL_TYPE_FOLDER: {
+        auto* section = static_cast<SMSectionType2*>(parent);
+        // only a namespace that somebody else shares can stand there already: the others are spared the search
+        const int ownShare = m_held ? 1 : 0;
+        const bool joined = m_namespace->getReferenceCount() > ownShare && section->HasNamespace(m_namespace);
+        if (!joined) section->AddNamespace(m_namespace);
+        break;
+    }
+    case MODEL_TYPE_PROJECT: m_namespace->GetSMProject()->SetRootNamespace(m_namespace); break;
+    default: break;
     }
 }
 

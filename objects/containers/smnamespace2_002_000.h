@@ -1,6 +1,6 @@
 #pragma once
 
-#include "objects/containers/smsectiontype2_002_000.h"
+#include "objects/containers/smsectiontypebuilder_002_000.h"
 
 namespace schema_002_000 {
 

@@ -32,7 +32,7 @@ SMNamespace2* SMSectionType2::AddOrUpdateNamespace(const QvULString& name, const
     SMNamespace2* found = m_project ? m_project->FindNamespaceByName(name) : nullptr;
     if (!found) {
         auto* ns = new SMNamespace2(this, m_project);
-        Number(ns);
+        ns->displayOrder = TakeDisplayOrder();
         ns->SetNameDontTouchNamespaceMap(name);
         ns->SetDescription(description);
         AddNamespace(ns);

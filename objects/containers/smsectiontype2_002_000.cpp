@@ -1,10 +1,9 @@
 #include "objects/containers/smsectiontype2_002_000.h"
 
 #include "core/qvutils/persist/multifilehelper.h"
-#include "objects/base/smskippedelement_002_000.h"
-#include "objects/containers/smfolder2_002_000.h"
-#include "objects/containers/smnamespace2_002_000.h"
+#include "objects/containers/smsectionchildren_002_000.h"
 #include "objects/project/smproject2_002_000.h"
+#include "objects/containers/smsectiontypebuilder_002_000.h"
 #include "objects/transforms/smrenamelist2_002_000.h"
 
 namespace schema_002_000 {
@@ -15,7 +14,14 @@ const SMTable TABLE = {"SM_SECTION_TYPE", "SECTION_ID", "SECTION_VERSION_NO", "P
 const QvULString COL_SECTION_TYPE_NAME = SMColumn("SECTION_TYPE_NAME");
 const QvULString COL_DISPLAY_ORDER = SMColumn("DISPLAY_ORDER");
 const I18NString KIND_SECTION = I18NString::Immortal("generic_section_type");
+const I18NString KIND_SUBJECT = I18NString::Immortal("generic_query_subject_type");
 constexpr int HELPER_KIND_MULTI_FILE = 3;
+
+/** Calls `visit` with each of the collections given, in their order. */
+template <class Visit, class... Children>
+void InOrder(Visit visit, Children&... children) {
+    (visit(children), ...);
+}
 
 }  // namespace
 
@@ -24,8 +30,8 @@ SM_DEFINE_KEY_COLUMNS(SMSectionType2, TABLE)
 SMSectionType2::SMSectionType2(SMObjectBase* owner, SMProject2* project) : SMNameDescObject2(owner, project) {}
 
 SMSectionType2::~SMSectionType2() {
-    SMOrphan(folders);
-    SMOrphan(namespaces);
+    InOrder([](auto& children) { SMOrphan(children); }, folders, functions, namespaces, shortcuts, querySubjects, updateSubjects,
+            relationships, relationshipShortcuts, filters, calculations, dimensions, scopeRelationships);
 }
 
 // ---- children
@@ -35,17 +41,42 @@ void SMSectionType2::Record(SMObjectBase* object) {
 }
 
 void SMSectionType2::AddFolder(SMFolder2* folder) {
-    m_displayOrder.Append(folder);
-    folders.Append(folder);
+    Add(folder, folders);
+}
+void SMSectionType2::AddFunction(SMFunction2* function) {
+    Add(function, functions);
+}
+void SMSectionType2::AddQuerySubject(SMQuerySubject2* subject) {
+    Add(subject, querySubjects);
+}
+void SMSectionType2::AddUpdateSubject(SMUpdateSubject2* subject) {
+    Add(subject, updateSubjects);
+}
+void SMSectionType2::AddFilter(SMFilter2* filter) {
+    Add(filter, filters);
+}
+void SMSectionType2::AddCalculation(SMCalculation2* calculation) {
+    Add(calculation, calculations);
+}
+void SMSectionType2::AddDimension(SMDimension2* dimension) {
+    Add(dimension, dimensions);
+}
+void SMSectionType2::AddShortcut(SMShortcut2* shortcut) {
+    Add(shortcut, shortcuts);
+}
+void SMSectionType2::AddRelationship(SMRelationship2* relationship) {
+    Add(relationship, relationships);
+}
+void SMSectionType2::AddRelationshipShortcut(SMRelationshipShortcut2* shortcut) {
+    Add(shortcut, relationshipShortcuts);
+}
+void SMSectionType2::AddScopeRelationship(SMScopeRelationship2* relationship) {
+    Add(relationship, scopeRelationships);
 }
 
 SMFolder2* SMSectionType2::AddOrUpdateFolder(const I18NString& name) {
-    if (SMFolder2* folder = folders.Find(name.utf8(), *this)) return folder;
-    auto* folder = new SMFolder2(this, m_project);
-    Number(folder);
-    AddFolder(folder);
-    folder->ChangeDefaultName(name);
-    return folder;
+    SMFolder2* folder = folders.Find(name.utf8(), *this);
+    return folder ? folder : Create<SMFolder2>(folders, name);
 }
 
 SMNamespace2* SMSectionType2::GetThisOrContainingNamespace() {
@@ -56,38 +87,58 @@ SMNamespace2* SMSectionType2::GetContainingNamespace() const {
     return static_cast<SMNamespace2*>(GetContainingObjectOfType(SMEnum_xmltag::Enum::namespace_, SMEnum_xmltag::Enum(-1)));
 }
 
-// ---- display order, ids, walks
+bool SMSectionType2::HasContent() const {
+    bool content = false;
+    InOrder([&](auto& children) { content = content || !children.empty(); }, folders, functions, shortcuts, querySubjects, updateSubjects,
+            relationships, relationshipShortcuts, filters, calculations, dimensions, scopeRelationships);
+    return content;
+}
+
+// ---- walks, each in an order of its own
 
 void SMSectionType2::SetSMProject(SMProject2* project) {
     SMNameDescObject2::SetSMProject(project);
-    for (const auto& folder : folders) folder->SetSMProject(project);
+    const auto set = [&](auto& children) {
+        for (const auto& child : children) child->SetSMProject(project);
+    };
+    InOrder(set, folders, functions, shortcuts, querySubjects, updateSubjects, relationships, relationshipShortcuts, filters, calculations,
+            dimensions, scopeRelationships);
 }
 
 void SMSectionType2::AddToSetPIDIDAndMiniObject() {
-    for (const auto& folder : folders) {
-        m_project->AddToSetPIDIDAndMiniObject(folder);
-        folder->AddToSetPIDIDAndMiniObject();
-    }
-    for (const auto& ns : namespaces) {
-        m_project->AddToSetPIDIDAndMiniObject(ns);
-        ns->AddToSetPIDIDAndMiniObject();
-    }
+    const auto enter = [&](auto& children) {
+        for (const auto& child : children) {
+            m_project->AddToSetPIDIDAndMiniObject(child);
+            if constexpr (requires { child->AddToSetPIDIDAndMiniObject(); }) child->AddToSetPIDIDAndMiniObject();
+        }
+    };
+    InOrder(enter, folders, namespaces, dimensions, querySubjects, updateSubjects, calculations, scopeRelationships, shortcuts, filters,
+            relationships, relationshipShortcuts, functions);
 }
 
-void SMSectionType2::getChildObjects(QvULCollection<IOObject, QvULIdExtract<IOObject>>& children) const {
-    for (const auto& folder : folders) children.push_back(folder);
-    for (const auto& ns : namespaces) children.push_back(ns);
+void SMSectionType2::getChildObjects(QvULCollection<IOObject, QvULIdExtract<IOObject>>& collection) const {
+    const auto list = [&](auto& children) {
+        for (const auto& child : children) collection.push_back(child);
+    };
+    InOrder(list, scopeRelationships, dimensions, calculations, filters, relationshipShortcuts, querySubjects, updateSubjects,
+            relationships, folders, functions, namespaces, shortcuts);
 }
 
 void SMSectionType2::RegenerateIds(std::map<QvULString, QvULString>& idMap) {
-    for (const auto& folder : folders) folder->RegenerateIds(idMap);
-    for (const auto& ns : namespaces) ns->RegenerateIds(idMap);
+    const auto regenerate = [&](auto& children) {
+        for (const auto& child : children) child->RegenerateIds(idMap);
+    };
+    InOrder(regenerate, folders, functions, namespaces, shortcuts, querySubjects, updateSubjects, relationships, relationshipShortcuts,
+            filters, calculations, dimensions, scopeRelationships);
     SMNamedObject2::RegenerateIds(idMap);
 }
 
 void SMSectionType2::RenameObjects(SMRenameList2& list) {
-    for (const auto& folder : folders) folder->RenameObjects(list);
-    for (const auto& ns : namespaces) ns->RenameObjects(list);
+    const auto rename = [&](auto& children) {
+        for (const auto& child : children) child->RenameObjects(list);
+    };
+    InOrder(rename, folders, namespaces, shortcuts, querySubjects, updateSubjects, relationships, relationshipShortcuts, filters,
+            calculations, dimensions, scopeRelationships);
 }
 
 // ---- document
@@ -149,29 +200,57 @@ bool SMSectionType2::readObjectType(IOHelper& helper, const I18NString& type, Qv
     return helper.DoReadAction(IOAction::AT_ReadSMObject, static_cast<const IOHashParam&>(*params), *result);
 }
 
+template <class T>
+bool SMSectionType2::ReadChild(IOHelper& helper, const IOParameter& row, void (SMSectionType2::*add)(T*)) {
+    const QvSmartPtr<T> child = Make<T>();
+    AdoptRow(helper, *child, row);
+    if (!child->read(helper)) return false;
+    (this->*add)(child);  // last: a namespace's name must be known
+    return true;
+}
+
+template <class T>
+bool SMSectionType2::ReadKind(IOHelper& helper, const I18NString& type, void (SMSectionType2::*add)(T*)) {
+    QvSmartPtr<IOArrayParam> rows;
+    if (!readObjectType(helper, type, rows, false)) return false;
+    for (int i = 0; i < rows->Size(); ++i)
+        if (!ReadChild(helper, *rows->At(i), add)) return false;
+    return true;
+}
+
 bool SMSectionType2::ReadSections(IOHelper& helper) {
     QvSmartPtr<IOArrayParam> rows;
     if (!readObjectType(helper, KIND_SECTION, rows, false)) return false;
     for (int i = 0; i < rows->Size(); ++i) {
         const QvSmartPtr<IOParameter> row = rows->At(i);
         const auto type = IfPresent(*row, IOParamTag::OBJECT_TYPE);
-        switch (m_tags->_string2enum(type ? type->GetQvStringValue() : I18NString())) {
-            case SMEnum_xmltag::Enum::folder: {
-                const QvSmartPtr<SMFolder2> folder = new SMFolder2(this, m_project);
-                AdoptRow(helper, *folder, *row);
-                if (!folder->read(helper)) return false;
-                AddFolder(folder);
-                break;
-            }
-            case SMEnum_xmltag::Enum::namespace_: {
-                const QvSmartPtr<SMNamespace2> ns = new SMNamespace2(this, m_project);
-                AdoptRow(helper, *ns, *row);
-                if (!ns->read(helper)) return false;
-                AddNamespace(ns);
-                break;
-            }
-            default:
-                break;
+        switch (m_tags->_string2enum(type ? type->GetQvStringValue() : EMPTY_QVSTRING)) {
+        case SMEnum_xmltag::Enum::folder:
+            if (!ReadChild(helper, *row, &SMSectionType2::AddFolder)) return false;
+            break;
+        case SMEnum_xmltag::Enum::namespace_:
+            if (!ReadChild(helper, *row, &SMSectionType2::AddNamespace)) return false;
+            break;
+        default: break;
+        }
+    }
+    return true;
+}
+
+bool SMSectionType2::ReadSubjects(IOHelper& helper) {
+    QvSmartPtr<IOArrayParam> rows;
+    if (!readObjectType(helper, KIND_SUBJECT, rows, true)) return false;
+    for (int i = 0; i < rows->Size(); ++i) {
+        const QvSmartPtr<IOParameter> row = rows->At(i);
+        const auto kind = IfPresent(*row, IOParamTag::OBJECT);
+        switch (m_tags->_string2enum(kind ? kind->GetQvStringValue() : EMPTY_QVSTRING)) {
+        case SMEnum_xmltag::Enum::dimension:
+            if (!ReadChild(helper, *row, &SMSectionType2::AddDimension)) return false;
+            break;
+        case SMEnum_xmltag::Enum::querySubject:
+            if (!ReadChild(helper, *row, &SMSectionType2::AddQuerySubject)) return false;
+            break;
+        default: break;
         }
     }
     return true;
@@ -179,84 +258,18 @@ bool SMSectionType2::ReadSections(IOHelper& helper) {
 
 bool SMSectionType2::read(IOHelper& helper) {
     SMSectionTypeBuilder builder(this);
-    if (!read_custom_property_locale(helper, this, &builder) || !ReadSections(helper)) return false;
+    if (!read_custom_property_locale(helper, this, &builder) || !ReadSections(helper) || !ReadSubjects(helper) ||
+        !ReadKind(helper, m_tags->updateSubject, &SMSectionType2::AddUpdateSubject) ||
+        !ReadKind(helper, m_tags->calculation, &SMSectionType2::AddCalculation) ||
+        !ReadKind(helper, m_tags->scopeRelationship, &SMSectionType2::AddScopeRelationship) ||
+        !ReadKind(helper, m_tags->shortcut, &SMSectionType2::AddShortcut) ||
+        !ReadKind(helper, m_tags->filter, &SMSectionType2::AddFilter) ||
+        !ReadKind(helper, m_tags->relationship, &SMSectionType2::AddRelationship) ||
+        !ReadKind(helper, m_tags->relationshipShortcut, &SMSectionType2::AddRelationshipShortcut) ||
+        !ReadKind(helper, m_tags->function, &SMSectionType2::AddFunction))
+        return false;
     SortDisplayOrder();
     return true;
-}
-
-// ---- builder
-
-using Tag = SMEnum_xmltag::Enum;
-
-void SMSectionTypeBuilder::smtagStartElement(const I18NString& module, const I18NString& className, Tag tag, const QvXMLAttributes& attrs) {
-    switch (tag) {
-        case Tag::namespace_: {
-            auto* ns = new SMNamespace2(m_section, m_section->GetSMProject());
-            ns->displayOrder = m_section->TakeDisplayOrder();
-            Push(new SMNamespaceBuilder(ns, false));  // joins the section at its end, when its name is known
-            break;
-        }
-        case Tag::folder: {
-            auto* folder = new SMFolder2(m_section, m_section->GetSMProject());
-            folder->displayOrder = m_section->TakeDisplayOrder();
-            m_section->AddFolder(folder);
-            Push(new SMFolderBuilder(folder));
-            break;
-        }
-        case Tag::smnamespacefile:
-            StartNamespaceFile(attrs);
-            break;
-        case Tag::property:
-            StartProperty(attrs);
-            break;
-        case Tag::querySubject:
-        case Tag::updateSubject:
-        case Tag::dimension:
-        case Tag::calculation:
-        case Tag::filter:
-        case Tag::function:
-        case Tag::shortcut:
-        case Tag::relationship:
-        case Tag::relationshipShortcut:
-        case Tag::scopeRelationship:
-            Push(new SMSkippedElementBuilder(m_tags->_enum2string(tag)));
-            break;
-        default:
-            SMNameDescObjectBuilder::smtagStartElement(module, className, tag, attrs);
-    }
-}
-
-void SMSectionTypeBuilder::StartNamespaceFile(const QvXMLAttributes& attrs) {
-    SMProject2* project = m_section->GetSMProject();
-    const int filename = attrs.getIndex(m_tags->filename);
-    QvSmartPtr<SMNamespace2> ns;
-    if (filename < 0) {
-        const I18NString name = attrs.getValue(m_tags->name);
-        ns = project->FindNamespaceByName(name);
-        if (!ns) {
-            ns = new SMNamespace2(m_section, project);
-            ns->SetId(attrs.getValue(m_tags->id));
-            ns->SetNameDontTouchNamespaceMap(name);
-            m_section->AddNamespace(ns);
-        }
-    } else {
-        ns = new SMNamespace2(m_section, project);
-        ns->ReadFromXMLFile(attrs.getValue(m_tags->filepath), attrs.getValue(filename));
-    }
-    Push(new SMNamespaceBuilder(ns, false));  // takes the placeholders inside this one
-}
-
-void SMSectionTypeBuilder::smtagEndElement(const I18NString& module, const I18NString& className, Tag tag) {
-    StopCollecting();
-    switch (tag) {
-        case Tag::smnamespacefile:
-            break;
-        case Tag::property:
-            EndProperty(*m_section);
-            break;
-        default:
-            SMNameDescObjectBuilder::smtagEndElement(module, className, tag);
-    }
 }
 
 }  // namespace schema_002_000

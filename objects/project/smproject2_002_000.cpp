@@ -174,12 +174,24 @@ void SMProject2::RecordObject(SMObjectBase* object) {
     if (m_idMap.emplace(key, object).second) m_recordedKeys.emplace(object, key);
 }
 
-void SMProject2::ForgetRecorded(SMObjectBase* object) {
+void SMProject2::ForgetObject(SMObjectBase* object) {
+    if (!m_watched.empty()) m_watched.erase(object);
     if (m_recordedKeys.empty()) return;
     const auto [first, last] = m_recordedKeys.equal_range(object);
     for (auto recorded = first; recorded != last; ++recorded)
         if (const auto entry = m_idMap.find(recorded->second); entry != m_idMap.end() && entry->second == object) m_idMap.erase(entry);
     m_recordedKeys.erase(first, last);
+}
+
+std::uint64_t SMProject2::WatchLife(const SMObjectBase* object) {
+    const auto entry = m_watched.emplace(object, m_lastLifeToken + 1);
+    if (entry.second) ++m_lastLifeToken;
+    return entry.first->second;
+}
+
+bool SMProject2::IsWatchedAlive(const SMObjectBase* object, std::uint64_t token) const {
+    const auto entry = m_watched.find(object);
+    return entry != m_watched.end() && entry->second == token;
 }
 
 void SMProject2::ForgetRecordedName(const QvULString& key) {

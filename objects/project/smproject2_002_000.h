@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <list>
 #include <map>
 #include <set>
@@ -17,7 +18,12 @@ class CLTask;
 namespace schema_002_000 {
 
 class SMDatasource2;
+class SMCalculation2;
+class SMNamedObject2;
 class SMNamespace2;
+class SMQueryItem2;
+class SMQuerySubject2;
+class SMShortcut2;
 class SMPackage2;
 class SMParameterMap2;
 class SMSecurityView2;
@@ -126,6 +132,18 @@ class SM_API SMProject2 : public SMObjectBase {
     void AppendParameterMap(SMParameterMap2* map);
 
     /** Data sources, packages and security views keep what they refer to. */
+    // ---- look-ups by object id over the whole model; null when there is none
+
+    SMQuerySubject2* GetQuerySubjectBySMID(const I18NString& id) const;
+    /** A query subject, update subject, dimension or shortcut. Only the first two parts of the id are looked at. */
+    SMNamedObject2* GetRefObjectBySMID(const I18NString& id) const;
+    SMQueryItem2* GetQueryItemBySMID(const I18NString& ns, const I18NString& subject, const I18NString& item) const;
+    SMCalculation2* GetCalculationBySMID(const I18NString& ns, const I18NString& name, const I18NString& ignored) const;
+    SMShortcut2* GetShortcutBySMID(const I18NString& id) const;
+
+    /** Builds the namespace "Database Layer" anew below "Target", empty but for its namespace "Materialized Views". */
+    void DropDatabaseLayerContentExceptMViews();
+
     void RenameObjects(SMRenameList2& list);
     using SMObjectBase::RegenerateIds;
     void RegenerateIds(std::map<QvULString, QvULString>& idMap);
@@ -165,7 +183,11 @@ class SM_API SMProject2 : public SMObjectBase {
 
     /** Enters an object under its object id, if the project keeps the map. */
     void RecordObject(SMObjectBase* object);
-    void ForgetRecorded(SMObjectBase* object);
+    /** For an object that dies or leaves: its entry in the map of object ids goes, and who watches it learns of it. */
+    void ForgetObject(SMObjectBase* object);
+    /** Watches an object of this project: the token tells later, with the pointer, whether it still lives here. */
+    std::uint64_t WatchLife(const SMObjectBase* object);
+    bool IsWatchedAlive(const SMObjectBase* object, std::uint64_t token) const;
     void ForgetRecordedName(const QvULString& key);
     void ForgetNamespace(SMNamespace2* ns);
     void NoteRenamed() noexcept { ++m_nameEpoch.renamed; }
@@ -179,6 +201,8 @@ class SM_API SMProject2 : public SMObjectBase {
     friend class SMObjectBase;
     friend class SMProjectBuilder;
 
+    /** The namespace of an id, and its second part; null when the id has fewer than two parts. */
+    SMNamespace2* NamespaceOf(const I18NString& id, I18NString& name) const;
     void EnterNamespace(const QvULString& name, SMNamespace2* ns);
     void EraseNamespaceEntry(const QvULString& name);
     void WriteDataSources(IOHelper* helper, QvContentHandler* handler, QvXMLFormatTarget& target) const;
@@ -223,6 +247,9 @@ class SM_API SMProject2 : public SMObjectBase {
     std::vector<QvULString> m_localeSpellings;
     /** The keys under which objects were recorded; an object that moves under another name has several. */
     std::unordered_multimap<const SMObjectBase*, QvULString> m_recordedKeys;
+    /** Tokens of the objects that are watched. */
+    std::unordered_map<const SMObjectBase*, std::uint64_t> m_watched;
+    std::uint64_t m_lastLifeToken = 0;
 };
 
 }  // namespace schema_002_000

@@ -110,50 +110,24 @@ using Tag = SMEnum_xmltag::Enum;
 void SMProjectBuilder::realStartElement(const I18NString&, const I18NString& localName, const I18NString&, const QvXMLAttributes& attrs) {
     const Tag tag = TagOf(localName);
     switch (tag) {
-        case Tag::project:
-            m_object->SetId(attrs.getValue(m_tags->id));
-            break;
-        case Tag::name:
-        case Tag::locale:
-        case Tag::defaultLocale:
-            CollectText();
-            break;
-        case Tag::locales:
-        case Tag::parameterMaps:
-        case Tag::packages:
-            break;
-        case Tag::namespace_:
-            StartNamespace();
-            break;
-        case Tag::smnamespacefile:
-            StartNamespaceFile(attrs);
-            break;
-        case Tag::property:
-            StartProperty(attrs);
-            break;
-        case Tag::dataSources:
-            StartSection(attrs, *m_tags, m_object->m_dataSourcesId, m_object->m_dataSourcesVersion);
-            break;
-        case Tag::securityViews:
-            StartSection(attrs, *m_tags, m_object->m_securityViewsId, m_object->m_securityViewsVersion);
-            break;
-        case Tag::dataSource:
-            StartDataSource();
-            break;
-        case Tag::parameterMap:
-            StartParameterMap(attrs);
-            break;
-        case Tag::securityView:
-            StartSecurityView(attrs);
-            break;
-        case Tag::package:
-            StartPackage(attrs);
-            break;
-        case Tag::packagefile:
-            StartPackageFile(attrs);
-            break;
-        default:
-            LogUnknownStart(WORDS.module, WORDS.className, "realStartElement", localName);
+    case Tag::project: m_object->SetId(attrs.getValue(m_tags->id)); break;
+    case Tag::name:
+    case Tag::locale:
+    case Tag::defaultLocale: CollectText(); break;
+    case Tag::locales:
+    case Tag::parameterMaps:
+    case Tag::packages: break;
+    case Tag::namespace_: StartNamespace(); break;
+    case Tag::smnamespacefile: StartNamespaceFile(attrs); break;
+    case Tag::property: StartProperty(attrs); break;
+    case Tag::dataSources: StartSection(attrs, *m_tags, m_object->m_dataSourcesId, m_object->m_dataSourcesVersion); break;
+    case Tag::securityViews: StartSection(attrs, *m_tags, m_object->m_securityViewsId, m_object->m_securityViewsVersion); break;
+    case Tag::dataSource: StartDataSource(); break;
+    case Tag::parameterMap: StartParameterMap(attrs); break;
+    case Tag::securityView: StartSecurityView(attrs); break;
+    case Tag::package: StartPackage(attrs); break;
+    case Tag::packagefile: StartPackageFile(attrs); break;
+    default: LogUnknownStart(WORDS.module, WORDS.className, "realStartElement", localName);
     }
 }
 
@@ -229,29 +203,19 @@ void SMProjectBuilder::StartSection(const QvXMLAttributes& attrs, const SMEnum_x
 void SMProjectBuilder::realEndElement(const I18NString&, const I18NString& localName, const I18NString&) {
     StopCollecting();
     switch (TagOf(localName)) {
-        case Tag::project:
-        case Tag::locales:
-        case Tag::smnamespacefile:
-        case Tag::dataSources:
-        case Tag::parameterMaps:
-        case Tag::securityViews:
-        case Tag::packages:
-        case Tag::packagefile:
-            break;
-        case Tag::name:
-            m_object->SetName(m_text);
-            break;
-        case Tag::locale:
-            m_object->AddLocale(m_text);
-            break;
-        case Tag::defaultLocale:
-            m_object->SetDefaultLocale(m_text);
-            break;
-        case Tag::property:
-            EndProperty(*m_object);
-            break;
-        default:
-            LogUnknownEnd(WORDS.module, WORDS.className, "realEndElement", localName);
+    case Tag::project:
+    case Tag::locales:
+    case Tag::smnamespacefile:
+    case Tag::dataSources:
+    case Tag::parameterMaps:
+    case Tag::securityViews:
+    case Tag::packages:
+    case Tag::packagefile: break;
+    case Tag::name: m_object->SetName(m_text); break;
+    case Tag::locale: m_object->AddLocale(m_text); break;
+    case Tag::defaultLocale: m_object->SetDefaultLocale(m_text); break;
+    case Tag::property: EndProperty(*m_object); break;
+    default: LogUnknownEnd(WORDS.module, WORDS.className, "realEndElement", localName);
     }
 }
 

@@ -191,31 +191,23 @@ bool SMDefinition2::write_next(IOHelper& helper) {
 void SMDefinitionBuilder::smtagStartElement(const I18NString& module, const I18NString& className, Tag tag, const QvXMLAttributes& attrs) {
     SMProject2* project = m_definition->GetSMProject();
     switch (tag) {
-        case Tag::definition:
-            break;
-        case Tag::dbQuery: {
-            auto* query = new SMDefinition2::DBQuery(m_definition, project, attrs);
-            m_definition->SetDBQuery(query);
-            Push(new DBQueryBuilder(query));
-            break;
-        }
-        case Tag::modelQuery: {
-            auto* query = new SMDefinition2::ModelQuery(m_definition, project);
-            m_definition->SetModelQuery(query);
-            Push(new ModelQueryBuilder(query));
-            break;
-        }
-        case Tag::mdQuery:
-            m_definition->mdQuery = KeepXml(m_tags->mdQuery, attrs);
-            break;
-        case Tag::storedProcedure:
-            m_definition->storedProcedure = KeepXml(m_tags->storedProcedure, attrs);
-            break;
-        case Tag::queryOperation:
-            m_definition->queryOperation = KeepXml(m_tags->queryOperation, attrs);
-            break;
-        default:
-            SMNameDescObjectBuilder::smtagStartElement(module, className, tag, attrs);
+    case Tag::definition: break;
+    case Tag::dbQuery: {
+        auto* query = new SMDefinition2::DBQuery(m_definition, project, attrs);
+        m_definition->SetDBQuery(query);
+        Push(new DBQueryBuilder(query));
+        break;
+    }
+    case Tag::modelQuery: {
+        auto* query = new SMDefinition2::ModelQuery(m_definition, project);
+        m_definition->SetModelQuery(query);
+        Push(new ModelQueryBuilder(query));
+        break;
+    }
+    case Tag::mdQuery: m_definition->mdQuery = KeepXml(m_tags->mdQuery, attrs); break;
+    case Tag::storedProcedure: m_definition->storedProcedure = KeepXml(m_tags->storedProcedure, attrs); break;
+    case Tag::queryOperation: m_definition->queryOperation = KeepXml(m_tags->queryOperation, attrs); break;
+    default: SMNameDescObjectBuilder::smtagStartElement(module, className, tag, attrs);
     }
 }
 

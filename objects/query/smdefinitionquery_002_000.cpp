@@ -175,20 +175,16 @@ void SMDefinition2::ModelQuery::WriteXMLElement(QvContentHandler* handler, QvXML
 
 void SMDefinitionBuilder::ModelQueryBuilder::StartShared(Tag tag, const I18NString& localName, const QvXMLAttributes& attrs) {
     switch (tag) {
-        case Tag::filterDefinition: {
-            auto* filter = new SMDefinition2::FilterDefinition(m_query, m_query->GetSMProject(), attrs);
-            m_query->filterDefinitions.emplace_back(filter);
-            Push(new FilterDefinitionBuilder(filter));
-            break;
-        }
-        case Tag::sql:
-            m_query->sql = KeepXml(m_tags->sql, attrs);
-            break;
-        case Tag::generateSQL:
-            CollectText();
-            break;
-        default:
-            if (tag == Tag(-1)) LogUnknownStart(MODULE, ClassWord(), METHOD_START, localName);
+    case Tag::filterDefinition: {
+        auto* filter = new SMDefinition2::FilterDefinition(m_query, m_query->GetSMProject(), attrs);
+        m_query->filterDefinitions.emplace_back(filter);
+        Push(new FilterDefinitionBuilder(filter));
+        break;
+    }
+    case Tag::sql: m_query->sql = KeepXml(m_tags->sql, attrs); break;
+    case Tag::generateSQL: CollectText(); break;
+    default:
+        if (tag == Tag(-1)) LogUnknownStart(MODULE, ClassWord(), METHOD_START, localName);
     }
 }
 
@@ -213,12 +209,9 @@ void SMDefinitionBuilder::DBQueryBuilder::realStartElement(const I18NString&, co
                                                            const QvXMLAttributes& attrs) {
     const Tag tag = TagOf(localName);
     switch (tag) {
-        case Tag::dataSourceRef:
-        case Tag::tableType:
-            CollectText();
-            break;
-        default:
-            StartShared(tag, localName, attrs);
+    case Tag::dataSourceRef:
+    case Tag::tableType: CollectText(); break;
+    default: StartShared(tag, localName, attrs);
     }
 }
 
@@ -226,14 +219,9 @@ void SMDefinitionBuilder::DBQueryBuilder::realEndElement(const I18NString&, cons
     StopCollecting();
     const Tag tag = TagOf(localName);
     switch (tag) {
-        case Tag::dataSourceRef:
-            m_dbQuery->dataSourceRefs.push_back(m_text);
-            break;
-        case Tag::tableType:
-            m_dbQuery->tableType = TextAsEnum<SMEnum_tableType>();
-            break;
-        default:
-            EndShared(tag, localName);
+    case Tag::dataSourceRef: m_dbQuery->dataSourceRefs.push_back(m_text); break;
+    case Tag::tableType: m_dbQuery->tableType = TextAsEnum<SMEnum_tableType>(); break;
+    default: EndShared(tag, localName);
     }
 }
 
@@ -244,31 +232,21 @@ void SMDefinitionBuilder::FilterDefinitionBuilder::LogIfUnknown(Tag tag, const c
 void SMDefinitionBuilder::FilterDefinitionBuilder::realStartElement(const I18NString&, const I18NString& localName, const I18NString&,
                                                                     const QvXMLAttributes& attrs) {
     switch (TagOf(localName)) {
-        case Tag::expression:
-            m_filter->expression = KeepXml(m_tags->expression, attrs);
-            break;
-        case Tag::displayName:
-        case Tag::refobj:
-        case Tag::lastChanged:
-            CollectText();
-            break;
-        default: LogIfUnknown(TagOf(localName), METHOD_START, localName);
+    case Tag::expression: m_filter->expression = KeepXml(m_tags->expression, attrs); break;
+    case Tag::displayName:
+    case Tag::refobj:
+    case Tag::lastChanged: CollectText(); break;
+    default: LogIfUnknown(TagOf(localName), METHOD_START, localName);
     }
 }
 
 void SMDefinitionBuilder::FilterDefinitionBuilder::realEndElement(const I18NString&, const I18NString& localName, const I18NString&) {
     StopCollecting();
     switch (TagOf(localName)) {
-        case Tag::displayName:
-            m_filter->displayName = m_text;
-            break;
-        case Tag::refobj:
-            m_filter->refobj = m_text;
-            break;
-        case Tag::lastChanged:
-            m_filter->SetSMLastChangedDate(m_text);
-            break;
-        default: LogIfUnknown(TagOf(localName), METHOD_END, localName);
+    case Tag::displayName: m_filter->displayName = m_text; break;
+    case Tag::refobj: m_filter->refobj = m_text; break;
+    case Tag::lastChanged: m_filter->SetSMLastChangedDate(m_text); break;
+    default: LogIfUnknown(TagOf(localName), METHOD_END, localName);
     }
 }
 

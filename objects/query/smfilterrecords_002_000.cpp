@@ -123,35 +123,25 @@ typename SMFilterRecords<Text>::Security* SMFilterReader<Text>::CurrentSecurity(
 template <class Text>
 SMFilterStep SMFilterReader<Text>::Start(Tag tag, const QvXMLAttributes& attrs) {
     switch (tag) {
-        case Tag::previewFilters:
-            m_state = State::previews;
-            return SMFilterStep::done;
-        case Tag::securityFilters:
-            m_state = State::securities;
-            return SMFilterStep::done;
-        case Tag::previewFilter:
-            m_records.EditPreviews().emplace_back();
-            return SMFilterStep::done;
-        case Tag::securityFilterDefinition:
-            m_records.EditSecurities().emplace_back();
-            return SMFilterStep::done;
-        case Tag::securityObject:
-            m_state = State::securityObject;
-            if (auto* filter = CurrentSecurity())
-                filter->type = EnumOf<SMEnum_securityObjectType>(attrs.getValue(SMEnum_xmltag::GetInstance()->type));
-            return SMFilterStep::done;
-        case Tag::expression:
-            if ((m_state == State::previews && CurrentPreview()) || (m_state == State::securities && CurrentSecurity()))
-                return SMFilterStep::keep;
-            return m_state == State::previews || m_state == State::securities ? SMFilterStep::done : SMFilterStep::notMine;
-        case Tag::basedOn:
-        case Tag::cmSearchPath:
-        case Tag::displayName:
-        case Tag::displayPath:
-        case Tag::refobj:
-            return SMFilterStep::collect;
-        default:
-            return SMFilterStep::notMine;
+    case Tag::previewFilters: m_state = State::previews; return SMFilterStep::done;
+    case Tag::securityFilters: m_state = State::securities; return SMFilterStep::done;
+    case Tag::previewFilter: m_records.EditPreviews().emplace_back(); return SMFilterStep::done;
+    case Tag::securityFilterDefinition: m_records.EditSecurities().emplace_back(); return SMFilterStep::done;
+    case Tag::securityObject:
+        m_state = State::securityObject;
+        if (auto* filter = CurrentSecurity())
+            filter->type = EnumOf<SMEnum_securityObjectType>(attrs.getValue(SMEnum_xmltag::GetInstance()->type));
+        return SMFilterStep::done;
+    case Tag::expression:
+        if ((m_state == State::previews && CurrentPreview()) || (m_state == State::securities && CurrentSecurity()))
+            return SMFilterStep::keep;
+        return m_state == State::previews || m_state == State::securities ? SMFilterStep::done : SMFilterStep::notMine;
+    case Tag::basedOn:
+    case Tag::cmSearchPath:
+    case Tag::displayName:
+    case Tag::displayPath:
+    case Tag::refobj: return SMFilterStep::collect;
+    default: return SMFilterStep::notMine;
     }
 }
 
@@ -177,34 +167,27 @@ bool SMFilterReader<Text>::SetText(Text SMPreviewFilterRecord<Text>::*inPreview,
 template <class Text>
 bool SMFilterReader<Text>::End(Tag tag, const I18NString& text) {
     switch (tag) {
-        case Tag::previewFilters:
-        case Tag::securityFilters:
-            m_state = State::outside;
-            return true;
-        case Tag::securityObject:
-            m_state = State::securities;
-            return true;
-        case Tag::previewFilter:
-        case Tag::securityFilterDefinition:
-        case Tag::basedOn:
-            return true;
-        case Tag::cmSearchPath:
-            if (auto* filter = CurrentSecurity()) {
-                if (m_state == State::securityObject) filter->cmSearchPath = text;
-                if (m_state == State::securities) filter->basedOnCmSearchPath = text;
-            }
-            return true;
-        case Tag::displayPath:
-            // whatever the state, as the format has it: the last record takes it
-            if (auto* filter = CurrentSecurity()) filter->displayPath = text;
-            return true;
-        case Tag::displayName:
-            SetText(&SMPreviewFilterRecord<Text>::displayName, &SMSecurityFilterRecord<Text>::displayName, text);
-            return true;
-        case Tag::refobj:
-            return SetText(&SMPreviewFilterRecord<Text>::refobj, &SMSecurityFilterRecord<Text>::refobj, text);
-        default:
-            return false;
+    case Tag::previewFilters:
+    case Tag::securityFilters: m_state = State::outside; return true;
+    case Tag::securityObject: m_state = State::securities; return true;
+    case Tag::previewFilter:
+    case Tag::securityFilterDefinition:
+    case Tag::basedOn: return true;
+    case Tag::cmSearchPath:
+        if (auto* filter = CurrentSecurity()) {
+            if (m_state == State::securityObject) filter->cmSearchPath = text;
+            if (m_state == State::securities) filter->basedOnCmSearchPath = text;
+        }
+        return true;
+    case Tag::displayPath:
+        // whatever the state, as the format has it: the last record takes it
+        if (auto* filter = CurrentSecurity()) filter->displayPath = text;
+        return true;
+    case Tag::displayName:
+        SetText(&SMPreviewFilterRecord<Text>::displayName, &SMSecurityFilterRecord<Text>::displayName, text);
+        return true;
+    case Tag::refobj: return SetText(&SMPreviewFilterRecord<Text>::refobj, &SMSecurityFilterRecord<Text>::refobj, text);
+    default: return false;
     }
 }
 

@@ -9,6 +9,13 @@
 #include "core/qvutils/text/i18nstring.h"
 #include "core/qvutils/text/tklbytebuffer.h"
 
+/** Told before an element is written as bytes, behind the back of the handler that prints the document. */
+class SM_API QvOpaqueElementListener {
+  public:
+    virtual ~QvOpaqueElementListener() = default;
+    virtual void BeforeOpaqueElement() = 0;
+};
+
 /**
  * Sink of bytes. The kinds that stand for a slow device keep a window of memory that `write` fills inline; the others keep none,
  * and each byte is where it goes as soon as `write` returns.
@@ -30,6 +37,12 @@ class SM_API QvXMLFormatTarget {
     }
     void write(std::string_view bytes) { write(bytes.data(), bytes.size()); }
     void write(char byte) { write(&byte, 1); }
+    /** For whoever writes a whole element as bytes: lets a printer that indents begin a new line for it. */
+    void beginOpaqueElement() {
+        if (m_listener) m_listener->BeforeOpaqueElement();
+    }
+    /** Borrowed; null takes it away. */
+    void setOpaqueElementListener(QvOpaqueElementListener* listener) { m_listener = listener; }
     /** Hands on what the window holds. */
     virtual void flush() {}
 
@@ -38,6 +51,9 @@ class SM_API QvXMLFormatTarget {
     virtual void overflow(const char* bytes, std::size_t length) = 0;
     char* m_at = nullptr;
     char* m_end = nullptr;
+
+  private:
+    QvOpaqueElementListener* m_listener = nullptr;
 };
 
 /**

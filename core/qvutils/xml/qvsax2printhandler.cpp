@@ -35,6 +35,15 @@ QvSAX2PrintHandler::QvSAX2PrintHandler(const char* encoding, bool, QvXMLFormatTa
     if (!fragment) m_target.write(std::string_view("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"));
 }
 
+QvSAX2PrintHandler::~QvSAX2PrintHandler() {
+    if (m_indent) m_target.setOpaqueElementListener(nullptr);
+}
+
+void QvSAX2PrintHandler::SetIndent(bool indent) {
+    m_indent = indent;
+    m_target.setOpaqueElementListener(indent ? this : nullptr);
+}
+
 void QvSAX2PrintHandler::characters(const I18NString& text) {
     if (text.empty()) return;
     if (m_indent && !m_levels.empty()) m_levels.back().hasText = true;
@@ -56,12 +65,19 @@ void QvSAX2PrintHandler::NewLine() {
     for (std::size_t i = 0; i < m_levels.size(); ++i) m_target.write(std::string_view("  "));
 }
 
+void QvSAX2PrintHandler::BeginChild() {
+    if (m_levels.empty() || m_levels.back().hasText) return;
+    m_levels.back().hasChildren = true;
+    NewLine();
+}
+
+void QvSAX2PrintHandler::BeforeOpaqueElement() {
+    BeginChild();
+}
+
 void QvSAX2PrintHandler::startElement(const I18NString&, const I18NString&, const I18NString& qName, const QvXMLAttributes& attrs) {
     if (m_indent) {
-        if (!m_levels.empty() && !m_levels.back().hasText) {
-            m_levels.back().hasChildren = true;
-            NewLine();
-        }
+        BeginChild();
         m_levels.emplace_back();
     }
     const int count = attrs.getLength();

@@ -12,19 +12,20 @@
  * Text is escaped as `&amp; &lt; &gt; &#xD;`, attributes (in double quotes) also `&quot; &#x9; &#xA;`; the apostrophe stays raw, since
  * ids inside kept XML stand in apostrophes. Only qualified names and values of attributes are printed, in their order.
  */
-class SM_API QvSAX2PrintHandler : public QvContentHandler {
+class SM_API QvSAX2PrintHandler : public QvContentHandler, private QvOpaqueElementListener {
   public:
     /**
      * `encoding` is "UTF-8"; `reserved` is false. `fragment` false prints the XML declaration and a line feed at once, in the
      * constructor; true prints none. The target is borrowed.
      */
     QvSAX2PrintHandler(const char* encoding, bool reserved, QvXMLFormatTarget& target, bool fragment);
+    ~QvSAX2PrintHandler() override;
 
     /**
      * Two blanks a level between elements that hold elements only, for people; text and kept XML stay as they stand. To be set before
      * the first element.
      */
-    void SetIndent(bool indent) { m_indent = indent; }
+    void SetIndent(bool indent);
 
     void characters(const I18NString& text) override;
     void endDocument() override;
@@ -42,6 +43,8 @@ class SM_API QvSAX2PrintHandler : public QvContentHandler {
         bool hasText = false, hasChildren = false;
     };
 
+    void BeforeOpaqueElement() override;
+    void BeginChild();
     void NewLine();
 
     QvXMLFormatTarget& m_target;

@@ -27,6 +27,8 @@ int Run(int argc, char** argv) {
     AddFmt(app, status);
     AddLs(app, status);
     AddRename(app, status, words);
+    AddRepo(app, status);
+    AddDemo(app, status);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

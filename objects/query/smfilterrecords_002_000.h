@@ -31,7 +31,7 @@ struct SMSecurityFilterRecord {
 
 /** The preview and security filters of a subject or calculation. One pointer wide while there are none. */
 template <class Text>
-class SMFilterRecords {
+class SM_API SMFilterRecords {
   public:
     using Preview = SMPreviewFilterRecord<Text>;
     using Security = SMSecurityFilterRecord<Text>;
@@ -77,7 +77,7 @@ enum class SMFilterStep { notMine, done, collect, keep };
  * lists grow; a value that comes before any record is dropped.
  */
 template <class Text>
-class SMFilterReader {
+class SM_API SMFilterReader {
   public:
     /** The records are borrowed. */
     explicit SMFilterReader(SMFilterRecords<Text>& records) : m_records(records) {}

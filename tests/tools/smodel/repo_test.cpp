@@ -1,10 +1,14 @@
+#include <memory>
 #include <string>
+#include <vector>
 
 #include <unistd.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/repository/smrepository.h"
+#include "objects/face/smmodelstore_002_000.h"
 #include "tests/support/facemodel.h"
 #include "tests/support/toolrun.h"
 
@@ -95,6 +99,38 @@ TEST(SmodelRepo, LeavesNothingOfAPutThatIsInterrupted) {
     ::kill(tool.Process(), SIGINT);
     EXPECT_EQ(tool.Wait().status, 130);
     EXPECT_THAT(directory.Files(), ElementsAre("in.xml"));
+}
+
+TEST(SmodelRepo, WritesNothingWhenNothingChanged) {
+    const TestDirectory directory;
+    const std::string repository = directory.Path("r.db");
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(RunTool({"repo", "put", repository, MODELS + "minimal.xml"}).status, 0);
+        EXPECT_EQ(SMRepository(repository).Projects().at(0).revision, 1);
+    }
+}
+
+TEST(SmodelRepo, TellsThatTheRepositoryHasMovedOn) {
+    const TestDirectory directory;
+    const std::string path = directory.Path("r.db"), theirs = directory.Write("theirs.xml", ModelDocument(NamespaceElement("theirs")));
+    std::string content;
+    for (int i = 0; i < 3'000; ++i) content += NamespaceElement("n" + std::to_string(i));
+    const auto ours = schema_002_000::SMLoadModelBytes(ModelDocument(NamespaceElement("ours", content)));
+    ASSERT_EQ(RunTool({"repo", "put", path, theirs}).status, 0);
+
+    SMRepository repository(path);
+    const auto context = repository.OpenProject(1);
+    std::unique_ptr<RunningTool> tool;
+    const auto startToolHalfway = [&](const schema_002_000::SMProgress& progress) {
+        if (progress.done < 1'000 || tool) return;
+        tool = std::make_unique<RunningTool>(std::vector<std::string>{"repo", "put", path, theirs}, std::string());
+        ::usleep(500'000);  // it looks at the repository, and waits for us to end
+    };
+    ASSERT_TRUE(schema_002_000::SMPutModel(*ours.project, *context, {startToolHalfway, nullptr}).IsDone());
+    ASSERT_TRUE(tool);
+    const ToolRun run = tool->Wait();
+    EXPECT_EQ(run.status, 4) << run.err;
+    EXPECT_THAT(run.err, HasSubstr("The repository has moved on"));
 }
 
 }  // namespace

@@ -1,6 +1,4 @@
-#include <memory>
 #include <string>
-#include <vector>
 
 #include <unistd.h>
 
@@ -8,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "core/repository/smrepository.h"
-#include "objects/face/smmodelstore_002_000.h"
 #include "tests/support/facemodel.h"
 #include "tests/support/toolrun.h"
 
@@ -23,6 +20,13 @@ const std::string MODELS = SMODEL_SOURCE_DIR "/examples/models/";
 
 std::string Canonical(const std::string& document) {
     return CanonicalText(*schema_002_000::SMLoadModelBytes(document).project);
+}
+
+/** Takes a second or so to put. */
+std::string BigModel() {
+    std::string content;
+    for (int i = 0; i < 100'000; ++i) content += NamespaceElement("n" + std::to_string(i));
+    return ModelDocument(NamespaceElement("root", content));
 }
 
 TEST(SmodelRepo, GivesBackWhatWasPut) {
@@ -90,9 +94,7 @@ TEST(SmodelRepo, MakesNoRepositoryForABrokenDocument) {
 
 TEST(SmodelRepo, LeavesNothingOfAPutThatIsInterrupted) {
     const TestDirectory directory;
-    std::string content;
-    for (int i = 0; i < 100'000; ++i) content += NamespaceElement("n" + std::to_string(i));
-    const std::string in = directory.Write("in.xml", ModelDocument(NamespaceElement("root", content)));
+    const std::string in = directory.Write("in.xml", BigModel());
     RunningTool tool({"repo", "put", directory.Path("r.db"), in}, {});
     while (directory.Files().size() < 2) ::usleep(1000);
     ::usleep(20'000);
@@ -112,25 +114,16 @@ TEST(SmodelRepo, WritesNothingWhenNothingChanged) {
 
 TEST(SmodelRepo, TellsThatTheRepositoryHasMovedOn) {
     const TestDirectory directory;
-    const std::string path = directory.Path("r.db"), theirs = directory.Write("theirs.xml", ModelDocument(NamespaceElement("theirs")));
-    std::string content;
-    for (int i = 0; i < 3'000; ++i) content += NamespaceElement("n" + std::to_string(i));
-    const auto ours = schema_002_000::SMLoadModelBytes(ModelDocument(NamespaceElement("ours", content)));
-    ASSERT_EQ(RunTool({"repo", "put", path, theirs}).status, 0);
-
-    SMRepository repository(path);
-    const auto context = repository.OpenProject(1);
-    std::unique_ptr<RunningTool> tool;
-    const auto startToolHalfway = [&](const schema_002_000::SMProgress& progress) {
-        if (progress.done < 1'000 || tool) return;
-        tool = std::make_unique<RunningTool>(std::vector<std::string>{"repo", "put", path, theirs}, std::string());
-        ::usleep(500'000);  // it looks at the repository, and waits for us to end
-    };
-    ASSERT_TRUE(schema_002_000::SMPutModel(*ours.project, *context, {startToolHalfway, nullptr}).IsDone());
-    ASSERT_TRUE(tool);
-    const ToolRun run = tool->Wait();
-    EXPECT_EQ(run.status, 4) << run.err;
+    const std::string repository = directory.Path("r.db");
+    ASSERT_EQ(RunTool({"repo", "put", repository, "-"}, ModelDocument(NamespaceElement("first"))).status, 0);
+    RunningTool slow({"repo", "put", repository, directory.Write("big.xml", BigModel())}, {});
+    while (directory.Files().size() < 3) ::usleep(1000);  // until it has opened the repository
+    ::usleep(100'000);
+    ASSERT_EQ(RunTool({"repo", "put", repository, "-"}, ModelDocument(NamespaceElement("second"))).status, 0);
+    const ToolRun run = slow.Wait();
+    EXPECT_EQ(run.status, 4);
     EXPECT_THAT(run.err, HasSubstr("The repository has moved on"));
+    EXPECT_THAT(RunTool({"repo", "get", repository, "-o", "-"}).out, HasSubstr(">second</name>"));
 }
 
 }  // namespace

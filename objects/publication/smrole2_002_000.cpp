@@ -43,22 +43,19 @@ bool SMRole2::write_no_seq_inc(IOHelper& helper) {
 using Tag = SMEnum_xmltag::Enum;
 
 void SMRoleBuilder::smtagStartElement(const I18NString& module, const I18NString& className, Tag tag, const QvXMLAttributes& attrs) {
-    if (tag == Tag::intrinsic)
-        CollectText();
-    else
-        SMNamedObjectBuilder::smtagStartElement(module, className, tag, attrs);
+    switch (tag) {
+    case Tag::role: break;
+    case Tag::intrinsic: CollectText(); break;
+    default: SMNamedObjectBuilder::smtagStartElement(module, className, tag, attrs);
+    }
 }
 
 void SMRoleBuilder::smtagEndElement(const I18NString& module, const I18NString& className, Tag tag) {
     StopCollecting();
     switch (tag) {
-        case Tag::role:
-            break;
-        case Tag::intrinsic:
-            m_role->SetIntrinsic(TextAsBool());
-            break;
-        default:
-            SMNamedObjectBuilder::smtagEndElement(module, className, tag);
+    case Tag::role: break;
+    case Tag::intrinsic: m_role->SetIntrinsic(TextAsBool()); break;
+    default: SMNamedObjectBuilder::smtagEndElement(module, className, tag);
     }
 }
 

@@ -63,6 +63,21 @@ QvSmartPtr<IOParameter> ByKey(const qv::CatalogueTable& table, const IOParameter
     return row;
 }
 
+/** A row with the key columns of its table: a class that names none of its own writes them under the names of the base. */
+QvSmartPtr<IOParameter> UnderOwnKeys(const qv::CatalogueTable& table, const QvSmartPtr<IOParameter>& attributes) {
+    if (!attributes->HasKey("ID")) return attributes;
+    const std::pair<const char*, std::string_view> keys[] = {
+        {"ID", table.id}, {"VERSION", table.version}, {"PARENT_ID", table.parentId}, {"PARENT_VERSION", table.parentVersion}};
+    const QvSmartPtr<IOParameter> row = new IOHashParam;
+    for (auto pair = attributes->GetPairIterator(); !pair->atEnd(); pair->advance()) {
+        QvULString name = pair->key();
+        for (const auto& [base, own] : keys)
+            if (name == QvULString(base)) name = Key(own);
+        row->insertOrReplace(name, pair->value());
+    }
+    return row;
+}
+
 }  // namespace
 
 std::string TextOf(const IOParameter& value) {
@@ -150,7 +165,7 @@ void StoreContext::Check(const std::string& table, const IOParameter& attributes
     for (auto pair = attributes.GetPairIterator(); !pair->atEnd(); pair->advance()) {
         const std::string name = pair->key().c_str();
         const bool isKey = name == known->id || name == known->version || name == known->parentId || name == known->parentVersion ||
-                           name == "PARENT_ID" || name == "PARENT_VERSION";
+                           name == "ID" || name == "VERSION" || name == "PARENT_ID" || name == "PARENT_VERSION";
         if (isKey) continue;
         const qv::CatalogueColumn* column = qv::FindColumn(*known, name);
         if (!column)
@@ -178,13 +193,15 @@ void StoreContext::Store(const std::string& action, const IOHashParam& params) {
         const std::string table = Text(params, IOParamTag::TABLE_NAME);
         Check(table, *attributes);
         const qv::CatalogueTable* known = qv::FindTable(table);
-        const std::string id = known ? Text(*attributes, Key(known->id)) : std::string();
+        if (!known) return;
+        const QvSmartPtr<IOParameter> stored = UnderOwnKeys(*known, attributes);
+        const std::string id = Text(*stored, Key(known->id));
         for (StoredRow& row : TableOf(table))
             if (row.id == id) {
-                row.attributes = attributes;
+                row.attributes = stored;
                 return;
             }
-        TableOf(table).push_back({id, attributes});
+        TableOf(table).push_back({id, stored});
     }
 }
 

@@ -42,7 +42,8 @@ bool IsKind(const std::string& tag) {
     return kinds.count(tag) > 0;
 }
 
-const qv::CatalogueTable* TableOf(const SMObjectBase& object) {
+const qv::CatalogueTable* TableOf(const SMObjectBase& object, const std::string& tag) {
+    if (const qv::CatalogueKind* kind = qv::FindKind(tag); kind && object.GetIdCol().empty()) return qv::FindTable(kind->table);
     for (const qv::CatalogueTable& table : qv::CatalogueTables())
         if (table.id == object.GetIdCol().utf8() && table.version == object.GetVersionCol().utf8()) return &table;
     return nullptr;
@@ -117,7 +118,7 @@ std::string Plain(const IOParameter& value) {
 
 /** The face of the rows, under the keys by which rows are read. */
 void RowFacts(Collector& collector, SMObjectBase& object, const std::string& kind) {
-    const qv::CatalogueTable* table = TableOf(object);
+    const qv::CatalogueTable* table = TableOf(object, kind);
     if (!table) return;
     const QvSmartPtr<IOHashParam> attrs = new IOHashParam, history = new IOHashParam;
     object.getAttributes(*attrs, *history);

@@ -24,6 +24,8 @@ struct ModelClass {
     std::function<void(schema_002_000::SMObjectBase&, Values&)> fill;
     /** Reads the object's element as its parent does, and gives the object made. */
     std::function<Object(schema_002_000::SMProject2&, const std::string& element)> read;
+    /** False for a class whose element tells what its reader does not take. */
+    bool readsWhatItWrites = true;
 
     friend std::ostream& operator<<(std::ostream& out, const ModelClass& entry) { return out << entry.name; }
 
@@ -46,10 +48,11 @@ template <class T>
 class Register {
   public:
     Register(const char* name, T* (*make)(schema_002_000::SMProject2&), void (*fill)(T&, Values&),
-             T* (*read)(schema_002_000::SMProject2&, const std::string&)) {
+             T* (*read)(schema_002_000::SMProject2&, const std::string&), bool readsWhatItWrites = true) {
         AddModelClass({name, [make](schema_002_000::SMProject2& project) { return make(project); },
                        [fill](schema_002_000::SMObjectBase& object, Values& values) { fill(static_cast<T&>(object), values); },
-                       [read](schema_002_000::SMProject2& project, const std::string& element) { return read(project, element); }});
+                       [read](schema_002_000::SMProject2& project, const std::string& element) { return read(project, element); },
+                       readsWhatItWrites});
     }
 };
 

@@ -342,10 +342,10 @@ TEST(SMProject2Sections, RefuseAPackageFileWithoutAName) {
 TEST(SMProject2Sections, TakeAPackageWhoseFileIsMissing) {
     CapturedLog log;
     Document document;
-    document.packages = "<packagefile filename=\"missing.qva\" filepath=\"nowhere\"></packagefile><packagefile filename=\"\"></packagefile>";
+    document.packages =
+        "<packagefile filename=\"missing.qva\" filepath=\"nowhere\"></packagefile><packagefile filename=\"\"></packagefile>";
     EXPECT_EQ(ParseProject(document.Text())->GetPackages().size(), 2u);
-    EXPECT_THAT(log.Messages(),
-                ElementsAre("1 Error reading SM model from XML", "1 Error reading SM model from XML"));
+    EXPECT_THAT(log.Messages(), ElementsAre("1 Error reading SM model from XML", "1 Error reading SM model from XML"));
 }
 
 TEST(SMProject2Sections, TakeTwoPackagesOfOneId) {
@@ -364,7 +364,8 @@ TEST(SMProject2Rows, WritesViewsBeforeMapsAndReadsThemAfter) {
     std::vector<std::string> tables;
     for (const std::string& name : store.Names())
         if (name.rfind("AT_InsertObject ", 0) == 0) tables.push_back(name.substr(16));
-    EXPECT_THAT(tables, ElementsAre("SM_PROJECT", "SM_SECTION_TYPE", "SM_DATASOURCE", "SM_PACKAGE", "SM_SECURITY_VIEW", "SM_PARAMETER_MAP"));
+    EXPECT_THAT(tables,
+                ElementsAre("SM_PROJECT", "SM_SECTION_TYPE", "SM_DATASOURCE", "SM_PACKAGE", "SM_SECURITY_VIEW", "SM_PARAMETER_MAP"));
 
     const std::size_t writes = store.Actions().size();
     const ProjectPtr other = new SMProject2();
@@ -395,9 +396,9 @@ TEST(SMProject2Rows, TellsWhichKindCouldNotBeWritten) {
             messages.insert(event.message);
         }
     }
-    EXPECT_THAT(messages, ElementsAre("Failed to write a Datasource child of smproject.", "Failed to write a Package child of smproject.",
-                                      "Failed to write a ParameterMap child of smproject.",
-                                      "Failed to write a SecurityViews child of smproject."));
+    EXPECT_THAT(messages,
+                ElementsAre("Failed to write a Datasource child of smproject.", "Failed to write a Package child of smproject.",
+                            "Failed to write a ParameterMap child of smproject.", "Failed to write a SecurityViews child of smproject."));
 }
 
 // ---- the database layer

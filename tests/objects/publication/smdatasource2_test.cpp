@@ -56,7 +56,7 @@ TEST(SMDatasource2Model, DiffersInEachField) {
     DataSource source(CONTENT);
     SMDatasourceContents same;
     source->CopyContents(same);
-    for (I18NString SMDatasourceContents::* field :
+    for (I18NString SMDatasourceContents::*field :
          {&SMDatasourceContents::cmDataSource, &SMDatasourceContents::catalog, &SMDatasourceContents::cube, &SMDatasourceContents::schema,
           &SMDatasourceContents::connectionString, &SMDatasourceContents::aliasTableMapRef, &SMDatasourceContents::name,
           &SMDatasourceContents::type}) {
@@ -129,8 +129,9 @@ TEST(SMDatasourceBuilder, LetsAnyPropertyDecideOfTheTarget) {
 }
 
 TEST(SMDatasourceBuilder, KeepsPropertiesOtherThanTheTarget) {
-    DataSource source("<property name=\"id\">i</property><property name=\"version\">3</property><property name=\"qvref\">w</property>"
-                      "<property name=\"x\">y</property><property name=\"isTarget\">true</property>");
+    DataSource source(
+        "<property name=\"id\">i</property><property name=\"version\">3</property><property name=\"qvref\">w</property>"
+        "<property name=\"x\">y</property><property name=\"isTarget\">true</property>");
     EXPECT_EQ(Str(source->GetId()), "i");
     EXPECT_EQ(source->GetVersionNo(), 3);
     EXPECT_EQ(Str(source->GetQvRef()), "w");
@@ -192,7 +193,8 @@ TEST(SMDatasource2Rows, KeepsItsTypeInARecord) {
     source->SetId("i");
     StoreContext store;
     ASSERT_TRUE(source->write(store));
-    EXPECT_THAT(store.Names(), ElementsAre("AT_InsertObject SM_DATASOURCE", "AT_WriteRemainingInfo SM_REMAIN_INFO", "EndObject", "EndObject"));
+    EXPECT_THAT(store.Names(),
+                ElementsAre("AT_InsertObject SM_DATASOURCE", "AT_WriteRemainingInfo SM_REMAIN_INFO", "EndObject", "EndObject"));
     other->SetId("i");
     other->SetVersionNo(source->GetVersionNo());
     ASSERT_TRUE(other->read(store));

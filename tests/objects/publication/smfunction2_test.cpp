@@ -33,11 +33,13 @@ std::string Element(const std::string& content) {
 }
 
 std::string Result(const std::string& type) {
-    return Str(Function("<result><datatype>" + type + "</datatype><precision>5</precision><scale>2</scale></result>")->WriteResultToString());
+    return Str(
+        Function("<result><datatype>" + type + "</datatype><precision>5</precision><scale>2</scale></result>")->WriteResultToString());
 }
 
-constexpr const char* PARAMETER = "<procParameter><parameterName>p</parameterName><mode>in</mode><datatype>date</datatype><size>4</size>"
-                                  "<nullable>true</nullable><aggregationRule>sum</aggregationRule></procParameter>";
+constexpr const char* PARAMETER =
+    "<procParameter><parameterName>p</parameterName><mode>in</mode><datatype>date</datatype><size>4</size>"
+    "<nullable>true</nullable><aggregationRule>sum</aggregationRule></procParameter>";
 
 }  // namespace
 

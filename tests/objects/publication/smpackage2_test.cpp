@@ -108,8 +108,9 @@ TEST(SMPackage2Xml, WritesTheFramesOfANewPackage) {
     CapturedLog log;
     EXPECT_EQ(WriteElement(*Package().package),
               Element("<maxVersions>0</maxVersions><locales></locales><definition></definition><adminAccess></adminAccess>"));
-    EXPECT_THAT(log.Events(), ElementsAre(LoggedEvent{4, "smpackage2", "SMPackage2", "WriteXMLElement",
-                                                      "Writing to XML a package containing no adminAccess element.  Adding an empty tag.", ""}));
+    EXPECT_THAT(log.Events(),
+                ElementsAre(LoggedEvent{4, "smpackage2", "SMPackage2", "WriteXMLElement",
+                                        "Writing to XML a package containing no adminAccess element.  Adding an empty tag.", ""}));
 }
 
 TEST(SMPackage2Xml, WritesItsPartsInTheirOrder) {
@@ -197,7 +198,8 @@ TEST(SMPackage2File, LogsABadFileInItsOwnWords) {
     for (LoggedEvent event : log.Events()) {
         EXPECT_FALSE(event.detail.empty());
         event.detail.clear();
-        EXPECT_EQ(event, (LoggedEvent{1, "smpackage2", "SMPackage2", "ReadFromXMLFile", "Error reading SM model from XML", "", "QvOne/qve"}));
+        EXPECT_EQ(event,
+                  (LoggedEvent{1, "smpackage2", "SMPackage2", "ReadFromXMLFile", "Error reading SM model from XML", "", "QvOne/qve"}));
     }
 }
 
@@ -294,8 +296,9 @@ TEST(SMPackage2Rows, SaysNothingOfTheAccessAfterAFailure) {
 }
 
 TEST(SMPackage2Rows, KeepsTheStoredDateWhenItReadsItsTexts) {
-    Package package("<description locale=\"en\">d</description><description locale=\"fr\"></description><screenTip locale=\"en\">s</screenTip>"
-                    "<locale>en</locale><viewref>v</viewref><adminAccess><a></a></adminAccess>"),
+    Package package(
+        "<description locale=\"en\">d</description><description locale=\"fr\"></description><screenTip locale=\"en\">s</screenTip>"
+        "<locale>en</locale><viewref>v</viewref><adminAccess><a></a></adminAccess>"),
         other;
     package->SetId("i");
     StoreContext store;

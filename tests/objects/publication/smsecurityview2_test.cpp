@@ -86,8 +86,9 @@ TEST(SMSecurityView2Model, GivesNoKindForARuleThatNoSetHas) {
 }
 
 TEST(SMSecurityView2Model, GivesTheReferencesOfAllSetsAndTheKindOfTheLast) {
-    View view("<definition><set includeRule=\"hide\"><refobj>a</refobj></set><set includeRule=\"include\"><refobj>b</refobj></set>"
-              "<set includeRule=\"hide\"><viewref>c</viewref></set></definition>");
+    View view(
+        "<definition><set includeRule=\"hide\"><refobj>a</refobj></set><set includeRule=\"include\"><refobj>b</refobj></set>"
+        "<set includeRule=\"hide\"><viewref>c</viewref></set></definition>");
     std::vector<QvULString> ids;
     EXPECT_EQ(view->GetRefIDs(HIDE, ids), VIEWREF);
     EXPECT_THAT(ids, ElementsAre(QvULString("a"), QvULString("c")));
@@ -129,16 +130,18 @@ TEST(SMSecurityViewBuilder, LetsTheLastReferenceOfASetDecideItsKind) {
 }
 
 TEST(SMSecurityViewBuilder, KeepsTwoSetsOfOneRuleAndOfUnknownRules) {
-    View view("<definition><set includeRule=\"hide\"></set><set includeRule=\"hide\"></set><set includeRule=\"Hide\"></set><set></set>"
-              "</definition>");
+    View view(
+        "<definition><set includeRule=\"hide\"></set><set includeRule=\"hide\"></set><set includeRule=\"Hide\"></set><set></set>"
+        "</definition>");
     EXPECT_EQ(Str(view->WriteDefinitionToString()),
               "<definition><set includeRule=\"hide\"></set><set includeRule=\"hide\"></set><set includeRule=\"\"></set>"
               "<set includeRule=\"\"></set></definition>");
 }
 
 TEST(SMSecurityViewBuilder, StartsEachOverrideAnew) {
-    View view("<qosOverrides><qosOverride><functionId>f</functionId><qosLevel>l</qosLevel><description locale=\"en\">d</description>"
-              "</qosOverride><qosOverride><functionId>g</functionId></qosOverride></qosOverrides>");
+    View view(
+        "<qosOverrides><qosOverride><functionId>f</functionId><qosLevel>l</qosLevel><description locale=\"en\">d</description>"
+        "</qosOverride><qosOverride><functionId>g</functionId></qosOverride></qosOverrides>");
     ASSERT_EQ(view->GetQosOverrides().size(), 2u);
     EXPECT_EQ(Str(view->GetQosOverrides()[1].functionId), "g");
     EXPECT_TRUE(view->GetQosOverrides()[1].qosLevel.empty());
@@ -193,8 +196,7 @@ TEST(SMSecurityView2Rows, StoresItsRecordsInTheirOrder) {
 
 TEST(SMSecurityView2Rows, KeepsItsRoleFlag) {
     View view;
-    view->constructFromIOParameter(
-        *Row().Text("id", "i").Number("version", 2).Text("name", "n").Put("isRoleBased", new IOBoolParam(true)));
+    view->constructFromIOParameter(*Row().Text("id", "i").Number("version", 2).Text("name", "n").Put("isRoleBased", new IOBoolParam(true)));
     EXPECT_TRUE(view->IsRoleBased());
     EXPECT_EQ(Str(view->GetId()), "i");
 }

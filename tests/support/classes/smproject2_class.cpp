@@ -1,6 +1,9 @@
 #include "objects/containers/smfolder2_002_000.h"
 #include "objects/containers/smnamespace2_002_000.h"
+#include "objects/publication/smdatasource2_002_000.h"
+#include "objects/publication/smpackage2_002_000.h"
 #include "objects/publication/smparametermap2_002_000.h"
+#include "objects/publication/smsecurityview2_002_000.h"
 #include "tests/support/documents.h"
 #include "tests/support/modelclasses.h"
 
@@ -23,6 +26,14 @@ void Fill(SMProject2& project, smtest::Values& values) {
     map->AddOrUpdateParameterMapEntry(values.Text("a key").c_str(), values.Text("a value").c_str());
     smtest::FillIdentity(*map->GetEntries().back(), values);
     smtest::FillIdentity(*map, values);
+    smtest::FillIdentity(
+        *project.AddDataSourceOrReturnExisting(values.Name("inner source").c_str(), "", "", SMEnum_queryProcessing::databaseOnly), values);
+    SMSecurityView2* view = project.AddSecurityViewOrReturnExisting(values.Name("inner view").c_str());
+    view->SetAccess(nullptr);  // what new objects are given has quotes in a form that a document does not keep
+    smtest::FillIdentity(*view, values);
+    SMPackage2* package = project.AddPackageOrReturnExisting(values.Name("inner package").c_str(), "", view);
+    package->SetAdminAccess(new SMXMLObject2("adminAccess", "", true));
+    smtest::FillIdentity(*package, values);
     smtest::FillBase(project, values);
 }
 

@@ -14,9 +14,6 @@ namespace {
 
 const SMLogWords WORDS = {"smobjects", "SMProject2"};
 constexpr std::size_t MAX_LOCALE_SPELLINGS = 64;
-const QvULString NAME_DATABASE_LAYER = QvULString::Immortal("Database Layer");
-const QvULString NAME_MATERIALIZED_VIEWS = QvULString::Immortal("Materialized Views");
-const QvULString NAME_TARGET = QvULString::Immortal("Target");
 
 }  // namespace
 
@@ -167,36 +164,6 @@ void SMProject2::DeleteNamespace(SMNamespace2* ns) {
         return;
     }
     if (container) static_cast<SMSectionType2*>(container)->DeleteNamespace(ns);
-}
-
-void SMProject2::DropDatabaseLayerContentExceptMViews() {
-    if (!m_rootNamespace) return;
-    QvULString keptId;
-    int keptSequence = 0;
-    QvDate keptDate(true);
-    QvSmartPtr<SMNamespace2> views;
-    if (SMNamespace2* old = FindNamespaceByName(NAME_DATABASE_LAYER)) {
-        keptId = old->GetId();
-        keptSequence = old->hostSequence;
-        keptDate = old->GetLastChangedDate();
-        views = old->GetChildNamespaceByName(NAME_MATERIALIZED_VIEWS);
-        DeleteNamespaceWithName(NAME_DATABASE_LAYER);
-    }
-    SMNamespace2* target = FindNamespaceByName(NAME_TARGET);
-    if (!target) target = m_rootNamespace->AddOrUpdateNamespace(NAME_TARGET, NAME_TARGET);
-    SMNamespace2* layer = target->AddOrUpdateNamespace(NAME_DATABASE_LAYER, NAME_DATABASE_LAYER);
-    if (!keptId.empty()) layer->SetId(keptId);
-    if (keptSequence > 0) layer->hostSequence = keptSequence;
-    if (views) {
-        views->parent = layer;
-        layer->AddNamespace(views);
-        AddDescendentNamespacesToMap(*views);  // they left the map together with the old layer
-    } else {
-        views = layer->AddOrUpdateNamespace(NAME_MATERIALIZED_VIEWS, NAME_MATERIALIZED_VIEWS);
-    }
-    layer->SetLastChangedDate(keptDate);
-    views->SetSMProject(this);
-    views->CorrectChildrenParentPtrs();
 }
 
 // ---- recorded objects, shared spellings

@@ -87,11 +87,6 @@ class SM_API SMProject2 : public SMObjectBase {
     void DeleteNamespaceWithName(const I18NString& name);
     /** As above for a namespace that the caller holds. */
     void DeleteNamespace(SMNamespace2* ns);
-    /**
-     * Makes the namespace "Database Layer" anew below "Target", with the id and the date of the old one, and takes over its child
-     * "Materialized Views" alone. What is missing of the three is made; does nothing without a root.
-     */
-    void DropDatabaseLayerContentExceptMViews();
 
     // ---- owned kinds
 

@@ -47,10 +47,10 @@ void Fill(SMFunction2& function, smtest::Values& values) {
 }
 
 SMFunction2* Read(SMProject2& project, const std::string& element) {
-    SMFunction2* function = Make(project);
-    SMFunctionBuilder builder(function);
-    smtest::ParseInto(builder, element);
-    return function;
+    SMNamespace2* root = smtest::RootOf(project);
+    SMNamespaceBuilder builder(root, false);
+    smtest::ParseInside(builder, element);
+    return root->GetFunctions().back();
 }
 
 const smtest::Register<SMFunction2> ENTRY{"SMFunction2", Make, Fill, Read};

@@ -2,7 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include "objects/catalogue/dbtable_002_000.h"
+#include "objects/dimensional/smdimension2_002_000.h"
+#include "objects/dimensional/smlevel2_002_000.h"
 #include "objects/query/smqueryitemfolder2_002_000.h"
+#include "objects/query/smquerysubject2_002_000.h"
 #include "tests/support/capturedlog.h"
 #include "tests/support/contexts.h"
 #include "tests/support/documents.h"
@@ -21,6 +25,41 @@ struct Fixture {
         ParseInside(builder, elements);
     }
     std::string Text() const { return WriteElement(*item); }
+};
+
+/** A subject "orders" of a namespace "Sales" with an item "amount" two folders down, and two tables with columns of ids. */
+struct Subject {
+    ProjectPtr project = NewProject("Sales");
+    SMNamespace2* ns = project->GetRootNamespace();
+    QvSmartPtr<SMQuerySubject2> subject = new SMQuerySubject2(ns, project, ns);
+    SMQueryItem2* item = nullptr;
+
+    Subject() {
+        SMQuerySubjectBuilder builder(subject);
+        ParseInside(
+            builder,
+            "<name locale=\"en\">orders</name><queryItemFolder><queryItemFolder><queryItem><name locale=\"en\">amount</name>"
+            "</queryItem></queryItemFolder></queryItemFolder><queryItemFolder><queryItem><name locale=\"en\">late</name></queryItem>"
+            "</queryItemFolder><queryItem><name locale=\"en\">direct</name></queryItem>");
+        item = subject->GetQueryItemWithName("amount");
+        subject->SetDBTargetTable(Table({{"c1", EDB_TYPE(1)}, {"c2", EDB_TYPE(2)}}));
+        subject->Set2ndDBTargetTable(Table({{"c2", EDB_TYPE(10)}, {"c3", EDB_TYPE(11)}}));
+    }
+    static DBTable* Table(const std::vector<std::pair<const char*, EDB_TYPE>>& columns) {
+        auto* table = new DBTable("t");
+        table->SetId("table");
+        for (const auto& [id, type] : columns) {
+            auto* column = new DBColumn(id);
+            column->SetId(id);
+            column->setType(type);
+            table->AddColumn(column);
+        }
+        return table;
+    }
+    EDB_TYPE TypeOf(const char* columnId) const {
+        item->SetPhysicalObjectId(columnId);
+        return item->GetColDBType();
+    }
 };
 
 const std::string FRAME =
@@ -95,6 +134,103 @@ TEST(SMQueryItem2Model, LogsAnIdOutsideOfSubjectsAndLevelsInTheWordsOfLevels) {
         4, "smlevel2", "SMLevel2", "GetSMID", "Attempting to build an SM ID for a query item that is not inside a query subject or level.",
         ""};
     EXPECT_THAT(log.Events(), testing::ElementsAre(walk, own));
+}
+
+TEST(SMQueryItem2Model, TakesItsIdFromTheSubjectPastFolders) {
+    const Subject fixture;
+    EXPECT_EQ(fixture.item->GetSMID(false), "[Sales].[orders].[amount]");
+    fixture.item->AddName("en", "a < b");
+    EXPECT_EQ(fixture.item->GetSMID(true), "[Sales].[orders].[a &lt; b]");
+}
+
+TEST(SMQueryItem2Model, FindsItsColumnInTheFirstTableBeforeTheSecond) {
+    const Subject fixture;
+    EXPECT_EQ(fixture.TypeOf("c1"), EDB_TYPE(1));
+    EXPECT_EQ(fixture.TypeOf("c2"), EDB_TYPE(2));
+    EXPECT_EQ(fixture.TypeOf("c3"), EDB_TYPE(11));
+}
+
+TEST(SMQueryItem2Model, HasNoColumnTypeWhereALinkIsMissing) {
+    const CapturedLog log;
+    const Subject fixture;
+    EXPECT_EQ(fixture.TypeOf(""), EDB_TYPE::unknown);
+    EXPECT_EQ(fixture.TypeOf("c4"), EDB_TYPE::unknown);
+    const QvSmartPtr<SMQuerySubject2> bare = new SMQuerySubject2(fixture.ns, fixture.project, fixture.ns);
+    EXPECT_EQ(bare->FindTargetColumn("c1"), nullptr);
+    const QvSmartPtr<SMQueryItem2> alone = new SMQueryItem2(nullptr, fixture.project);
+    alone->SetPhysicalObjectId("c1");
+    EXPECT_EQ(alone->GetColDBType(), EDB_TYPE::unknown);
+    EXPECT_THAT(log.Events(), testing::IsEmpty());
+}
+
+TEST(SMQueryItem2Model, HasNoColumnTypeInLevelsAndDimensions) {
+    const Subject fixture;
+    const QvSmartPtr<SMLevel2> level = new SMLevel2(fixture.subject, fixture.project);
+    const QvSmartPtr<SMDimension2> dimension = new SMDimension2(fixture.ns, fixture.project, fixture.ns);
+    for (SMObjectBase* parent : {static_cast<SMObjectBase*>(level), static_cast<SMObjectBase*>(dimension)}) {
+        const QvSmartPtr<SMQueryItem2> item = new SMQueryItem2(parent, fixture.project);
+        item->SetPhysicalObjectId("c1");
+        EXPECT_EQ(item->GetColDBType(), EDB_TYPE::unknown);
+    }
+}
+
+TEST(SMQueryItem2Model, IsFoundByColumnTypeInTheFirstFolderOnly) {
+    const Subject fixture;
+    fixture.item->SetPhysicalObjectId("c1");
+    fixture.subject->GetQueryItemWithName("late")->SetPhysicalObjectId("c3");
+    EXPECT_EQ(fixture.subject->GetQueryItemByDBType(EDB_TYPE(1)), fixture.item);
+    EXPECT_EQ(fixture.subject->GetQueryItemByDBType(EDB_TYPE(11)), nullptr);
+    EXPECT_EQ(fixture.subject->GetQueryItemFolders()[1]->GetQueryItemByDBType(EDB_TYPE(11)), fixture.subject->GetQueryItemWithName("late"));
+}
+
+TEST(SMQueryItem2Model, PutsTheThirdItemOfAPromptIntoTheReferenceForCascading) {
+    const Subject fixture;
+    SMQueryItem2* display = fixture.subject->GetQueryItemByName("direct");
+    SMQueryItem2* cascade = fixture.subject->GetQueryItemWithName("late");
+    const SMPromptInfo2* prompt = fixture.item->AddOrUpdatePromptInfo(SMEnum_promptType::editBox, display, nullptr, cascade);
+    EXPECT_EQ(prompt, fixture.item->GetPromptInfo());
+    EXPECT_EQ(prompt->GetParentSMObj(), fixture.item);
+    EXPECT_EQ(prompt->GetPromptType(), "editBox");
+    EXPECT_EQ(prompt->GetPromptDisplayItemRef(), "[Sales].[orders].[direct]");
+    EXPECT_EQ(prompt->GetPromptFilterItemRef(), "");
+    EXPECT_EQ(prompt->GetPromptCascadeOnRef(), "[Sales].[orders].[late]");
+    EXPECT_EQ(prompt->GetPromptUseItemRef(), "");
+    EXPECT_THAT(WriteElement(*prompt), testing::Not(testing::HasSubstr("late")));
+}
+
+TEST(SMQueryItem2Model, StampsAPromptThatChanges) {
+    const Subject fixture;
+    SMQueryItem2* other = fixture.subject->GetQueryItemByName("direct");
+    const auto stamps = [&](SMEnum_promptType::Enum type, SMQueryItem2* filter) {
+        fixture.item->SetLastChangedDate(QvDate(false));
+        fixture.item->AddOrUpdatePromptInfo(type, nullptr, filter, nullptr);
+        return fixture.item->GetLastChangedDate().IsSet();
+    };
+    EXPECT_TRUE(stamps(SMEnum_promptType::Enum(-1), nullptr));
+    EXPECT_FALSE(stamps(SMEnum_promptType::Enum(-1), nullptr));
+    EXPECT_TRUE(stamps(SMEnum_promptType::editBox, nullptr));
+    EXPECT_TRUE(stamps(SMEnum_promptType::editBox, other));
+    EXPECT_FALSE(stamps(SMEnum_promptType::editBox, other));
+    EXPECT_FALSE(stamps(SMEnum_promptType::editBox, nullptr));
+    EXPECT_EQ(fixture.item->GetPromptInfo()->GetPromptFilterItemRef(), "[Sales].[orders].[direct]");
+}
+
+TEST(SMQueryItem2Model, EntersItsPartsAndItsPropertiesIntoTheMapsOfASave) {
+    const Subject fixture;
+    std::set<QvULString> pidid, ids;
+    MapId2MiniObject miniObjects;
+    MapId2RemainingInfo remainingInfo;
+    fixture.subject->SetDefinition(nullptr);
+    fixture.ns->AddQuerySubject(fixture.subject);
+    fixture.item->SetId("i");
+    fixture.item->SetPhysicalName("c1");
+    fixture.item->AddOrUpdatePromptInfo(SMEnum_promptType::editBox, nullptr, nullptr, nullptr)->SetId("p");
+    fixture.item->AddRoleOfType(SMEnum_role::_memberCaption);
+    fixture.item->GetRoles()[0]->SetId("r");
+    fixture.project->InitAndAddSetPIDIDAndMiniObject(&pidid, &ids, &miniObjects, &remainingInfo);
+    EXPECT_TRUE(pidid.count("i+p") && pidid.count("i+r"));
+    ASSERT_NE(remainingInfo.Find("i/property"), nullptr);
+    EXPECT_EQ(remainingInfo.Find("i/property")->value, "<property name=\"physicalName\" type=\"hidden\">c1</property>");
 }
 
 TEST(SMQueryItem2Model, HasTheTypesOfAQueryItem) {

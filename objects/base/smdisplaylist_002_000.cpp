@@ -4,6 +4,12 @@
 
 namespace schema_002_000 {
 
+SMDisplayList::~SMDisplayList() {
+    if (!m_detached) return;
+    for (const auto& held : *m_detached)
+        if (held->getReferenceCount() > 1) held->parent = nullptr;
+}
+
 void SMDisplayList::Sort() {
     auto end = m_items.end();
     // nulls are set aside: with them among the items the comparison would be no order

@@ -14,6 +14,12 @@ namespace schema_002_000 {
  */
 class SM_API SMDisplayList {
   public:
+    SMDisplayList() = default;
+    SMDisplayList(const SMDisplayList&) = delete;
+    SMDisplayList& operator=(const SMDisplayList&) = delete;
+    /** Cuts the parent link of detached objects that outlive their container. */
+    ~SMDisplayList();
+
     void Append(SMObjectBase* object) { m_items.push_back(object); }
     std::vector<SMObjectBase*>& Items() noexcept { return m_items; }
     const std::vector<SMObjectBase*>& Items() const noexcept { return m_items; }

@@ -223,15 +223,27 @@ void StoreContext::Answer(const std::string& action, const IOHashParam& params, 
     for (const StoredRow& row : TableOf(std::string(kind->table))) {
         if (Text(*row.attributes, table.parentId.empty() ? QvULString("PARENT_ID") : Key(table.parentId)) != parent) continue;
         if (!kind->typeColumn.empty() && Text(*row.attributes, Key(kind->typeColumn)) != kind->type) continue;
-        results.push_back(ByKey(table, *row.attributes));
+        results.push_back(Handed(table, *row.attributes));
     }
+}
+
+QvSmartPtr<IOParameter> StoreContext::Handed(const qv::CatalogueTable& table, const IOParameter& stored) const {
+    QvSmartPtr<IOParameter> row = ByKey(table, stored);
+    const auto definitions = m_tables.find("SM_DEFINITION");
+    if (table.name != "SM_UPDATE_SUBJECT" || definitions == m_tables.end()) return row;
+    for (const StoredRow& definition : definitions->second)
+        if (Text(*definition.attributes, "QS_ID") == Text(*row, "id")) {
+            const char* type = definition.attributes->HasKey("MULTIDB") ? "dbQuery" : "modelQuery";
+            row->insertOrReplace(IOParamTag::OBJECT_TYPE, new IOQvStringParam(type));
+        }
+    return row;
 }
 
 QvSmartPtr<IOParameter> StoreContext::RowOf(const std::string& table, const std::string& id) const {
     const auto rows = m_tables.find(table);
     if (rows == m_tables.end()) return nullptr;
     for (const StoredRow& row : rows->second)
-        if (row.id == id) return ByKey(*qv::FindTable(table), *row.attributes);
+        if (row.id == id) return Handed(*qv::FindTable(table), *row.attributes);
     return nullptr;
 }
 

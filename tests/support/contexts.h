@@ -7,6 +7,10 @@
 
 #include "core/qvutils/persist/iohelper.h"
 
+namespace qv {
+struct CatalogueTable;
+}
+
 namespace smtest {
 
 /** A value as one line: kind and content; a hash as "{KEY S "text", ...}". */
@@ -79,6 +83,8 @@ class StoreContext : public RecordingContext {
         QvSmartPtr<IOParameter> attributes;
     };
     void Check(const std::string& table, const IOParameter& attributes);
+    /** A stored row by row key. An update subject's names the kind of query that its definition has, as a repository does. */
+    QvSmartPtr<IOParameter> Handed(const qv::CatalogueTable& table, const IOParameter& stored) const;
     std::vector<StoredRow>& TableOf(const std::string& name) { return m_tables[name]; }
 
     std::map<std::string, std::vector<StoredRow>> m_tables;

@@ -22,6 +22,7 @@ class Values {
     Values() = default;
     explicit Values(unsigned seed) : m_random(true), m_engine(seed) {}
 
+    bool AreRandom() const { return m_random; }
     /** Unlike every other id, or name, of these values. */
     std::string Id();
     std::string Name(const std::string& what);

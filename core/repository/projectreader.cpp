@@ -87,6 +87,17 @@ void ProjectReader::HandOut(const RowTable& table, RowLayout& layout, TableRows:
     results.push_back(layout.MakeRow(row, computedType).get());
 }
 
+bool ProjectReader::MayHaveRows(std::string_view kindName, std::string_view parent) {
+    const RowTable* table = &Schema::Get().remainInfo();
+    if (kindName != table->name()) {
+        const CatalogueKind* const kind = FindKind(kindName);
+        if (!kind) return false;
+        table = Schema::Get().Find(kind->table);
+    }
+    Rows(*table).Below(parent, m_below);
+    return !m_below.empty();
+}
+
 void ProjectReader::ReadProject(IOArrayParam& results) {
     ReadKind(*FindKind("project"), "", results);
 }

@@ -21,6 +21,8 @@ class ProjectReader {
     /** Forgets what was fetched and reads what stood in the revision from now on. A revision of 0 has no rows. */
     void Pin(std::int64_t project, std::int64_t revision);
 
+    /** False when no row of the kind, or no record, stands below the parent. A kind that is not known has none. */
+    bool MayHaveRows(std::string_view kindName, std::string_view parent);
     void ReadProject(IOArrayParam& results);
     void ReadKind(const CatalogueKind& kind, std::string_view parent, IOArrayParam& results);
     /** One record for each name: the newest whose owner had the version, or the newest at all. */

@@ -103,6 +103,14 @@ bool SMRepositoryHelper::State::Saved(bool success, long revisionBefore) {
     return success;
 }
 
+bool SMRepositoryHelper::MayHaveRows(const I18NString& objectName, const QvULString& parentId) {
+    try {
+        return m_state->reader.MayHaveRows(objectName.utf8(), parentId.utf8());
+    } catch (const qv::StoreError&) {
+        return true;  // the read itself will tell of it
+    }
+}
+
 bool SMRepositoryHelper::DoWriteAction(const I18NString& action, const IOHashParam& params) {
     const long before = Revision();
     return m_state->Saved(m_state->save.DoWriteAction(action, params), before);

@@ -36,6 +36,7 @@ class SM_API SMRepositoryHelper : public IOHelper {
 
     bool DoReadAction(const I18NString& action, const IOHashParam& params, IOArrayParam& results) override;
     bool DoWriteAction(const I18NString& action, const IOHashParam& params) override;
+    bool MayHaveRows(const I18NString& objectName, const QvULString& parentId) override;
     QvSmartPtr<IOParameter> GetObjectMapping(const QvULString& elementName) const override;
     const RemainingInfoEntry* doWriteLookUpRemainingInfo(const QvULString& id) const override;
     bool WriteObject(IOObject& object) override;

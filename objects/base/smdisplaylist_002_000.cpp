@@ -5,43 +5,53 @@
 namespace schema_002_000 {
 
 SMDisplayList::~SMDisplayList() {
-    if (!m_detached) return;
-    for (const auto& held : *m_detached)
+    if (!m_block) return;
+    for (const auto& held : m_block->detached)
         if (held->getReferenceCount() > 1) held->parent = nullptr;
 }
 
+const SMDisplayList::Objects& SMDisplayList::Items() const noexcept {
+    static const Objects none;
+    return m_block ? m_block->items : none;
+}
+
 void SMDisplayList::Sort() {
-    auto end = m_items.end();
+    if (!m_block) return;
+    Objects& items = m_block->items;
+    auto end = items.end();
     // nulls are set aside: with them among the items the comparison would be no order
-    if (std::find(m_items.begin(), end, nullptr) != end)
-        end = std::stable_partition(m_items.begin(), end, [](const SMObjectBase* item) { return item != nullptr; });
-    if (!std::is_sorted(m_items.begin(), end, DisplayOrderSort)) std::stable_sort(m_items.begin(), end, DisplayOrderSort);
+    if (std::find(items.begin(), end, nullptr) != end)
+        end = std::stable_partition(items.begin(), end, [](const SMObjectBase* item) { return item != nullptr; });
+    if (!std::is_sorted(items.begin(), end, DisplayOrderSort)) std::stable_sort(items.begin(), end, DisplayOrderSort);
 }
 
 bool SMDisplayList::RemoveById(const QvULString& id) {
-    const std::size_t before = m_items.size();
-    RemoveDisplayOrderItemById(m_items, id);
+    if (!m_block) return false;
+    const std::size_t before = m_block->items.size();
+    RemoveDisplayOrderItemById(m_block->items, id);
     ReleaseUnlisted();
-    return m_items.size() != before;
+    return m_block->items.size() != before;
 }
 
 bool SMDisplayList::RemovePointer(const SMObjectBase* object) {
-    const auto found = std::find(m_items.begin(), m_items.end(), object);
-    if (found == m_items.end()) return false;
-    m_items.erase(found);
+    if (!m_block) return false;
+    Objects& items = m_block->items;
+    const auto found = std::find(items.begin(), items.end(), object);
+    if (found == items.end()) return false;
+    items.erase(found);
     ReleaseUnlisted();
     return true;
 }
 
 void SMDisplayList::Detach(QvSmartPtr<SMObjectBase> object) {
-    if (std::find(m_items.begin(), m_items.end(), object.get()) == m_items.end()) return;
-    if (!m_detached) m_detached = std::make_unique<QvSmartVector<SMObjectBase>>();
-    m_detached->push_back(std::move(object));
+    if (!m_block) return;
+    const Objects& items = m_block->items;
+    if (std::find(items.begin(), items.end(), object.get()) != items.end()) m_block->detached.push_back(std::move(object));
 }
 
 void SMDisplayList::ReleaseUnlisted() {
-    if (!m_detached) return;
-    std::erase_if(*m_detached, [&](const auto& held) { return std::find(m_items.begin(), m_items.end(), held.get()) == m_items.end(); });
+    const Objects& items = m_block->items;
+    std::erase_if(m_block->detached, [&](const auto& held) { return std::find(items.begin(), items.end(), held.get()) == items.end(); });
 }
 
 }  // namespace schema_002_000

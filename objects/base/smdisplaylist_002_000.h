@@ -14,15 +14,20 @@ namespace schema_002_000 {
  */
 class SM_API SMDisplayList {
   public:
+    using Objects = std::vector<SMObjectBase*>;
+
     SMDisplayList() = default;
     SMDisplayList(const SMDisplayList&) = delete;
     SMDisplayList& operator=(const SMDisplayList&) = delete;
     /** Cuts the parent link of detached objects that outlive their container. */
     ~SMDisplayList();
 
-    void Append(SMObjectBase* object) { m_items.push_back(object); }
-    std::vector<SMObjectBase*>& Items() noexcept { return m_items; }
-    const std::vector<SMObjectBase*>& Items() const noexcept { return m_items; }
+    void Append(SMObjectBase* object) { Items().push_back(object); }
+    Objects& Items() {
+        if (!m_block) m_block = std::make_unique<Block>();
+        return m_block->items;
+    }
+    const Objects& Items() const noexcept;
     /** Sorts by display order number; equal numbers keep their order, nulls go to the end. */
     void Sort();
     /** Removes the first entry of an id, of a pointer; false when there is none. */
@@ -32,11 +37,15 @@ class SM_API SMDisplayList {
     void Detach(QvSmartPtr<SMObjectBase> object);
 
   private:
+    struct Block {
+        Objects items;
+        /** Shares the objects that stand in the list alone. */
+        QvSmartVector<SMObjectBase> detached;
+    };
     void ReleaseUnlisted();
 
-    std::vector<SMObjectBase*> m_items;
-    /** Shares the objects that stand in the list alone; null as long as there is none. */
-    std::unique_ptr<QvSmartVector<SMObjectBase>> m_detached;
+    /** Null while nothing was listed: models hold empty lists by the million. */
+    std::unique_ptr<Block> m_block;
 };
 
 }  // namespace schema_002_000

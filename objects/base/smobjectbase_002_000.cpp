@@ -158,8 +158,9 @@ bool SMObjectBase::InsertRow(IOHelper& helper, const SMTable& table) {
 }
 
 bool SMObjectBase::SelectRows(IOHelper& helper, const I18NString& objectName, QvSmartPtr<IOArrayParam>& rows) {
-    const QvSmartPtr<IOParameter> params = PrepareReadAttributes(helper, objectName);
     rows = new IOArrayParam();
+    if (!helper.MayHaveRows(objectName, GetId())) return true;
+    const QvSmartPtr<IOParameter> params = PrepareReadAttributes(helper, objectName);
     return helper.DoReadAction(IOAction::AT_ReadSMObject, static_cast<const IOHashParam&>(*params), *rows);
 }
 

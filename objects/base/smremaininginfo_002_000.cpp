@@ -75,6 +75,7 @@ bool SMObjectBase::write_remaining_info(IOHelper& helper, const I18NString& tag,
 }
 
 bool SMObjectBase::SelectRemainingInfo(IOHelper& helper, const SMObjectBase* owner, const char* method, QvSmartVector<IOParameter>& rows) {
+    if (!helper.MayHaveRows(TABLE, owner->GetId())) return true;
     SMLocal<IOHashParam> params;
     SMRowWriter clause(*AddHash(params, IOParamTag::CLAUSES));
     clause.Text(IOParamTag::XML_ELEMENT_PARENT_ID, owner->GetId());

@@ -194,9 +194,10 @@ bool SMSectionType2::WriteChildren(IOHelper& helper, const SMLogWords& words, co
 }
 
 bool SMSectionType2::readObjectType(IOHelper& helper, const I18NString& type, QvSmartPtr<IOArrayParam>& result, bool addObjectParameter) {
+    result = new IOArrayParam();
+    if (!helper.MayHaveRows(type, GetId())) return true;
     const QvSmartPtr<IOParameter> params = PrepareReadAttributes(helper, type);
     if (addObjectParameter) params->GetByName(IOParamTag::ATTRIBUTES)->insertOrReplace(IOParamTag::OBJECT, new IOQvStringParam());
-    result = new IOArrayParam();
     return helper.DoReadAction(IOAction::AT_ReadSMObject, static_cast<const IOHashParam&>(*params), *result);
 }
 

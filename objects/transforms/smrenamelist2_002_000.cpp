@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/text/qvstringformat.h"
 #include "core/qvutils/xml/qvsax2parser.h"
 
@@ -150,12 +151,10 @@ void SMRenameList2::AppendReference(std::string& out, const Record* record, std:
     out.append("[").append(nameSpace).append(NEXT_PART).append(name).append(NEXT_PART).append(item).append("]");
 }
 
-void SMRenameList2::PerformRenamesEscaped(TklByteBuffer& xml) {
-    m_document.reset();
-    m_document << "<dummy>" << xml << "</dummy>";
+void SMRenameList2::RenameDocument(TklByteBuffer& xml, bool ownRoot) {
     xml.reset();
     QvByteBufferWriter writer(xml);
-    SAX2RenameHandler handler(writer, this);
+    SAX2RenameHandler handler(writer, this, ownRoot);
     if (!parser) parser = std::make_unique<QvSAX2Parser>();
     struct HandlerScope {
         QvSAX2Parser& parser;
@@ -165,6 +164,23 @@ void SMRenameList2::PerformRenamesEscaped(TklByteBuffer& xml) {
     parser->setContentHandler(&handler);
     parser->parse(m_document);
     xml.shrink();
+}
+
+void SMRenameList2::PerformRenamesEscaped(TklByteBuffer& xml) {
+    // nearly every fragment is one element, which needs no root of ours around it
+    const std::string_view text = xml.view();
+    if (text.size() > 1 && text[0] == '<' && text[1] != '?' && text[1] != '!') {
+        std::swap(m_document, xml);
+        try {
+            RenameDocument(xml, false);
+            return;
+        } catch (const TklRuntimeError&) {
+            std::swap(m_document, xml);  // several elements, or none that parses
+        }
+    }
+    m_document.reset();
+    m_document << "<dummy>" << xml << "</dummy>";
+    RenameDocument(xml, true);
 }
 
 // ---- unique names
@@ -213,8 +229,8 @@ I18NString SMRenameList2::GenerateUniqueNamespaceName(const I18NString& name, co
 
 // ---- XML fragments
 
-SAX2RenameHandler::SAX2RenameHandler(QvXMLFormatTarget& target, SMRenameList2* list)
-    : QvSAX2PrintHandler("UTF-8", false, target, true), m_list(list) {}
+SAX2RenameHandler::SAX2RenameHandler(QvXMLFormatTarget& target, SMRenameList2* list, bool ownRoot)
+    : QvSAX2PrintHandler("UTF-8", false, target, true), m_list(list), m_depth(ownRoot ? 0 : 1) {}
 
 I18NString SAX2RenameHandler::Renamed(const I18NString& text) const {
     I18NString copy = text;

@@ -76,6 +76,7 @@ class SM_API SMRenameList2 {
     void _FindUniqueSuffixUsingNamespaceMapAndRenameTargets(const I18NString& base, long suffix, const SMNamespaceMap& first,
                                                             const SMNamespaceMap& second, I18NString& result) const;
     const Record* FindRecord(std::string_view nameSpace, std::string_view name, std::string_view item) const;
+    void RenameDocument(TklByteBuffer& xml, bool ownRoot);
     /** Walks the references of a text; writes the renamed text to `out`, if given. True when the last one is renamed. */
     bool Scan(std::string_view text, std::string* out) const;
     static void AppendReference(std::string& out, const Record* record, std::string_view nameSpace, std::string_view name,
@@ -88,11 +89,11 @@ class SM_API SMRenameList2 {
     TklByteBuffer m_document{256, 256};
 };
 
-/** Prints what it receives with the references renamed, without the outermost element, which is a root of our own. */
+/** Prints what it receives with the references renamed; without the outermost element where that is a root of our own. */
 class SM_API SAX2RenameHandler : public QvSAX2PrintHandler {
   public:
     /** Target and list are borrowed; a null list renames nothing. */
-    SAX2RenameHandler(QvXMLFormatTarget& target, SMRenameList2* list);
+    SAX2RenameHandler(QvXMLFormatTarget& target, SMRenameList2* list, bool ownRoot = true);
     void startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) override;
     void characters(const I18NString& text) override;
     void endElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) override;
@@ -101,7 +102,7 @@ class SM_API SAX2RenameHandler : public QvSAX2PrintHandler {
     I18NString Renamed(const I18NString& text) const;
 
     SMRenameList2* m_list;
-    int m_depth = 0;
+    int m_depth;
 };
 
 }  // namespace schema_002_000

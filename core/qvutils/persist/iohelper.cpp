@@ -7,6 +7,10 @@ bool IOHelper::DoReadAction(const I18NString&, const IOHashParam&, IOArrayParam&
     return true;
 }
 
+bool IOHelper::MayHaveRows(const I18NString&, const QvULString&) {
+    return true;
+}
+
 bool IOHelper::DoWriteAction(const I18NString&, const IOHashParam&) {
     return true;
 }

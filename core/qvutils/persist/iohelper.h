@@ -31,6 +31,11 @@ class SM_API IOHelper {
     /** Clears `results`, then fills it with the rows, each a keyed collection. */
     virtual bool DoReadAction(const I18NString& action, const IOHashParam& params, IOArrayParam& results);
     virtual bool DoWriteAction(const I18NString& action, const IOHashParam& params);
+    /**
+     * False when the context knows that a read of a kind below a parent would give no rows (records of remaining info count as the
+     * kind "SM_REMAIN_INFO"): the question need then not be put together. Most objects have no children of most kinds.
+     */
+    virtual bool MayHaveRows(const I18NString& objectName, const QvULString& parentId);
     /** Ends the write of an object or of a record of remaining info. Neutral: it is not called for every object. */
     virtual bool EndObject() { return true; }
     /** The storage of an object kind, by its tag: see PrepareReadAttributes. Null for an unknown kind. */

@@ -15,6 +15,8 @@ void AllSMObjects::Add(SMObjectBase* object) {
         return;
     }
     if (m_objects.empty() && m_objects.capacity() < FIRST_RESERVE) m_objects.reserve(FIRST_RESERVE);
+    // grows by a quarter: doubling would leave a model of millions with megabytes of empty slots
+    if (m_objects.size() == m_objects.capacity()) m_objects.reserve(m_objects.capacity() + m_objects.capacity() / 4 + 1);
     m_objects.push_back(object);
     object->m_registryIndex = m_count++;
 }

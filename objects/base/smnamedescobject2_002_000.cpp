@@ -88,7 +88,11 @@ bool SMNameDescObject2::write_custom_property_locale(IOHelper& helper) {
         WriteLocaleTexts(handler, m_tags->description, descriptions, false);
         WriteLocaleTexts(handler, m_tags->screenTip, screenTips, false);
     });
-    return text.empty() || write_remaining_info(helper, m_tags->property, text, m_propertyVersion);
+    if (text.empty()) return true;
+    long version = m_propertyVersion;
+    const bool success = write_remaining_info(helper, m_tags->property, text, version);
+    m_propertyVersion = static_cast<int>(version);
+    return success;
 }
 
 }  // namespace schema_002_000

@@ -210,9 +210,9 @@ class SM_API SMObjectBase : public IOObject {
     const SMEnum_xmltag* m_tags;
     /** Borrowed. Null while the project itself is being built, and after the project has gone. */
     SMProject2* m_project;
-    /** Version of the record that keeps the custom properties. */
-    long m_propertyVersion = 0;
     Properties m_properties;
+    /** Version of the record that keeps the custom properties. */
+    int m_propertyVersion = 0;
 
   private:
     friend class AllSMObjects;

@@ -158,8 +158,11 @@ bool SMObjectBase::read_remaining_info_into_builder(IOHelper& helper, const SMOb
 }
 
 bool SMObjectBase::read_custom_property_locale(IOHelper& helper, const SMObjectBase* owner, SMObjectBuilder* builder) {
-    std::map<QvULString, long*> wanted{{m_tags->property, &m_propertyVersion}};
-    return read_remaining_info_into_builder(helper, owner, builder, wanted);
+    long version = m_propertyVersion;
+    std::map<QvULString, long*> wanted{{m_tags->property, &version}};
+    const bool success = read_remaining_info_into_builder(helper, owner, builder, wanted);
+    m_propertyVersion = static_cast<int>(version);
+    return success;
 }
 
 }  // namespace schema_002_000

@@ -92,10 +92,13 @@ void SMFunction2::constructFromIOParameter(const IOParameter& row) {
 }
 
 bool SMFunction2::read(IOHelper& helper) {
+    long propertyVersion = m_propertyVersion;
     std::map<QvULString, long*> wanted{
-        {m_tags->procParameter, &m_procParametersInfoId}, {m_tags->result, &m_resultInfoId}, {m_tags->property, &m_propertyVersion}};
+        {m_tags->procParameter, &m_procParametersInfoId}, {m_tags->result, &m_resultInfoId}, {m_tags->property, &propertyVersion}};
     SMFunctionBuilder builder(this);
-    return read_remaining_info_into_builder(helper, this, &builder, wanted);
+    const bool success = read_remaining_info_into_builder(helper, this, &builder, wanted);
+    m_propertyVersion = static_cast<int>(propertyVersion);
+    return success;
 }
 
 bool SMFunction2::write_no_seq_inc(IOHelper& helper) {

@@ -1,12 +1,14 @@
 #include "objects/face/smmodelwalk_002_000.h"
 
-#include <unordered_map>
+#include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "core/qvutils/diag/tklerrors.h"
 #include "objects/containers/smnamespace2_002_000.h"
 #include "objects/face/smguard_002_000.h"
 #include "objects/publication/smparametermap2_002_000.h"
+#include "objects/query/smdeterminant2_002_000.h"
 
 namespace schema_002_000 {
 
@@ -22,7 +24,9 @@ class Tree {
         Enter(project);
         for (const SMObjectBase* object : project.GetAllObjects().GetObjects())
             if (object && !IsFormerRoot(*object, project)) Enter(*object);
+        std::sort(m_places.begin(), m_places.end());
         for (Place place = 1; place < m_nodes.size(); ++place) LinkToParent(place);
+        m_places = {};
     }
 
     void Walk(const std::function<void(const SMObjectBase&, int)>& visit) const {
@@ -52,21 +56,23 @@ class Tree {
     }
 
     void Enter(const SMObjectBase& object) {
-        m_places.emplace(&object, m_nodes.size());
+        m_places.emplace_back(&object, m_nodes.size());
         m_nodes.push_back({&object});
     }
 
     /** An object whose parent is not here stands alone, and is not reached. */
     void LinkToParent(Place place) {
-        const auto found = m_places.find(m_nodes[place].object->parent);
-        if (found == m_places.end()) return;
+        const IOObject* const object = m_nodes[place].object->parent;
+        const auto found = std::lower_bound(m_places.begin(), m_places.end(), std::pair(object, Place{0}));
+        if (!object || found == m_places.end() || found->first != object) return;
         Node& parent = m_nodes[found->second];
         (parent.first == NONE ? parent.first : m_nodes[parent.last].next) = place;
         parent.last = place;
     }
 
     std::vector<Node> m_nodes;
-    std::unordered_map<const IOObject*, Place> m_places;
+    /** By address, to find a parent's node; for the time of building only. */
+    std::vector<std::pair<const IOObject*, Place>> m_places;
 };
 
 std::string Text(const I18NString& text) {
@@ -100,6 +106,7 @@ std::string SMNameOf(const SMObjectBase& object) {
     case SMEnum_xmltag::Enum::project: return Text(static_cast<const SMProject2&>(object).GetName());
     case SMEnum_xmltag::Enum::parameterMap: return Text(static_cast<const SMParameterMap2&>(object).GetName());
     case SMEnum_xmltag::Enum::parameterMapEntry: return Text(static_cast<const SMParameterMapEntry2&>(object).GetKey());
+    case SMEnum_xmltag::Enum::determinant: return Text(static_cast<const SMDeterminant2&>(object).GetName());
     default: return Text(object.GetNameForSMPath());
     }
 }

@@ -113,8 +113,16 @@ int Compare(const SMProject2& put, const SMProject2& got, Totals& totals) {
     return STATUS_FINDINGS;
 }
 
+/** Keeps what a step told for the page; what made it fail is printed at once. */
+bool Went(const SMResult& step, std::vector<SMDiagnostic>& told) {
+    if (!step.IsDone()) PrintDiagnostics(stderr, step.diagnostics, true);
+    told.insert(told.end(), step.diagnostics.begin(), step.diagnostics.end());
+    return step.IsDone();
+}
+
 /** The steps behind the reading. */
 int Round(SMProject2& project, const std::string& repositoryFile, const std::string& documentFile, std::size_t bytes, Totals& totals) {
+    std::vector<SMDiagnostic> told;
     std::chrono::duration<double> time{};
     std::error_code ignored;
     fs::remove(repositoryFile, ignored);
@@ -122,24 +130,23 @@ int Round(SMProject2& project, const std::string& repositoryFile, const std::str
 
     auto context = repository.NewProject();
     const SMPutResult put = Timed(time, [&] { return SMPutModel(project, *context, ProgressLine("saving").Control()); });
-    PrintDiagnostics(stderr, put.diagnostics, true);
-    if (!put.IsDone()) return StatusOf(put);
+    if (!Went(put, told)) return StatusOf(put);
     page::Step("put", time, bytes, Counted(static_cast<std::size_t>(context->Counters().rowsWritten), "row") + " written");
 
     context = ContextOf(repository, std::string());
     const SMGetResult got = Timed(time, [&] { return SMGetModel(*context, ProgressLine("loading").Control()); });
-    PrintDiagnostics(stderr, got.diagnostics, true);
-    if (!got.IsDone()) return StatusOf(got);
+    if (!Went(got, told)) return StatusOf(got);
     page::Step("get", time, bytes, Counted(static_cast<std::size_t>(context->Counters().rowsRead), "row") + " read");
 
     const SMSaveResult saved = Timed(time, [&] { return SMSaveModel(*got.project, documentFile); });
-    PrintDiagnostics(stderr, saved.diagnostics, true);
-    if (!saved.IsDone()) return StatusOf(saved);
+    if (!Went(saved, told)) return StatusOf(saved);
     page::Step("write", time, bytes, Counted(saved.bytes, "byte") + " of canonical document");
 
     page::Kinds(project);
     page::Tree(project);
-    return Worse(StatusOf(put), Worse(StatusOf(got), Compare(project, *got.project, totals)));
+    const int status = Worse(StatusOf(put), Worse(StatusOf(got), Compare(project, *got.project, totals)));
+    page::Notes("The saving and loading told:", Events(told), MOST_NOTES);
+    return status;
 }
 
 int ShowModel(const std::string& model, const std::string& name, const Workplace& workplace, Totals& totals) {

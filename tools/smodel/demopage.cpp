@@ -60,6 +60,13 @@ std::string Cut(std::string_view text) {
     return line.substr(0, end) + "...";
 }
 
+/** The start of a line's element: its name, or the line. */
+std::string_view ElementOf(std::string_view line) {
+    const std::size_t open = line.find('<');
+    if (open == std::string_view::npos) return line;
+    return line.substr(open, line.find_first_of(" >", open) - open);
+}
+
 struct Node {
     std::string kind, name;
     std::size_t below = 0;
@@ -142,13 +149,29 @@ void Notes(const std::string& heading, const std::vector<std::string>& lines, st
 }
 
 void Differences(const std::vector<LineChange>& changes, std::size_t most) {
-    for (std::size_t i = 0; i < std::min(most, changes.size()); ++i) {
-        const LineChange& change = changes[i];
-        const Colour colour = change.sign == '-' ? Colour::red : Colour::green;
-        Print("     " + Right(std::to_string(change.number), 6) + " " + Paint(stdout, colour, change.sign + (" " + Cut(change.line))) +
-              "\n");
+    struct Group {
+        const LineChange* first;
+        std::size_t count;
+    };
+    std::vector<Group> groups;
+    for (const LineChange& change : changes) {
+        const auto known = std::find_if(groups.begin(), groups.end(), [&](const Group& group) {
+            return group.first->sign == change.sign && ElementOf(group.first->line) == ElementOf(change.line);
+        });
+        if (known == groups.end())
+            groups.push_back({&change, 1});
+        else
+            ++known->count;
     }
-    if (changes.size() > most) Print("     and " + Counted(changes.size() - most, "line") + " more\n");
+    for (std::size_t i = 0; i < std::min(most, groups.size()); ++i) {
+        const LineChange& change = *groups[i].first;
+        const Colour colour = change.sign == '-' ? Colour::red : Colour::green;
+        std::string line = change.sign + (" " + Cut(change.line.substr(std::min(change.line.find_first_not_of(' '), change.line.size()))));
+        line = Right(std::to_string(change.number), 8) + " " + Paint(stdout, colour, line);
+        if (groups[i].count > 1) line += Paint(stdout, Colour::dim, "  and " + Grouped(groups[i].count - 1) + " more of its kind");
+        Print("   " + line + "\n");
+    }
+    if (groups.size() > most) Print("     and " + Counted(groups.size() - most, "kind") + " of lines more\n");
 }
 
 void Good(const std::string& sentence) {

@@ -19,6 +19,7 @@ void Kinds(const schema_002_000::SMProject2& project);
 /** The first levels of the model, the first children of each object. */
 void Tree(const schema_002_000::SMProject2& project);
 void Notes(const std::string& heading, const std::vector<std::string>& lines, std::size_t most);
+/** The changed lines, those of one element together. */
 void Differences(const std::vector<LineChange>& changes, std::size_t most);
 void Good(const std::string& sentence);
 void Bad(const std::string& sentence);

@@ -43,6 +43,13 @@ class SM_API QvXMLFormatTarget {
     }
     /** Borrowed; null takes it away. */
     void setOpaqueElementListener(QvOpaqueElementListener* listener) { m_listener = listener; }
+    /** Room for exactly `length` bytes, to be filled by the caller at once; null when the window has none: then `write` them. */
+    char* room(std::size_t length) {
+        if (static_cast<std::size_t>(m_end - m_at) < length) return nullptr;
+        char* const start = m_at;
+        m_at += length;
+        return start;
+    }
     /** Hands on what the window holds. */
     virtual void flush() {}
 

@@ -44,10 +44,11 @@ class ByteStream final : public xercesc::BinInputStream {
 
 class StreamSource final : public xercesc::InputSource {
   public:
-    StreamSource(DocumentReader& reader, bool isDecoded) : InputSource(xercesc::XMLUni::fgZeroLenString), m_reader(reader) {
+    StreamSource(DocumentReader& reader, ReaderMemory& memory, bool isDecoded)
+        : InputSource(xercesc::XMLUni::fgZeroLenString, &memory), m_reader(reader) {
         if (isDecoded) setEncoding(xercesc::XMLUni::fgXMLChEncodingString);
     }
-    xercesc::BinInputStream* makeStream() const override { return new ByteStream(m_reader); }
+    xercesc::BinInputStream* makeStream() const override { return new (getMemoryManager()) ByteStream(m_reader); }
 
   private:
     DocumentReader& m_reader;
@@ -64,7 +65,7 @@ std::size_t Utf8Size(const char16_t* text) {
 /** The scanner with a look at what it keeps to itself. */
 class DocumentReader::Scanner {
   public:
-    Scanner() : m_grammars(nullptr, xercesc::XMLPlatformUtils::fgMemoryManager) {}
+    explicit Scanner(ReaderMemory& memory) : m_grammars(nullptr, &memory) {}
     virtual ~Scanner() = default;
     Scanner(const Scanner&) = delete;
     Scanner& operator=(const Scanner&) = delete;
@@ -82,14 +83,16 @@ class DocumentReader::Scanner {
 
 class DocumentReader::FastScanner final : public Scanner, public xercesc::WFXMLScanner {
   public:
-    FastScanner() : WFXMLScanner(nullptr, &m_grammars) { setURIStringPool(m_grammars.getStringPool()); }
+    explicit FastScanner(ReaderMemory& memory) : Scanner(memory), WFXMLScanner(nullptr, &m_grammars, &memory) {
+        setURIStringPool(m_grammars.getStringPool());
+    }
     xercesc::XMLScanner& Xerces() override { return *this; }
     std::size_t AttributeSlots() const override { return fAttrList->size(); }
 };
 
 class DocumentReader::GeneralScanner final : public Scanner, public xercesc::DGXMLScanner {
   public:
-    GeneralScanner() : DGXMLScanner(nullptr, &m_grammars) {
+    explicit GeneralScanner(ReaderMemory& memory) : Scanner(memory), DGXMLScanner(nullptr, &m_grammars, &memory) {
         setURIStringPool(m_grammars.getStringPool());
         setSecurityManager(&m_security);
     }
@@ -108,9 +111,9 @@ class DocumentReader::GeneralScanner final : public Scanner, public xercesc::DGX
 
 DocumentReader::DocumentReader(ScannerKind kind) {
     if (kind == ScannerKind::fast)
-        m_scanner = std::make_unique<FastScanner>();
+        m_scanner.reset(new (&m_memory) FastScanner(m_memory));
     else
-        m_scanner = std::make_unique<GeneralScanner>();
+        m_scanner.reset(new (&m_memory) GeneralScanner(m_memory));
     xercesc::XMLScanner& scanner = m_scanner->Xerces();
     scanner.setValidationScheme(xercesc::XMLScanner::Val_Never);
     scanner.setDoNamespaces(false);
@@ -148,7 +151,7 @@ void DocumentReader::Read(DocumentSource& source, bool isUtf8, const std::string
     m_referencesLeft = limits.entityReferences;
     m_charactersLeft = limits.entityCharacters;
     try {
-        m_scanner->Xerces().scanDocument(StreamSource(*this, isUtf8));
+        m_scanner->Xerces().scanDocument(StreamSource(*this, m_memory, isUtf8));
     } catch (const xercesc::OutOfMemoryException&) {
         throw std::bad_alloc();
     } catch (const xercesc::XMLException& exception) {

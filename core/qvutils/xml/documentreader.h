@@ -8,6 +8,7 @@
 #include "core/qvutils/xml/elementnames.h"
 #include "core/qvutils/xml/parsedattributes.h"
 #include "core/qvutils/xml/qvsax2parser.h"
+#include "core/qvutils/xml/readermemory.h"
 #include "core/qvutils/xml/utf8decoder.h"
 
 #include <xercesc/framework/XMLDocumentHandler.hpp>
@@ -111,6 +112,7 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     void startExtSubset() override;
     void TextDecl(const XMLCh* version, const XMLCh* encoding) override;
 
+    ReaderMemory m_memory;
     std::unique_ptr<Scanner> m_scanner;
     DocumentSource* m_source = nullptr;
     /** What is left of the last block of the source. */

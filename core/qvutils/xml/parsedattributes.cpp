@@ -11,24 +11,15 @@ namespace {
 /** What SAX calls the type. */
 const char* TypeName(xercesc::XMLAttDef::AttTypes type) {
     switch (type) {
-        case xercesc::XMLAttDef::ID:
-            return "ID";
-        case xercesc::XMLAttDef::IDRef:
-            return "IDREF";
-        case xercesc::XMLAttDef::IDRefs:
-            return "IDREFS";
-        case xercesc::XMLAttDef::Entity:
-            return "ENTITY";
-        case xercesc::XMLAttDef::Entities:
-            return "ENTITIES";
-        case xercesc::XMLAttDef::NmToken:
-            return "NMTOKEN";
-        case xercesc::XMLAttDef::NmTokens:
-            return "NMTOKENS";
-        case xercesc::XMLAttDef::Notation:
-            return "NOTATION";
-        default:
-            return "CDATA";
+    case xercesc::XMLAttDef::ID: return "ID";
+    case xercesc::XMLAttDef::IDRef: return "IDREF";
+    case xercesc::XMLAttDef::IDRefs: return "IDREFS";
+    case xercesc::XMLAttDef::Entity: return "ENTITY";
+    case xercesc::XMLAttDef::Entities: return "ENTITIES";
+    case xercesc::XMLAttDef::NmToken: return "NMTOKEN";
+    case xercesc::XMLAttDef::NmTokens: return "NMTOKENS";
+    case xercesc::XMLAttDef::Notation: return "NOTATION";
+    default: return "CDATA";
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -12,7 +13,7 @@
 namespace schema_002_000 {
 
 /** Name epochs of the project of an object; null for an object without one. */
-SM_API const SMNameEpoch* NameEpochOf(const SMObjectBase& object);
+SM_API const SMNameEpochs* NameEpochsOf(const SMObjectBase& object);
 
 /** Keys by which children are found. */
 struct SMByName {
@@ -88,9 +89,11 @@ class SMChildren {
     T* FindIn(std::unique_ptr<SMNameIndex>& index, std::string_view key, const SMObjectBase& owner) const {
         const Vector& items = m_block->items;
         const auto keyAt = [&](std::size_t place) { return Key::Key(*items[place]); };
-        if (const SMNameEpoch* epoch = NameEpochOf(owner)) {
+        if (const SMNameEpochs* epochs = NameEpochsOf(owner)) {
             if (!index) index = std::make_unique<SMNameIndex>();
-            const long place = index->Find(key, items.size(), *epoch, keyAt);
+            const SMNameEpoch& epoch = std::is_same_v<Key, SMByQvRef> ? epochs->links : epochs->names;
+            const auto objectAt = [&](std::size_t place) { return static_cast<const SMObjectBase*>(items[place].get()); };
+            const long place = index->Find(key, items.size(), epoch, keyAt, objectAt);
             return place < 0 ? nullptr : items[static_cast<std::size_t>(place)].get();
         }
         for (const auto& item : items)

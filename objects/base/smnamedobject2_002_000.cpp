@@ -56,7 +56,7 @@ const QvULString& SMNamedObject2::GetLocaleMapEntry(const SMLocaleMap& map, cons
 // ---- properties and ids
 
 void SMNamedObject2::SetQvRef(const QvULString& reference) {
-    NoteNameChange(qvref.utf8(), reference.utf8());
+    NoteLinkChange(qvref.utf8(), reference.utf8());
     qvref = reference;
 }
 

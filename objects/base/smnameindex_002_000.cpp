@@ -9,11 +9,16 @@ std::uint32_t SMNameIndex::Hash(std::string_view key) noexcept {
     return static_cast<std::uint32_t>(wide ^ (wide >> 32));
 }
 
+std::size_t SMNameIndex::Hash(const void* object) noexcept {
+    const auto number = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(object));
+    return static_cast<std::size_t>((number >> 4) * 0x9E3779B97F4A7C15u >> 32);  // addresses are even, and close together
+}
+
 void SMNameIndex::Forget() noexcept {
     m_slots.clear();
     m_unnamed.clear();
+    m_unnamedCount = 0;
     m_covered = 0;
-    m_used = 0;
 }
 
 void SMNameIndex::Reserve(std::size_t count) {

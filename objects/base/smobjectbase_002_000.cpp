@@ -44,7 +44,8 @@ void SMObjectBase::SetSMProject(SMProject2* project) {
     if (project == m_project) return;
     if (m_project && !m_project->m_beingDestroyed) {
         m_project->ForgetObject(this);
-        m_project->NoteRenamed();
+        m_project->NameEpochs().names.NoteRenamed();
+        m_project->NameEpochs().links.NoteRenamed();
         m_project->m_allObjects.Remove(this);
     }
     m_registryIndex = -1;  // a slot of the old registry says nothing in the new one
@@ -52,12 +53,21 @@ void SMObjectBase::SetSMProject(SMProject2* project) {
     if (m_project) m_project->m_allObjects.Add(this);
 }
 
-void SMObjectBase::NoteNameChange(std::string_view before, std::string_view after) {
+void SMObjectBase::NoteChange(SMNameEpoch SMNameEpochs::*kind, std::string_view before, std::string_view after) {
     if (!m_project || before == after) return;
+    SMNameEpoch& epoch = m_project->NameEpochs().*kind;
     if (before.empty())
-        m_project->NoteNamed();
+        epoch.NoteNamed(this);
     else
-        m_project->NoteRenamed();
+        epoch.NoteRenamed();
+}
+
+void SMObjectBase::NoteNameChange(std::string_view before, std::string_view after) {
+    NoteChange(&SMNameEpochs::names, before, after);
+}
+
+void SMObjectBase::NoteLinkChange(std::string_view before, std::string_view after) {
+    NoteChange(&SMNameEpochs::links, before, after);
 }
 
 // ---- properties

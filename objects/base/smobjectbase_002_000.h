@@ -10,6 +10,7 @@
 #include "core/qvutils/text/smallmap.h"
 #include "core/qvutils/xml/qvcontenthandler.h"
 #include "objects/base/smenum_xmltag_002_000.h"
+#include "objects/base/smnameindex_002_000.h"
 #include "objects/base/smrow_002_000.h"
 
 class MultiFileHelper;
@@ -205,6 +206,8 @@ class SM_API SMObjectBase : public IOObject {
 
     /** Tells the project that a text by which objects are looked up changes: its indexes may have to be built anew. */
     void NoteNameChange(std::string_view before, std::string_view after);
+    /** The same for the link to the warehouse. */
+    void NoteLinkChange(std::string_view before, std::string_view after);
 
     /** The single table of tags; the names of elements and attributes come from here. */
     const SMEnum_xmltag* m_tags;
@@ -218,6 +221,7 @@ class SM_API SMObjectBase : public IOObject {
     friend class AllSMObjects;
     friend class SMProject2;
     void AddVersion(QvXMLAttributesImpl& attrs) const;
+    void NoteChange(SMNameEpoch SMNameEpochs::*kind, std::string_view before, std::string_view after);
     bool SelectRemainingInfo(IOHelper& helper, const SMObjectBase* owner, const char* method, QvSmartVector<IOParameter>& rows);
     bool NoteRemainingInfo(IOHelper& helper, const IOParameter& row, const SMObjectBase* owner, const char* method, long& version);
 

@@ -90,7 +90,7 @@ QvULString SMObjectBase::GetSMPath(I18NString& path) const {
         if (ancestor->parent && ancestor->parent == ancestor->m_project) return topNamespace;
         topNamespace = ancestor->GetNameForSMPath();
     }
-    TklAssertError(0, "TKL_ASSERT(false);").hurl({__FILE__, __LINE__}, "smobjectbase_002_000", "TKL_THROW");
+    TklAssertError(0, "TKL_ASSERT(false);").hurl({"smobjectbase_002_000", __LINE__}, "smobjectbase_002_000", "TKL_THROW");
 }
 
 void SMObjectBase::getPath(I18NString& out) const {

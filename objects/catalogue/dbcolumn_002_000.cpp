@@ -56,7 +56,7 @@ I18NString TextOf(bool flag) {
 }  // namespace
 
 void DBColumn::SetId(const QvULString& id) {
-    for (const auto& [table, times] : m_listings.tables) table->NoteIdChange(m_id, id);
+    for (const auto& [table, times] : m_listings.tables) table->NoteIdChange(*this, id);
     m_id = id;
 }
 

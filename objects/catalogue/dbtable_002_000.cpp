@@ -30,13 +30,17 @@ void DBTable::Unlist(DBColumn& column) {
 }
 
 DBColumn* DBTable::FindColumnById(const QvULString& id) const {
-    const long place = m_index.Find(id.utf8(), m_columns.size(), m_epoch, [this](std::size_t at) { return m_columns[at]->GetId().utf8(); });
+    const auto idAt = [this](std::size_t at) { return m_columns[at]->GetId().utf8(); };
+    const long place = m_index.Find(id.utf8(), m_columns.size(), m_epoch, idAt, [this](std::size_t at) { return m_columns[at].get(); });
     return place < 0 ? nullptr : m_columns[static_cast<std::size_t>(place)].get();
 }
 
-void DBTable::NoteIdChange(const QvULString& from, const QvULString& to) {
-    if (from == to) return;
-    ++(from.empty() ? m_epoch.named : m_epoch.renamed);
+void DBTable::NoteIdChange(const DBColumn& column, const QvULString& to) {
+    if (column.GetId() == to) return;
+    if (column.GetId().empty())
+        m_epoch.NoteNamed(&column);
+    else
+        m_epoch.NoteRenamed();
 }
 
 }  // namespace schema_002_000

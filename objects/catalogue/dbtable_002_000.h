@@ -29,7 +29,7 @@ class SM_API DBTable : public DBObject {
     friend class DBColumn;
 
     /** A column of this table is about to change its id. */
-    void NoteIdChange(const QvULString& from, const QvULString& to);
+    void NoteIdChange(const DBColumn& column, const QvULString& to);
     void Unlist(DBColumn& column);
 
     QvULString m_id;

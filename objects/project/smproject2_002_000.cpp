@@ -17,9 +17,9 @@ constexpr std::size_t MAX_LOCALE_SPELLINGS = 64;
 
 }  // namespace
 
-const SMNameEpoch* NameEpochOf(const SMObjectBase& object) {
-    const SMProject2* project = object.GetSMProject();
-    return project ? &project->GetNameEpoch() : nullptr;
+const SMNameEpochs* NameEpochsOf(const SMObjectBase& object) {
+    SMProject2* project = object.GetSMProject();
+    return project ? &project->NameEpochs() : nullptr;
 }
 
 SMProject2::SMProject2() : SMObjectBase(nullptr, nullptr) {

@@ -190,9 +190,7 @@ class SM_API SMProject2 : public SMObjectBase {
     bool IsWatchedAlive(const SMObjectBase* object, std::uint64_t token) const;
     void ForgetRecordedName(const QvULString& key);
     void ForgetNamespace(SMNamespace2* ns);
-    void NoteRenamed() noexcept { ++m_nameEpoch.renamed; }
-    void NoteNamed() noexcept { ++m_nameEpoch.named; }
-    const SMNameEpoch& GetNameEpoch() const noexcept { return m_nameEpoch; }
+    SMNameEpochs& NameEpochs() noexcept { return m_nameEpochs; }
     /** The same text, shared with earlier uses of the same spelling. */
     const QvULString& ShareLocale(const QvULString& locale);
     const AllSMObjects& GetAllObjects() const noexcept { return m_allObjects; }
@@ -243,7 +241,7 @@ class SM_API SMProject2 : public SMObjectBase {
     int m_securityViewsVersion = 0;
     I18NString m_securityViewsId;
 
-    SMNameEpoch m_nameEpoch;
+    SMNameEpochs m_nameEpochs;
     std::vector<QvULString> m_localeSpellings;
     /** The keys under which objects were recorded; an object that moves under another name has several. */
     std::unordered_multimap<const SMObjectBase*, QvULString> m_recordedKeys;

@@ -127,31 +127,23 @@ using Tag = SMEnum_xmltag::Enum;
 void SMDatasourceBuilder::realStartElement(const I18NString&, const I18NString& localName, const I18NString&,
                                            const QvXMLAttributes& attrs) {
     switch (TagOf(localName)) {
-        case Tag::dataSource:
-            break;
-        case Tag::name:
-            CollectText();
-            m_locale = attrs.getValue(m_tags->locale);
-            break;
-        case Tag::lastChanged:
-        case Tag::cmDataSource:
-        case Tag::catalog:
-        case Tag::aliasTableMapRef:
-        case Tag::connectionString:
-        case Tag::cube:
-        case Tag::queryProcessing:
-        case Tag::rollupProcessing:
-        case Tag::schema:
-            CollectText();
-            break;
-        case Tag::property:
-            StartProperty(attrs);
-            break;
-        case Tag::type:
-            m_dataSource->SetType(KeepXml(m_tags->type, attrs));
-            break;
-        default:
-            LogUnknownStart(BUILDER_WORDS.module, BUILDER_WORDS.className, "realStartElement", localName);
+    case Tag::dataSource: break;
+    case Tag::name:
+        CollectText();
+        m_locale = attrs.getValue(m_tags->locale);
+        break;
+    case Tag::lastChanged:
+    case Tag::cmDataSource:
+    case Tag::catalog:
+    case Tag::aliasTableMapRef:
+    case Tag::connectionString:
+    case Tag::cube:
+    case Tag::queryProcessing:
+    case Tag::rollupProcessing:
+    case Tag::schema: CollectText(); break;
+    case Tag::property: StartProperty(attrs); break;
+    case Tag::type: m_dataSource->SetType(KeepXml(m_tags->type, attrs)); break;
+    default: LogUnknownStart(BUILDER_WORDS.module, BUILDER_WORDS.className, "realStartElement", localName);
     }
 }
 
@@ -169,43 +161,19 @@ void SMDatasourceBuilder::EndPropertyOrTarget() {
 void SMDatasourceBuilder::realEndElement(const I18NString&, const I18NString& localName, const I18NString&) {
     StopCollecting();
     switch (TagOf(localName)) {
-        case Tag::dataSource:
-            break;
-        case Tag::name:
-            AddName();
-            break;
-        case Tag::lastChanged:
-            m_dataSource->SetSMLastChangedDate(m_text);
-            break;
-        case Tag::cmDataSource:
-            m_dataSource->SetCmDataSource(m_text);
-            break;
-        case Tag::catalog:
-            m_dataSource->SetCatalog(m_text);
-            break;
-        case Tag::aliasTableMapRef:
-            m_dataSource->SetAliasTableMapRef(m_text);
-            break;
-        case Tag::connectionString:
-            m_dataSource->SetConnectionString(m_text);
-            break;
-        case Tag::cube:
-            m_dataSource->SetCube(m_text);
-            break;
-        case Tag::queryProcessing:
-            m_dataSource->SetQueryProcessing(TextAsEnum<SMEnum_queryProcessing>());
-            break;
-        case Tag::rollupProcessing:
-            m_dataSource->SetRollupProcessing(TextAsEnum<SMEnum_rollupProcessing>());
-            break;
-        case Tag::schema:
-            m_dataSource->SetSchema(m_text);
-            break;
-        case Tag::property:
-            EndPropertyOrTarget();
-            break;
-        default:
-            LogUnknownStart(BUILDER_WORDS.module, BUILDER_WORDS.className, "realEndElement", localName);
+    case Tag::dataSource: break;
+    case Tag::name: AddName(); break;
+    case Tag::lastChanged: m_dataSource->SetSMLastChangedDate(m_text); break;
+    case Tag::cmDataSource: m_dataSource->SetCmDataSource(m_text); break;
+    case Tag::catalog: m_dataSource->SetCatalog(m_text); break;
+    case Tag::aliasTableMapRef: m_dataSource->SetAliasTableMapRef(m_text); break;
+    case Tag::connectionString: m_dataSource->SetConnectionString(m_text); break;
+    case Tag::cube: m_dataSource->SetCube(m_text); break;
+    case Tag::queryProcessing: m_dataSource->SetQueryProcessing(TextAsEnum<SMEnum_queryProcessing>()); break;
+    case Tag::rollupProcessing: m_dataSource->SetRollupProcessing(TextAsEnum<SMEnum_rollupProcessing>()); break;
+    case Tag::schema: m_dataSource->SetSchema(m_text); break;
+    case Tag::property: EndPropertyOrTarget(); break;
+    default: LogUnknownStart(BUILDER_WORDS.module, BUILDER_WORDS.className, "realEndElement", localName);
     }
 }
 

@@ -118,36 +118,26 @@ using Tag = SMEnum_xmltag::Enum;
 
 void SMFunctionBuilder::smtagStartElement(const I18NString& module, const I18NString& className, Tag tag, const QvXMLAttributes& attrs) {
     switch (tag) {
-        case Tag::function:
-        case Tag::procParameters:
-            break;
-        case Tag::syntaxTip:
-            CollectLocaleText(attrs);
-            break;
-        case Tag::canonicalName:
-        case Tag::dataSourceRef:
-        case Tag::parameterName:
-        case Tag::mode:
-        case Tag::datatype:
-        case Tag::precision:
-        case Tag::scale:
-        case Tag::size:
-        case Tag::nullable:
-        case Tag::aggregationRule:
-            CollectText();
-            break;
-        case Tag::procParameter:
-            m_parameter = SMProcParameter2();
-            m_properties = SMDataColumnProperties2();
-            break;
-        case Tag::result:
-            m_properties = SMDataColumnProperties2();
-            break;
-        case Tag::property:
-            StartProperty(attrs);
-            break;
-        default:
-            SMNameDescObjectBuilder::smtagStartElement(module, className, tag, attrs);
+    case Tag::function:
+    case Tag::procParameters: break;
+    case Tag::syntaxTip: CollectLocaleText(attrs); break;
+    case Tag::canonicalName:
+    case Tag::dataSourceRef:
+    case Tag::parameterName:
+    case Tag::mode:
+    case Tag::datatype:
+    case Tag::precision:
+    case Tag::scale:
+    case Tag::size:
+    case Tag::nullable:
+    case Tag::aggregationRule: CollectText(); break;
+    case Tag::procParameter:
+        m_parameter = SMProcParameter2();
+        m_properties = SMDataColumnProperties2();
+        break;
+    case Tag::result: m_properties = SMDataColumnProperties2(); break;
+    case Tag::property: StartProperty(attrs); break;
+    default: SMNameDescObjectBuilder::smtagStartElement(module, className, tag, attrs);
     }
 }
 
@@ -170,53 +160,23 @@ void SMFunctionBuilder::EndResult() {
 void SMFunctionBuilder::smtagEndElement(const I18NString& module, const I18NString& className, Tag tag) {
     StopCollecting();
     switch (tag) {
-        case Tag::function:
-        case Tag::procParameters:
-            break;
-        case Tag::syntaxTip:
-            AddSyntaxTip();
-            break;
-        case Tag::canonicalName:
-            m_function->SetCanonicalName(m_text);
-            break;
-        case Tag::dataSourceRef:
-            m_function->SetDataSourceRef(m_text);
-            break;
-        case Tag::parameterName:
-            m_parameter.parameterName = m_text;
-            break;
-        case Tag::mode:
-            m_parameter.mode = m_text;
-            break;
-        case Tag::datatype:
-            m_properties.dataType = TextAsEnum<SMEnum_datatype>();
-            break;
-        case Tag::precision:
-            m_properties.precision = TextAsInt();
-            break;
-        case Tag::scale:
-            m_properties.scale = TextAsInt();
-            break;
-        case Tag::size:
-            m_properties.size = TextAsInt();
-            break;
-        case Tag::nullable:
-            m_properties.nullable = TextAsBool();
-            break;
-        case Tag::aggregationRule:
-            m_properties.aggregationRule = TextAsEnum<SMEnum_aggregationRule>();
-            break;
-        case Tag::procParameter:
-            EndParameter();
-            break;
-        case Tag::result:
-            EndResult();
-            break;
-        case Tag::property:
-            EndProperty(*m_function);
-            break;
-        default:
-            SMNameDescObjectBuilder::smtagEndElement(module, className, tag);
+    case Tag::function:
+    case Tag::procParameters: break;
+    case Tag::syntaxTip: AddSyntaxTip(); break;
+    case Tag::canonicalName: m_function->SetCanonicalName(m_text); break;
+    case Tag::dataSourceRef: m_function->SetDataSourceRef(m_text); break;
+    case Tag::parameterName: m_parameter.parameterName = m_text; break;
+    case Tag::mode: m_parameter.mode = m_text; break;
+    case Tag::datatype: m_properties.dataType = TextAsEnum<SMEnum_datatype>(); break;
+    case Tag::precision: m_properties.precision = TextAsInt(); break;
+    case Tag::scale: m_properties.scale = TextAsInt(); break;
+    case Tag::size: m_properties.size = TextAsInt(); break;
+    case Tag::nullable: m_properties.nullable = TextAsBool(); break;
+    case Tag::aggregationRule: m_properties.aggregationRule = TextAsEnum<SMEnum_aggregationRule>(); break;
+    case Tag::procParameter: EndParameter(); break;
+    case Tag::result: EndResult(); break;
+    case Tag::property: EndProperty(*m_function); break;
+    default: SMNameDescObjectBuilder::smtagEndElement(module, className, tag);
     }
 }
 

@@ -174,53 +174,37 @@ using Tag = SMEnum_xmltag::Enum;
 
 void SMPackageBuilder::smtagStartElement(const I18NString& module, const I18NString& className, Tag tag, const QvXMLAttributes& attrs) {
     switch (tag) {
-        case Tag::package:
-        case Tag::locales:
-            break;
-        case Tag::locale:
-        case Tag::lastPublished:
-        case Tag::maxVersions:
-        case Tag::viewref:
-        case Tag::definition:  // a package file may name its one view here, without an element around it
-            CollectText();
-            break;
-        case Tag::adminAccess:
-            m_package->SetAdminAccess(KeepXml(m_tags->adminAccess, attrs));
-            break;
-        case Tag::property:
-            StartProperty(attrs);
-            break;
-        default:
-            SMNameDescObjectBuilder::smtagStartElement(module, className, tag, attrs);
+    case Tag::package:
+    case Tag::locales: break;
+    case Tag::locale:
+    case Tag::lastPublished:
+    case Tag::maxVersions:
+    case Tag::viewref:
+    case Tag::definition:  // a package file may name its one view here, without an element around it
+        CollectText();
+        break;
+    case Tag::adminAccess: m_package->SetAdminAccess(KeepXml(m_tags->adminAccess, attrs)); break;
+    case Tag::property: StartProperty(attrs); break;
+    default: SMNameDescObjectBuilder::smtagStartElement(module, className, tag, attrs);
     }
 }
 
 void SMPackageBuilder::smtagEndElement(const I18NString& module, const I18NString& className, Tag tag) {
     StopCollecting();
     switch (tag) {
-        case Tag::package:
-        case Tag::locales:
-            break;
-        case Tag::locale:
-            m_package->AddLocale(m_text);
-            break;
-        case Tag::viewref:
-            m_package->AddViewref(m_text);
-            break;
-        case Tag::definition:  // after a "viewref" the text is that one's, which is there already
-            if (!m_text.empty()) m_package->AddViewref(m_text);
-            break;
-        case Tag::maxVersions:
-            m_package->SetMaxVersions(TextAsInt());
-            break;
-        case Tag::lastPublished:
-            if (!m_text.empty()) m_package->SetLastPublished(QvDate(m_text));
-            break;
-        case Tag::property:
-            EndProperty(*m_package);
-            break;
-        default:
-            SMNameDescObjectBuilder::smtagEndElement(module, className, tag);
+    case Tag::package:
+    case Tag::locales: break;
+    case Tag::locale: m_package->AddLocale(m_text); break;
+    case Tag::viewref: m_package->AddViewref(m_text); break;
+    case Tag::definition:  // after a "viewref" the text is that one's, which is there already
+        if (!m_text.empty()) m_package->AddViewref(m_text);
+        break;
+    case Tag::maxVersions: m_package->SetMaxVersions(TextAsInt()); break;
+    case Tag::lastPublished:
+        if (!m_text.empty()) m_package->SetLastPublished(QvDate(m_text));
+        break;
+    case Tag::property: EndProperty(*m_package); break;
+    default: SMNameDescObjectBuilder::smtagEndElement(module, className, tag);
     }
 }
 

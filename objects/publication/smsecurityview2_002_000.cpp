@@ -157,39 +157,29 @@ using Tag = SMEnum_xmltag::Enum;
 void SMSecurityViewBuilder::realStartElement(const I18NString&, const I18NString& localName, const I18NString&,
                                              const QvXMLAttributes& attrs) {
     switch (TagOf(localName)) {
-        case Tag::securityView:
-            m_view->SetRoleBased(SMEnum_bool::string2bool(attrs.getValue(m_tags->isRoleBased)));
-            break;
-        case Tag::name:
-        case Tag::description:
-            CollectText();
-            m_locale = attrs.getValue(m_tags->locale);
-            break;
-        case Tag::set:
-            m_set = SMSecurityDefinitionSet2();
-            m_set.includeRule = EnumOf<SMEnum_includeRule>(attrs.getValue(m_tags->includeRule));
-            break;
-        case Tag::refobj:
-        case Tag::viewref:
-        case Tag::functionId:
-        case Tag::functionSetId:
-        case Tag::qosLevel:
-            CollectText();
-            break;
-        case Tag::access:
-            m_view->SetAccess(KeepXml(m_tags->access, attrs));
-            break;
-        case Tag::property:
-            StartProperty(attrs);
-            break;
-        case Tag::definition:
-        case Tag::functionSet:
-        case Tag::functionSets:
-        case Tag::qosOverrides:
-        case Tag::qosOverride:
-            break;
-        default:
-            LogUnknownStart(BUILDER_WORDS.module, BUILDER_WORDS.className, "realStartElement", localName);
+    case Tag::securityView: m_view->SetRoleBased(SMEnum_bool::string2bool(attrs.getValue(m_tags->isRoleBased))); break;
+    case Tag::name:
+    case Tag::description:
+        CollectText();
+        m_locale = attrs.getValue(m_tags->locale);
+        break;
+    case Tag::set:
+        m_set = SMSecurityDefinitionSet2();
+        m_set.includeRule = EnumOf<SMEnum_includeRule>(attrs.getValue(m_tags->includeRule));
+        break;
+    case Tag::refobj:
+    case Tag::viewref:
+    case Tag::functionId:
+    case Tag::functionSetId:
+    case Tag::qosLevel: CollectText(); break;
+    case Tag::access: m_view->SetAccess(KeepXml(m_tags->access, attrs)); break;
+    case Tag::property: StartProperty(attrs); break;
+    case Tag::definition:
+    case Tag::functionSet:
+    case Tag::functionSets:
+    case Tag::qosOverrides:
+    case Tag::qosOverride: break;
+    default: LogUnknownStart(BUILDER_WORDS.module, BUILDER_WORDS.className, "realStartElement", localName);
     }
 }
 
@@ -201,45 +191,25 @@ void SMSecurityViewBuilder::AddRef(SMSecurityDefinitionSet2::ERefTag tag) {
 void SMSecurityViewBuilder::realEndElement(const I18NString&, const I18NString& localName, const I18NString&) {
     StopCollecting();
     switch (TagOf(localName)) {
-        case Tag::securityView:
-        case Tag::definition:
-        case Tag::functionSet:
-        case Tag::functionSets:
-        case Tag::qosOverrides:
-            break;
-        case Tag::name:
-            m_view->AddName(m_locale, m_text);
-            break;
-        case Tag::description:
-            m_override.description[m_locale] = m_text;
-            break;
-        case Tag::set:
-            m_view->AppendDefinitionSet(m_set);
-            break;
-        case Tag::refobj:
-            AddRef(SMSecurityDefinitionSet2::refobj);
-            break;
-        case Tag::viewref:
-            AddRef(SMSecurityDefinitionSet2::viewref);
-            break;
-        case Tag::functionId:
-            m_override.functionId = m_text;
-            break;
-        case Tag::functionSetId:
-            m_view->AppendFunctionSet(m_text);
-            break;
-        case Tag::qosLevel:
-            m_override.qosLevel = m_text;
-            break;
-        case Tag::qosOverride:
-            m_view->AppendQosOverride(m_override);
-            m_override = SMQosOverride2();  // the next one must not inherit what its element leaves out
-            break;
-        case Tag::property:
-            EndProperty(*m_view);
-            break;
-        default:
-            LogUnknownStart(BUILDER_WORDS.module, BUILDER_WORDS.className, "realEndElement", localName);
+    case Tag::securityView:
+    case Tag::definition:
+    case Tag::functionSet:
+    case Tag::functionSets:
+    case Tag::qosOverrides: break;
+    case Tag::name: m_view->AddName(m_locale, m_text); break;
+    case Tag::description: m_override.description[m_locale] = m_text; break;
+    case Tag::set: m_view->AppendDefinitionSet(m_set); break;
+    case Tag::refobj: AddRef(SMSecurityDefinitionSet2::refobj); break;
+    case Tag::viewref: AddRef(SMSecurityDefinitionSet2::viewref); break;
+    case Tag::functionId: m_override.functionId = m_text; break;
+    case Tag::functionSetId: m_view->AppendFunctionSet(m_text); break;
+    case Tag::qosLevel: m_override.qosLevel = m_text; break;
+    case Tag::qosOverride:
+        m_view->AppendQosOverride(m_override);
+        m_override = SMQosOverride2();  // the next one must not inherit what its element leaves out
+        break;
+    case Tag::property: EndProperty(*m_view); break;
+    default: LogUnknownStart(BUILDER_WORDS.module, BUILDER_WORDS.className, "realEndElement", localName);
     }
 }
 

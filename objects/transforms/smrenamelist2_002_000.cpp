@@ -162,7 +162,12 @@ void SMRenameList2::RenameDocument(TklByteBuffer& xml, bool ownRoot) {
     };
     const HandlerScope scope{*parser};
     parser->setContentHandler(&handler);
-    parser->parse(m_document);
+    try {
+        parser->parse(m_document);
+    } catch (...) {
+        xml.reset();  // half an element would spoil every document that it is written to
+        throw;
+    }
     xml.shrink();
 }
 

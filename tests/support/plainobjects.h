@@ -9,7 +9,7 @@ namespace smtest {
 template <class Base>
 class Plain : public Base {
   public:
-    explicit Plain(schema_002_000::SMProject2* project, IOObject* parent = nullptr) : Base(parent, project) {}
+    explicit Plain(schema_002_000::SMProject2* project, IOObject* owner = nullptr) : Base(owner, project) {}
 
     bool read(IOHelper&) override { return true; }
     I18NString GetVersionCol() const override { return "PLAIN_VERSION"; }

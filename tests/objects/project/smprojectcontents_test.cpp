@@ -1,6 +1,8 @@
 // The kinds that a project owns beside its root namespace.
 #include <gmock/gmock.h>
 
+#include <stdexcept>
+
 #include "core/qvutils/persist/multifilehelper.h"
 #include "objects/publication/smdatasource2_002_000.h"
 #include "objects/publication/smpackage2_002_000.h"
@@ -326,6 +328,22 @@ TEST(SMProject2Sections, LeaveConnectionsOutOfSeveralFilesOfAModelThatIsNotStore
     EXPECT_THAT(WriteProject(*project, &files), HasSubstr(connection));
     project->m_writeDataSourceSchema = false;
     EXPECT_THAT(WriteProject(*project), testing::Not(HasSubstr(connection)));
+    EXPECT_TRUE(project->m_writeDataSourceSchema);
+}
+
+TEST(SMProject2Sections, TellConnectionsAgainAfterAWriteThatRaised) {
+    struct Raising : QvSAX2PrintHandler {
+        using QvSAX2PrintHandler::QvSAX2PrintHandler;
+        void startElement(const I18NString&, const I18NString& localName, const I18NString&, const QvXMLAttributes&) override {
+            if (localName == "dataSource") throw std::runtime_error("full");
+        }
+    };
+    const ProjectPtr project = FullProject();
+    I18NString text;
+    QvStringWriter writer(text);
+    Raising handler("UTF-8", false, writer, true);
+    project->m_writeDataSourceSchema = false;
+    EXPECT_THROW(project->WriteXMLDocument(nullptr, &handler, writer), std::runtime_error);
     EXPECT_TRUE(project->m_writeDataSourceSchema);
 }
 

@@ -200,3 +200,15 @@ TEST(SMDatasource2Rows, KeepsItsTypeInARecord) {
     ASSERT_TRUE(other->read(store));
     EXPECT_EQ(std::string(other->GetType()->buffer.view()), "<type a=\"1\"><interface>OL</interface></type>");
 }
+
+TEST(SMDatasource2Rows, RegistersItsTypeWhenItHasOne) {
+    DataSource source(CONTENT);
+    source->SetId("i");
+    source.project->AppendDataSource(source.source);
+    source.project->AddDataSourceOrReturnExisting("without a type", "", "", SMEnum_queryProcessing::databaseOnly);
+    MapId2RemainingInfo records;
+    source.project->InitAndAddSetPIDIDAndMiniObject(nullptr, nullptr, nullptr, &records);
+    EXPECT_EQ(records.Size(), 2u);  // the other one is the list of locales
+    ASSERT_NE(records.Find("i/type"), nullptr);
+    EXPECT_EQ(Str(records.Find("i/type")->value), "<type a=\"1\"><interface>OL</interface></type>");
+}

@@ -327,3 +327,21 @@ TEST(SMPackage2Rows, KeepsTheStoredDateWhenAReadFails) {
         EXPECT_EQ(Str(package->GetLastChangedDate().ToString()), "2001-02-03T04:05:06");
     }
 }
+
+TEST(SMPackage2Rows, RegistersItsTextsAndItsAccess) {
+    struct Recorder : MapId2RemainingInfo {
+        void AddObject(const QvULString& id, int version, int parentVersion, const QvULString& value) override {
+            lines.push_back(id.c_str() + ("|" + std::to_string(version)) + "|" + std::to_string(parentVersion) + "|" + value.c_str());
+        }
+        std::vector<std::string> lines;
+    } records;
+    Package package("<locale>en</locale><viewref>v</viewref><adminAccess></adminAccess><screenTip locale=\"en\">s</screenTip>");
+    package->SetId("i");
+    package->SetVersionNo(4);
+    package.project->AppendPackage(package.package);
+    package.project->InitAndAddSetPIDIDAndMiniObject(nullptr, nullptr, nullptr, &records);
+    EXPECT_THAT(records.lines, ElementsAre("i/description|0|4|", "i/screenTip|0|4|<screenTip locale=\"en\">s</screenTip>",
+                                           "i/definition|0|4|<definition><viewref>v</viewref></definition>",
+                                           "i/locales|0|4|<locales><locale>en</locale></locales>",
+                                           "i/adminAccess|1|4|<adminAccess></adminAccess>", "/locales|0|0|<locales></locales>"));
+}

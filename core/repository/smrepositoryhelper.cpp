@@ -67,6 +67,7 @@ bool SMRepositoryHelper::DoReadAction(const I18NString& action, const IOHashPara
         results.clear();
         return fail(error.what());
     } catch (const IOParamException& error) {
+        results.clear();
         return fail(error.what());
     }
 }

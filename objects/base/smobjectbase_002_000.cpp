@@ -50,7 +50,11 @@ void SMObjectBase::SetSMProject(SMProject2* project) {
     }
     m_registryIndex = -1;  // a slot of the old registry says nothing in the new one
     m_project = project;
-    if (m_project) m_project->m_allObjects.Add(this);
+    if (!m_project) return;
+    m_project->m_allObjects.Add(this);
+    // indexes that were built under the old project must not pass for ones of this project
+    m_project->NameEpochs().names.NoteRenamed();
+    m_project->NameEpochs().links.NoteRenamed();
 }
 
 void SMObjectBase::NoteChange(SMNameEpoch SMNameEpochs::*kind, std::string_view before, std::string_view after) {
@@ -131,7 +135,8 @@ void SMObjectBase::constructFromIOParameter(const IOParameter& row) {
         id = row.GetByName(KEY_ID)->GetQvULStringValue();
         if (const auto version = IfPresent(row, KEY_VERSION)) SetVersionNo(static_cast<int>(version->GetLongValue()));
         // a row without a date was just made
-        SetLastChangedDate(row.HasKey(KEY_LAST_CHANGED) ? row.GetByName(KEY_LAST_CHANGED)->GetDateValue() : QvDate(true));
+        const QvSmartPtr<IOParameter> date = row.HasKey(KEY_LAST_CHANGED) ? row.GetByName(KEY_LAST_CHANGED) : QvSmartPtr<IOParameter>();
+        SetLastChangedDate(date ? date->GetDateValue() : QvDate(true));
         if (const auto order = IfPresent(row, KEY_DISPLAY_ORDER)) displayOrder = static_cast<int>(order->GetLongValue());
     });
 }

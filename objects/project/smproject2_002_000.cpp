@@ -56,6 +56,7 @@ void SMProject2::SetRootNamespace(SMNamespace2* ns) {
 }
 
 void SMProject2::EnterNamespace(const QvULString& name, SMNamespace2* ns) {
+    if (ns->GetSMProject() != this) return;  // it could not take its entry along when it dies
     if (m_namespaceMap.emplace(name, ns).second) ++ns->m_mapEntries;
 }
 

@@ -174,7 +174,7 @@ void SMRenameList2::RenameDocument(TklByteBuffer& xml, bool ownRoot) {
 void SMRenameList2::PerformRenamesEscaped(TklByteBuffer& xml) {
     // nearly every fragment is one element, which needs no root of ours around it
     const std::string_view text = xml.view();
-    if (text.size() > 1 && text[0] == '<' && text[1] != '?' && text[1] != '!') {
+    if (text.size() > 1 && text[0] == '<' && text[1] != '?' && text[1] != '!' && text.back() == '>') {
         std::swap(m_document, xml);
         try {
             RenameDocument(xml, false);

@@ -41,7 +41,8 @@ ProjectPtr ReadFrom(const std::string& directory, const std::string& document) {
 
 /** Without the white space that indents elements for people. */
 std::string Settled(const std::string& document) {
-    return std::regex_replace(document, std::regex(">\n *<"), "><");
+    // a quotation mark in a text is written as it stands; the files have it escaped
+    return std::regex_replace(std::regex_replace(document, std::regex(">\n *<"), "><"), std::regex("&quot;"), "\"");
 }
 
 }  // namespace

@@ -42,7 +42,7 @@ ProjectPtr ReadFrom(const std::string& directory, const std::string& document) {
 /** Without the white space that indents elements for people. */
 std::string Settled(const std::string& document) {
     // a quotation mark in a text is written as it stands; the files have it escaped
-    return std::regex_replace(std::regex_replace(document, std::regex(">\n *<"), "><"), std::regex("&quot;"), "\"");
+    return std::regex_replace(std::regex_replace(document, std::regex(">\n *(<|$)"), ">$1"), std::regex("&quot;"), "\"");
 }
 
 }  // namespace

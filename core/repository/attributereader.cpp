@@ -11,14 +11,10 @@ constexpr CellKind HEAD_TEXT = CellKind::text, HEAD_NUMBER = CellKind::number;
 
 int ParameterKind(CellKind kind) {
     switch (kind) {
-        case CellKind::number:
-            return IOParameter::kindLong;
-        case CellKind::flag:
-            return IOParameter::kindBool;
-        case CellKind::date:
-            return IOParameter::kindDate;
-        case CellKind::text:
-            break;
+    case CellKind::number: return IOParameter::kindLong;
+    case CellKind::flag: return IOParameter::kindBool;
+    case CellKind::date: return IOParameter::kindDate;
+    case CellKind::text: break;
     }
     return IOParameter::kindString;
 }
@@ -104,19 +100,13 @@ std::string AttributeReader::TakeCell(std::size_t at, int target, const IOParame
     if (value->GetKind() != ParameterKind(kind)) return WrongKind(kind, *value);
     Cell& cell = cells[static_cast<std::size_t>(target)];
     switch (kind) {
-        case CellKind::text:
-            cell = Cell::Text(Keep(at, value->GetQvStringValue()));
-            if (cell.view.find('\0') != std::string_view::npos) return "cannot hold the character NUL";
-            break;
-        case CellKind::number:
-            cell = Cell::Number(value->GetLongValue());
-            break;
-        case CellKind::flag:
-            cell = Cell::Number(value->GetBoolValue() ? 1 : 0);
-            break;
-        case CellKind::date:
-            cell = CellOf(value->GetDateValue());
-            break;
+    case CellKind::text:
+        cell = Cell::Text(Keep(at, value->GetQvStringValue()));
+        if (cell.view.find('\0') != std::string_view::npos) return "cannot hold the character NUL";
+        break;
+    case CellKind::number: cell = Cell::Number(value->GetLongValue()); break;
+    case CellKind::flag: cell = Cell::Number(value->GetBoolValue() ? 1 : 0); break;
+    case CellKind::date: cell = CellOf(value->GetDateValue()); break;
     }
     return {};
 }

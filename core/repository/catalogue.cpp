@@ -30,14 +30,10 @@ const CatalogueColumn* FindKey(const CatalogueTable& table, std::string_view key
 
 std::string_view NameOf(CellKind kind) {
     switch (kind) {
-        case CellKind::text:
-            return "text";
-        case CellKind::number:
-            return "number";
-        case CellKind::flag:
-            return "flag";
-        case CellKind::date:
-            return "date";
+    case CellKind::text: return "text";
+    case CellKind::number: return "number";
+    case CellKind::flag: return "flag";
+    case CellKind::date: return "date";
     }
     return "";
 }

@@ -71,12 +71,9 @@ const char* GetText(const char* at, Cell& cell) {
 
 char* Put(char* at, const Cell& cell) {
     switch (cell.kind) {
-        case Cell::integer:
-            return PutNumber(at, cell.number);
-        case Cell::text:
-            return PutText(at, cell.view);
-        case Cell::null:
-            break;
+    case Cell::integer: return PutNumber(at, cell.number);
+    case Cell::text: return PutText(at, cell.view);
+    case Cell::null: break;
     }
     *at++ = 0;
     return at;

@@ -8,14 +8,10 @@ constexpr std::string_view NAMES_OF_SIBLINGS[] = {"NAME", "KEY"};
 
 ColumnType TypeOf(CellKind kind) {
     switch (kind) {
-        case CellKind::number:
-            return ColumnType::integer;
-        case CellKind::flag:
-            return ColumnType::flag;
-        case CellKind::date:
-            return ColumnType::moment;
-        case CellKind::text:
-            break;
+    case CellKind::number: return ColumnType::integer;
+    case CellKind::flag: return ColumnType::flag;
+    case CellKind::date: return ColumnType::moment;
+    case CellKind::text: break;
     }
     return ColumnType::text;
 }

@@ -8,14 +8,10 @@ namespace {
 
 IOParameter* EmptyValue(qv::CellKind kind) {
     switch (kind) {
-        case qv::CellKind::number:
-            return new IOLongParam;
-        case qv::CellKind::flag:
-            return new IOBoolParam;
-        case qv::CellKind::date:
-            return new QvDateParam;
-        case qv::CellKind::text:
-            break;
+    case qv::CellKind::number: return new IOLongParam;
+    case qv::CellKind::flag: return new IOBoolParam;
+    case qv::CellKind::date: return new QvDateParam;
+    case qv::CellKind::text: break;
     }
     return new IOQvStringParam;
 }

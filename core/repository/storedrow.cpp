@@ -23,14 +23,10 @@ class StoredValue : public IOParameter {
 
     int GetKind() const override {
         switch (m_kind) {
-            case CellKind::number:
-                return kindLong;
-            case CellKind::flag:
-                return kindBool;
-            case CellKind::date:
-                return kindDate;
-            case CellKind::text:
-                break;
+        case CellKind::number: return kindLong;
+        case CellKind::flag: return kindBool;
+        case CellKind::date: return kindDate;
+        case CellKind::text: break;
         }
         return kindString;
     }
@@ -46,14 +42,10 @@ class StoredValue : public IOParameter {
     I18NString toString(const I18NString& indent) const override {
         if (m_null) return indent + "null";
         switch (m_kind) {
-            case CellKind::number:
-                return IOLongParam(m_number).toString(indent);
-            case CellKind::flag:
-                return IOBoolParam(m_number != 0).toString(indent);
-            case CellKind::date:
-                return QvDateParam(DateOf(m_number)).toString(indent);
-            case CellKind::text:
-                break;
+        case CellKind::number: return IOLongParam(m_number).toString(indent);
+        case CellKind::flag: return IOBoolParam(m_number != 0).toString(indent);
+        case CellKind::date: return QvDateParam(DateOf(m_number)).toString(indent);
+        case CellKind::text: break;
         }
         return IOQvStringParam(m_text).toString(indent);
     }
@@ -164,20 +156,13 @@ void RowLayout::Load(const StoredRow& row) {
 
 Cell RowLayout::CellOf(const StoredRow& row, const Slot& slot) const {
     switch (slot.source) {
-        case Slot::id:
-            return Cell::Text(m_head.id);
-        case Slot::version:
-            return Cell::Number(m_head.version);
-        case Slot::parentId:
-            return Cell::Text(m_head.parentId);
-        case Slot::parentVersion:
-            return Cell::Number(m_head.parentVersion);
-        case Slot::cell:
-            return m_cells[slot.column];
-        case Slot::computed:
-            return Cell::Text(row.m_computedType);
-        case Slot::nothing:
-            break;
+    case Slot::id: return Cell::Text(m_head.id);
+    case Slot::version: return Cell::Number(m_head.version);
+    case Slot::parentId: return Cell::Text(m_head.parentId);
+    case Slot::parentVersion: return Cell::Number(m_head.parentVersion);
+    case Slot::cell: return m_cells[slot.column];
+    case Slot::computed: return Cell::Text(row.m_computedType);
+    case Slot::nothing: break;
     }
     return {};
 }

@@ -176,18 +176,10 @@ void StoreSession::EndRow(const RowTable& table, std::int64_t project, std::int6
     std::vector<Cell> parameters = {Cell::Number(revision)};
     for (const std::size_t part : table.shape.key) {
         switch (part) {
-            case place::project:
-                parameters.push_back(Cell::Number(project));
-                break;
-            case place::id:
-                parameters.push_back(Cell::Text(key.id));
-                break;
-            case place::version:
-                parameters.push_back(Cell::Number(key.version));
-                break;
-            default:
-                parameters.push_back(Cell::Text(key.parentId));
-                break;
+        case place::project: parameters.push_back(Cell::Number(project)); break;
+        case place::id: parameters.push_back(Cell::Text(key.id)); break;
+        case place::version: parameters.push_back(Cell::Number(key.version)); break;
+        default: parameters.push_back(Cell::Text(key.parentId)); break;
         }
     }
     if (end.Run(parameters) != 1) throw StoreError("The row to end is not in the store.");

@@ -4,7 +4,8 @@ namespace schema_002_000 {
 
 using Tag = SMEnum_xmltag::Enum;
 
-void SMNamedObjectBuilder::realStartElement(const I18NString&, const I18NString& localName, const I18NString&, const QvXMLAttributes& attrs) {
+void SMNamedObjectBuilder::realStartElement(const I18NString&, const I18NString& localName, const I18NString&,
+                                            const QvXMLAttributes& attrs) {
     smtagStartElement(SMObjectBase::EMPTY_QVSTRING, SMObjectBase::EMPTY_QVSTRING, TagOf(localName), attrs);
 }
 
@@ -52,7 +53,8 @@ void SMNameDescObjectBuilder::smtagEndElement(const I18NString& module, const I1
     }
 }
 
-void SMNestedObjectBuilder::smtagStartElement(const I18NString& module, const I18NString& className, Tag tag, const QvXMLAttributes& attrs) {
+void SMNestedObjectBuilder::smtagStartElement(const I18NString& module, const I18NString& className, Tag tag,
+                                              const QvXMLAttributes& attrs) {
     switch (tag) {
     case Tag::property: StartProperty(attrs); break;
     default: SMNameDescObjectBuilder::smtagStartElement(module, className, tag, attrs);

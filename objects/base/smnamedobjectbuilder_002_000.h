@@ -14,7 +14,8 @@ class SM_API SMNamedObjectBuilder : public SMObjectBuilder {
   public:
     /** The object is borrowed. */
     explicit SMNamedObjectBuilder(SMNamedObject2* object) : m_named(object) {}
-    void realStartElement(const I18NString& uri, const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) override;
+    void realStartElement(const I18NString& uri, const I18NString& localName, const I18NString& qName,
+                          const QvXMLAttributes& attrs) override;
     void realEndElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) override;
     virtual void smtagStartElement(const I18NString& module, const I18NString& className, SMEnum_xmltag::Enum tag,
                                    const QvXMLAttributes& attrs);

@@ -186,7 +186,8 @@ class SM_API SMObjectBase : public IOObject {
     /** Reads the children of a kind: each is made, handed to `add`, filled, and reads what hangs below it. False: a step failed. */
     template <class T, class Add>
     bool ReadChildren(IOHelper& helper, const I18NString& objectName, Add add) {
-        return ReadChildrenIf<T>(helper, objectName, [](const IOParameter&) { return true; }, add);
+        return ReadChildrenIf<T>(
+            helper, objectName, [](const IOParameter&) { return true; }, add);
     }
     /** The same for the rows that `accept` takes. */
     template <class T, class Accept, class Add>

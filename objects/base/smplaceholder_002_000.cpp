@@ -76,27 +76,24 @@ void SMNamedObject2::WriteXMLPlaceholder(const I18NString& filename, QvContentHa
 
 void SMNamedObject2::BreakAndWriteXMLDocument(MultiFileHelper* files, QvContentHandler* handler, QvXMLFormatTarget& target) {
     switch (static_cast<SMWriteWhat>(WriteWhat())) {
-        case SMWriteWhat::emptyPlaceholder:
-            WriteXMLEmptyPlaceholder(files, parentHandler ? parentHandler : handler, target);
-            break;
-        case SMWriteWhat::file: {
-            I18NString path = m_project ? m_project->m_baseDirectory : EMPTY_QVSTRING;
-            MultiFileHelper::MakeFilePath(defaultName, GetFileExtension(), path);
-            I18NString directory, filename;
-            TklSmDir::splitPath(path, &directory, &filename);
-            QvFileWriter fileWriter(path.c_str());
-            QvSAX2PrintHandler fileHandler("UTF-8", false, fileWriter, false);
-            StartXMLPlaceholder(filename, handler);
-            {
-                const EnclosingDocument enclosing(parentHandler, parentTarget, handler, target);
-                WriteXMLElement(files, &fileHandler, fileWriter);
-            }
-            EndXMLPlaceholder(handler);
-            fileWriter.close();
-            break;
+    case SMWriteWhat::emptyPlaceholder: WriteXMLEmptyPlaceholder(files, parentHandler ? parentHandler : handler, target); break;
+    case SMWriteWhat::file: {
+        I18NString path = m_project ? m_project->m_baseDirectory : EMPTY_QVSTRING;
+        MultiFileHelper::MakeFilePath(defaultName, GetFileExtension(), path);
+        I18NString directory, filename;
+        TklSmDir::splitPath(path, &directory, &filename);
+        QvFileWriter fileWriter(path.c_str());
+        QvSAX2PrintHandler fileHandler("UTF-8", false, fileWriter, false);
+        StartXMLPlaceholder(filename, handler);
+        {
+            const EnclosingDocument enclosing(parentHandler, parentTarget, handler, target);
+            WriteXMLElement(files, &fileHandler, fileWriter);
         }
-        case SMWriteWhat::nothing:
-            break;
+        EndXMLPlaceholder(handler);
+        fileWriter.close();
+        break;
+    }
+    case SMWriteWhat::nothing: break;
     }
 }
 

@@ -124,15 +124,12 @@ bool DBColumn::operator==(const DBColumn& other) const {
     const bool isTime = m_dataType == SqlColType::date || m_dataType == SqlColType::time || m_dataType == SqlColType::timestamp;
     if (GetName() != other.GetName() || (!isTime && m_dataType != other.m_dataType) || m_allowNulls != other.m_allowNulls) return false;
     switch (m_dataType) {
-        case SqlColType::decimal:
-            return m_scale == other.m_scale && m_precision == other.m_precision;
-        case SqlColType::char_:
-        case SqlColType::varchar:
-        case SqlColType::nchar:
-        case SqlColType::nvarchar:
-            return m_precision == other.m_precision;
-        default:
-            return true;
+    case SqlColType::decimal: return m_scale == other.m_scale && m_precision == other.m_precision;
+    case SqlColType::char_:
+    case SqlColType::varchar:
+    case SqlColType::nchar:
+    case SqlColType::nvarchar: return m_precision == other.m_precision;
+    default: return true;
     }
 }
 

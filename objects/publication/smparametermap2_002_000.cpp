@@ -174,26 +174,18 @@ using Tag = SMEnum_xmltag::Enum;
 void SMParameterMapBuilder::realStartElement(const I18NString&, const I18NString& localName, const I18NString&,
                                              const QvXMLAttributes& attrs) {
     switch (TagOf(localName)) {
-        case Tag::parameterMap:
-            break;
-        case Tag::name:
-        case Tag::defaultValue:
-        case Tag::keyRef:
-        case Tag::valueRef:
-            CollectText();
-            break;
-        case Tag::property:
-            StartProperty(attrs);
-            break;
-        case Tag::queryItemMap:
-            m_keyRef.erase();
-            m_valueRef.erase();
-            break;
-        case Tag::parameterMapEntry:
-            StartEntry(attrs);
-            break;
-        default:
-            LogUnknownStart("smparametermap2", "SMParameterMapBuilder::smtagStartElement", "smtagStartElement", localName);
+    case Tag::parameterMap: break;
+    case Tag::name:
+    case Tag::defaultValue:
+    case Tag::keyRef:
+    case Tag::valueRef: CollectText(); break;
+    case Tag::property: StartProperty(attrs); break;
+    case Tag::queryItemMap:
+        m_keyRef.erase();
+        m_valueRef.erase();
+        break;
+    case Tag::parameterMapEntry: StartEntry(attrs); break;
+    default: LogUnknownStart("smparametermap2", "SMParameterMapBuilder::smtagStartElement", "smtagStartElement", localName);
     }
 }
 
@@ -208,29 +200,15 @@ void SMParameterMapBuilder::StartEntry(const QvXMLAttributes& attrs) {
 void SMParameterMapBuilder::realEndElement(const I18NString&, const I18NString& localName, const I18NString&) {
     StopCollecting();
     switch (TagOf(localName)) {
-        case Tag::parameterMap:
-        case Tag::parameterMapEntry:
-            break;
-        case Tag::name:
-            m_map->SetName(m_text);
-            break;
-        case Tag::defaultValue:
-            m_map->SetDefaultValue(m_text);
-            break;
-        case Tag::property:
-            EndProperty(*m_map);
-            break;
-        case Tag::keyRef:
-            m_keyRef = m_text;
-            break;
-        case Tag::valueRef:
-            m_valueRef = m_text;
-            break;
-        case Tag::queryItemMap:
-            m_map->SetQueryItemMap(new SM_QUERY_ITEM_MAP{m_keyRef, m_valueRef});
-            break;
-        default:
-            LogUnknownStart("smparametermap2", "SMParameterMapBuilder::smtagEndElement", "smtagEndElement", localName);
+    case Tag::parameterMap:
+    case Tag::parameterMapEntry: break;
+    case Tag::name: m_map->SetName(m_text); break;
+    case Tag::defaultValue: m_map->SetDefaultValue(m_text); break;
+    case Tag::property: EndProperty(*m_map); break;
+    case Tag::keyRef: m_keyRef = m_text; break;
+    case Tag::valueRef: m_valueRef = m_text; break;
+    case Tag::queryItemMap: m_map->SetQueryItemMap(new SM_QUERY_ITEM_MAP{m_keyRef, m_valueRef}); break;
+    default: LogUnknownStart("smparametermap2", "SMParameterMapBuilder::smtagEndElement", "smtagEndElement", localName);
     }
 }
 

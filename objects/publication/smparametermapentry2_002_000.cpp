@@ -71,30 +71,20 @@ using Tag = SMEnum_xmltag::Enum;
 void SMParameterMapEntryBuilder::realStartElement(const I18NString&, const I18NString& localName, const I18NString&,
                                                   const QvXMLAttributes&) {
     switch (TagOf(localName)) {
-        case Tag::parameterMapEntry:
-            break;
-        case Tag::key:
-        case Tag::value:
-            CollectText();
-            break;
-        default:
-            LogUnknownStart("smparametermapentry2", "SMParameterMapEntryBuilder::smtagStartElement", "smtagStartElement", localName);
+    case Tag::parameterMapEntry: break;
+    case Tag::key:
+    case Tag::value: CollectText(); break;
+    default: LogUnknownStart("smparametermapentry2", "SMParameterMapEntryBuilder::smtagStartElement", "smtagStartElement", localName);
     }
 }
 
 void SMParameterMapEntryBuilder::realEndElement(const I18NString&, const I18NString& localName, const I18NString&) {
     StopCollecting();
     switch (TagOf(localName)) {
-        case Tag::parameterMapEntry:
-            break;
-        case Tag::key:
-            m_entry->SetKey(m_text);
-            break;
-        case Tag::value:
-            m_entry->SetValue(m_text);
-            break;
-        default:
-            LogUnknownStart("smparametermapentry2", "SMParameterMapEntryBuilder::smtagEndElement", "smtagEndElement", localName);
+    case Tag::parameterMapEntry: break;
+    case Tag::key: m_entry->SetKey(m_text); break;
+    case Tag::value: m_entry->SetValue(m_text); break;
+    default: LogUnknownStart("smparametermapentry2", "SMParameterMapEntryBuilder::smtagEndElement", "smtagEndElement", localName);
     }
 }
 

@@ -47,21 +47,33 @@ void SMQuerySubject2::AddQueryItemFolder(SMQueryItemFolder2* folder) {
     queryItemFolders.Append(folder);
 }
 
-void SMQuerySubject2::AddDeterminant(SMDeterminant2* determinant) { determinants.Append(determinant); }
+void SMQuerySubject2::AddDeterminant(SMDeterminant2* determinant) {
+    determinants.Append(determinant);
+}
 
-void SMQuerySubject2::DeleteQueryItemById(const I18NString& itemId) { SMDeleteById(queryItems, m_displayOrder, itemId); }
+void SMQuerySubject2::DeleteQueryItemById(const I18NString& itemId) {
+    SMDeleteById(queryItems, m_displayOrder, itemId);
+}
 
-const QvSmartVector<SMQueryItem2>& SMQuerySubject2::GetQueryItems() const { return queryItems.Items(); }
+const QvSmartVector<SMQueryItem2>& SMQuerySubject2::GetQueryItems() const {
+    return queryItems.Items();
+}
 
-const QvSmartVector<SMQueryItemFolder2>& SMQuerySubject2::GetQueryItemFolders() const { return queryItemFolders.Items(); }
+const QvSmartVector<SMQueryItemFolder2>& SMQuerySubject2::GetQueryItemFolders() const {
+    return queryItemFolders.Items();
+}
 
-const QvSmartVector<SMDeterminant2>& SMQuerySubject2::GetDeterminants() const { return determinants.Items(); }
+const QvSmartVector<SMDeterminant2>& SMQuerySubject2::GetDeterminants() const {
+    return determinants.Items();
+}
 
 SMQueryItem2* SMQuerySubject2::GetQueryItemByWHOID(const I18NString& whoid) const {
     return whoid.empty() ? nullptr : queryItems.FindBySecond(whoid.utf8(), *this);
 }
 
-SMQueryItem2* SMQuerySubject2::GetQueryItemByName(const I18NString& name) const { return queryItems.Find(name.utf8(), *this); }
+SMQueryItem2* SMQuerySubject2::GetQueryItemByName(const I18NString& name) const {
+    return queryItems.Find(name.utf8(), *this);
+}
 
 SMQueryItem2* SMQuerySubject2::GetQueryItemWithName(const I18NString& name) const {
     if (SMQueryItem2* item = GetQueryItemByName(name)) return item;
@@ -90,8 +102,8 @@ SMQueryItem2* SMQuerySubject2::AddOrReturnExistingQueryItem(const I18NString& na
 
 SMQueryItem2* SMQuerySubject2::AddOrReturnExistingQueryItem(const I18NString& name, const I18NString& screenTip,
                                                             const I18NString& expressionText, SMEnum_usage::Enum usage,
-                                                            SMEnum_datatype::Enum datatype, int precision, int scale, int size, bool nullable,
-                                                            SMEnum_aggregationRule::Enum regularAggregate,
+                                                            SMEnum_datatype::Enum datatype, int precision, int scale, int size,
+                                                            bool nullable, SMEnum_aggregationRule::Enum regularAggregate,
                                                             SMEnum_aggregationRule::Enum semiAggregate, const I18NString& description) {
     SMQueryItem2* item = AddOrReturnExistingQueryItem(name);
     item->SetBasicProperties(usage, datatype, precision, scale, size, nullable, regularAggregate, semiAggregate);
@@ -111,8 +123,8 @@ SMQueryItem2* SMQuerySubject2::AddOrReturnExistingQueryItem(const I18NString& na
     return item;
 }
 
-SMDeterminant2* SMQuerySubject2::AddOrUpdateDeterminant(const I18NString& name, const ItemCollection& keys, const ItemCollection& attributes,
-                                                        bool canGroup, bool identifiesRow) {
+SMDeterminant2* SMQuerySubject2::AddOrUpdateDeterminant(const I18NString& name, const ItemCollection& keys,
+                                                        const ItemCollection& attributes, bool canGroup, bool identifiesRow) {
     SMDeterminant2* determinant = determinants.Find(name.utf8(), *this);
     if (!determinant) {
         determinant = new SMDeterminant2(this, m_project);
@@ -142,18 +154,26 @@ void SMQuerySubject2::SetTargetTable(QvSmartPtr<DBTable>& field, const QvULStrin
     field = table;
 }
 
-void SMQuerySubject2::SetDBTargetTable(DBTable* table) { SetTargetTable(dbTargetTable, IOParamTag::REF_DB_OBJ_ID, table); }
+void SMQuerySubject2::SetDBTargetTable(DBTable* table) {
+    SetTargetTable(dbTargetTable, IOParamTag::REF_DB_OBJ_ID, table);
+}
 
-void SMQuerySubject2::Set2ndDBTargetTable(DBTable* table) { SetTargetTable(dbTargetTable2, IOParamTag::REF_DB_OBJ_2ND_ID, table); }
+void SMQuerySubject2::Set2ndDBTargetTable(DBTable* table) {
+    SetTargetTable(dbTargetTable2, IOParamTag::REF_DB_OBJ_2ND_ID, table);
+}
 
 const QvULString& SMQuerySubject2::PropertyValue(const QvULString& name) const {
     const SMProperty2* property = GetProperty(name);
     return property ? property->value : EMPTY_QVULSTRING;
 }
 
-const QvULString& SMQuerySubject2::GetDBTargetTableID() const { return PropertyValue(IOParamTag::REF_DB_OBJ_ID); }
+const QvULString& SMQuerySubject2::GetDBTargetTableID() const {
+    return PropertyValue(IOParamTag::REF_DB_OBJ_ID);
+}
 
-const QvULString& SMQuerySubject2::Get2ndDBTargetTableID() const { return PropertyValue(IOParamTag::REF_DB_OBJ_2ND_ID); }
+const QvULString& SMQuerySubject2::Get2ndDBTargetTableID() const {
+    return PropertyValue(IOParamTag::REF_DB_OBJ_2ND_ID);
+}
 
 DBColumn* SMQuerySubject2::FindTargetColumn(const QvULString& columnId) const {
     for (const DBTable* table : {dbTargetTable.get(), dbTargetTable2.get()})
@@ -177,7 +197,8 @@ void SMQuerySubject2::AddOrUpdateDataSourceRef(SMDatasource2* dataSource) {
     query->AddOrUpdateDataSourceRef(reference);
 }
 
-void SMQuerySubject2::AddOrUpdateFilterDefinition(SMEnum_apply::Enum apply, const I18NString& displayName, const I18NString& expressionText) {
+void SMQuerySubject2::AddOrUpdateFilterDefinition(SMEnum_apply::Enum apply, const I18NString& displayName,
+                                                  const I18NString& expressionText) {
     if (!definition) {
         SetDefinition(new SMDefinition2(this, m_project));
         SetLastChangedDateToNow();
@@ -321,7 +342,8 @@ void SMQuerySubjectBuilder::StartDeterminant(const QvXMLAttributes& attrs) {
     Push(new SMDeterminantBuilder(determinant));
 }
 
-void SMQuerySubjectBuilder::smtagStartElement(const I18NString& module, const I18NString& className, Tag tag, const QvXMLAttributes& attrs) {
+void SMQuerySubjectBuilder::smtagStartElement(const I18NString& module, const I18NString& className, Tag tag,
+                                              const QvXMLAttributes& attrs) {
     switch (tag) {
     case Tag::queryItem: {
         auto* item = new SMQueryItem2(m_querySubject, m_querySubject->GetSMProject());

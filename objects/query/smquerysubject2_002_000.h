@@ -79,8 +79,8 @@ class SM_API SMQuerySubject2 : public SMQuerySubjectType2 {
     void AddOrUpdateFilterDefinition(SMEnum_apply::Enum apply, const I18NString& displayName, const I18NString& expressionText);
     void RemoveFilterDefinition(const I18NString& displayName);
     /** References are appended at every call; the ones before stay. */
-    SMDeterminant2* AddOrUpdateDeterminant(const I18NString& name, const ItemCollection& keys, const ItemCollection& attributes, bool canGroup,
-                                           bool identifiesRow);
+    SMDeterminant2* AddOrUpdateDeterminant(const I18NString& name, const ItemCollection& keys, const ItemCollection& attributes,
+                                           bool canGroup, bool identifiesRow);
     /** A new item takes no display order number. Found or new, it is recorded. */
     SMQueryItem2* AddOrReturnExistingQueryItem(const I18NString& name);
     /** `screenTip` is the item's external name too. An empty expression leaves the one that is there. */

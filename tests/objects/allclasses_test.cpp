@@ -222,5 +222,4 @@ TEST_P(EveryClass, OutlivesItsProject) {
     EXPECT_FALSE(WriteElement(*object).empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Model, EveryClass, testing::ValuesIn(ModelClasses()),
-                         [](const auto& instance) { return instance.param.name; });
+INSTANTIATE_TEST_SUITE_P(Model, EveryClass, testing::ValuesIn(ModelClasses()), [](const auto& instance) { return instance.param.name; });

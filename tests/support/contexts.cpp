@@ -14,27 +14,19 @@ std::string Text(const IOParameter& hash, const QvULString& key) {
 
 qv::CellKind KindOf(const IOParameter& value) {
     switch (value.GetKind()) {
-        case IOParameter::kindLong:
-            return qv::CellKind::number;
-        case IOParameter::kindBool:
-            return qv::CellKind::flag;
-        case IOParameter::kindDate:
-            return qv::CellKind::date;
-        default:
-            return qv::CellKind::text;
+    case IOParameter::kindLong: return qv::CellKind::number;
+    case IOParameter::kindBool: return qv::CellKind::flag;
+    case IOParameter::kindDate: return qv::CellKind::date;
+    default: return qv::CellKind::text;
     }
 }
 
 QvSmartPtr<IOParameter> NullOf(qv::CellKind kind) {
     switch (kind) {
-        case qv::CellKind::number:
-            return IOLongParam::Null();
-        case qv::CellKind::flag:
-            return IOBoolParam::Null();
-        case qv::CellKind::date:
-            return new QvDateParam();
-        default:
-            return IOQvStringParam::Null();
+    case qv::CellKind::number: return IOLongParam::Null();
+    case qv::CellKind::flag: return IOBoolParam::Null();
+    case qv::CellKind::date: return new QvDateParam();
+    default: return IOQvStringParam::Null();
     }
 }
 
@@ -82,19 +74,15 @@ QvSmartPtr<IOParameter> UnderOwnKeys(const qv::CatalogueTable& table, const QvSm
 
 std::string TextOf(const IOParameter& value) {
     switch (value.GetKind()) {
-        case IOParameter::kindLong:
-            return value.IsNull() ? "L null" : "L " + std::to_string(value.GetLongValue());
-        case IOParameter::kindBool:
-            return value.IsNull() ? "B null" : value.GetBoolValue() ? "B true" : "B false";
-        case IOParameter::kindDate:
-            return value.IsNull() ? "D null" : "D " + std::string(value.GetDateValue().ToString().utf8());
-        case IOParameter::kindHash: {
-            std::string text;
-            for (const std::string& line : LinesOf(value)) text += (text.empty() ? "" : ", ") + line;
-            return "{" + text + "}";
-        }
-        default:
-            return value.IsNull() ? "S null" : "S \"" + std::string(value.GetQvStringValue().utf8()) + "\"";
+    case IOParameter::kindLong: return value.IsNull() ? "L null" : "L " + std::to_string(value.GetLongValue());
+    case IOParameter::kindBool: return value.IsNull() ? "B null" : value.GetBoolValue() ? "B true" : "B false";
+    case IOParameter::kindDate: return value.IsNull() ? "D null" : "D " + std::string(value.GetDateValue().ToString().utf8());
+    case IOParameter::kindHash: {
+        std::string text;
+        for (const std::string& line : LinesOf(value)) text += (text.empty() ? "" : ", ") + line;
+        return "{" + text + "}";
+    }
+    default: return value.IsNull() ? "S null" : "S \"" + std::string(value.GetQvStringValue().utf8()) + "\"";
     }
 }
 
@@ -182,7 +170,8 @@ void StoreContext::Store(const std::string& action, const IOHashParam& params) {
             attributes->GetByName(IOParamTag::XML_ELEMENT_VERSION)->GetLongValue(),
             attributes->GetByName(IOParamTag::XML_ELEMENT_PARENT_VERSION)->GetLongValue(),
             attributes->GetByName(IOParamTag::XML_ELEMENT_VALUE)->GetQvULStringValue()};
-        const std::string key = Text(*attributes, IOParamTag::XML_ELEMENT_PARENT_ID) + "/" + Text(*attributes, IOParamTag::XML_ELEMENT_NAME);
+        const std::string key =
+            Text(*attributes, IOParamTag::XML_ELEMENT_PARENT_ID) + "/" + Text(*attributes, IOParamTag::XML_ELEMENT_NAME);
         for (auto& record : m_records)
             if (record.first == key) {
                 record.second = attributes;

@@ -21,8 +21,8 @@ class Collector {
     }
 
     void Property(const std::string& kind, const std::string& name, const std::string& type, const std::string& value) {
-        const bool isField = name == "id" || name == "version" || name == "qvref" || name == "qvdbref" || name == "qvqs_type" ||
-                             name == "physicalName";
+        const bool isField =
+            name == "id" || name == "version" || name == "qvref" || name == "qvdbref" || name == "qvqs_type" || name == "physicalName";
         if (isField)
             Note(kind, name, value);
         else
@@ -105,14 +105,10 @@ class DocumentFacts : public QvContentHandler {
 std::string Plain(const IOParameter& value) {
     if (value.IsNull()) return "";
     switch (value.GetKind()) {
-        case IOParameter::kindLong:
-            return std::to_string(value.GetLongValue());
-        case IOParameter::kindBool:
-            return value.GetBoolValue() ? "true" : "false";
-        case IOParameter::kindDate:
-            return Str(value.GetDateValue().ToString());
-        default:
-            return Str(value.GetQvStringValue());
+    case IOParameter::kindLong: return std::to_string(value.GetLongValue());
+    case IOParameter::kindBool: return value.GetBoolValue() ? "true" : "false";
+    case IOParameter::kindDate: return Str(value.GetDateValue().ToString());
+    default: return Str(value.GetQvStringValue());
     }
 }
 

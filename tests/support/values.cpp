@@ -17,8 +17,9 @@ std::string Values::Name(const std::string& what) {
 
 std::string Values::Text(const std::string& what) {
     if (!m_random) return what;
-    static const char* const PIECES[] = {"a",  "B",  "7",  " ",  "  ", "&",  "<",     ">",      "\"",     "'",  "]]>",
-                                         "\t", "\n", "\r", "[",  "]",  "].[", "\xC3\xA9", "\xE6\xBC\xA2", "\xF0\x9F\x98\x80", "{0}"};
+    static const char* const PIECES[] = {"a",   "B",  "7",  " ",  "  ", "&", "<",   ">",        "\"",           "'",
+                                         "]]>", "\t", "\n", "\r", "[",  "]", "].[", "\xC3\xA9", "\xE6\xBC\xA2", "\xF0\x9F\x98\x80",
+                                         "{0}"};
     std::string text;
     for (int piece = Below(9); piece > 0; --piece) text += PIECES[Below(static_cast<int>(std::size(PIECES)))];
     return text;

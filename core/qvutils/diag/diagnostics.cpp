@@ -62,12 +62,9 @@ std::string PathOf(const IOObject& object) {
 
 const char* WordOf(SMSeverity severity) {
     switch (severity) {
-        case SMSeverity::error:
-            return "error";
-        case SMSeverity::warning:
-            return "warning";
-        case SMSeverity::note:
-            return "note";
+    case SMSeverity::error: return "error";
+    case SMSeverity::warning: return "warning";
+    case SMSeverity::note: return "note";
     }
     return "error";
 }

@@ -12,5 +12,6 @@ struct SM_API IOParamTag {
 
 /** Names of the actions of a persistence context. */
 struct SM_API IOAction {
-    static const QvULString AT_InsertObject, AT_ReadSMObject, AT_ReadSMProject, AT_WriteLangText, AT_ReadRemainingInfo, AT_WriteRemainingInfo;
+    static const QvULString AT_InsertObject, AT_ReadSMObject, AT_ReadSMProject, AT_WriteLangText, AT_ReadRemainingInfo,
+        AT_WriteRemainingInfo;
 };

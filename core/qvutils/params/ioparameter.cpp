@@ -4,22 +4,14 @@ namespace {
 
 const char* KindName(int kind) {
     switch (kind) {
-        case IOParameter::kindString:
-            return "text";
-        case IOParameter::kindFields:
-            return "set of fields";
-        case IOParameter::kindLong:
-            return "number";
-        case IOParameter::kindBool:
-            return "flag";
-        case IOParameter::kindDate:
-            return "date";
-        case IOParameter::kindArray:
-            return "sequence";
-        case IOParameter::kindHash:
-            return "keyed collection";
-        default:
-            return "value of an unknown kind";
+    case IOParameter::kindString: return "text";
+    case IOParameter::kindFields: return "set of fields";
+    case IOParameter::kindLong: return "number";
+    case IOParameter::kindBool: return "flag";
+    case IOParameter::kindDate: return "date";
+    case IOParameter::kindArray: return "sequence";
+    case IOParameter::kindHash: return "keyed collection";
+    default: return "value of an unknown kind";
     }
 }
 

@@ -6,24 +6,15 @@ namespace {
 
 std::string_view EscapeOf(char c) {
     switch (c) {
-        case '&':
-            return "&amp;";
-        case '<':
-            return "&lt;";
-        case '>':
-            return "&gt;";
-        case '"':
-            return "&quot;";
-        case '\'':
-            return "&apos;";
-        case '[':
-            return "&#91;";
-        case ']':
-            return "&#93;";
-        case '.':
-            return "&#46;";
-        default:
-            return {};
+    case '&': return "&amp;";
+    case '<': return "&lt;";
+    case '>': return "&gt;";
+    case '"': return "&quot;";
+    case '\'': return "&apos;";
+    case '[': return "&#91;";
+    case ']': return "&#93;";
+    case '.': return "&#46;";
+    default: return {};
     }
 }
 

@@ -43,14 +43,10 @@ struct Store {
 
 bool Fits(const StoredCell& cell, Condition::Test test, const StoredCell* parameter) {
     switch (test) {
-        case Condition::equal:
-            return cell.kind != Cell::null && cell == *parameter;
-        case Condition::atMost:
-            return cell.kind != Cell::null && !(*parameter < cell);
-        case Condition::nullOrAbove:
-            return cell.kind == Cell::null || *parameter < cell;
-        case Condition::notNull:
-            return cell.kind != Cell::null;
+    case Condition::equal: return cell.kind != Cell::null && cell == *parameter;
+    case Condition::atMost: return cell.kind != Cell::null && !(*parameter < cell);
+    case Condition::nullOrAbove: return cell.kind == Cell::null || *parameter < cell;
+    case Condition::notNull: return cell.kind != Cell::null;
     }
     return false;
 }

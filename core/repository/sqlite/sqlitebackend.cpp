@@ -97,15 +97,13 @@ void Bind(sqlite3* database, sqlite3_stmt* statement, int parameter, const Cell&
 
 Cell ReadCell(sqlite3_value* value, ColumnType type) {
     switch (sqlite3_value_type(value)) {
-        case SQLITE_INTEGER:
-            return Cell::Number(sqlite3_value_int64(value));
-        case SQLITE_TEXT: {
-            const auto* const text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-            const std::string_view view(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
-            return type == ColumnType::moment ? ReadMoment(view) : Cell::Text(view);
-        }
-        default:
-            return {};
+    case SQLITE_INTEGER: return Cell::Number(sqlite3_value_int64(value));
+    case SQLITE_TEXT: {
+        const auto* const text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+        const std::string_view view(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
+        return type == ColumnType::moment ? ReadMoment(view) : Cell::Text(view);
+    }
+    default: return {};
     }
 }
 

@@ -10,14 +10,10 @@ std::string Quoted(std::string_view name) {
 
 const char* TypeName(ColumnType type) {
     switch (type) {
-        case ColumnType::integer:
-            return "INTEGER";
-        case ColumnType::flag:
-            return "BOOLEAN";
-        case ColumnType::moment:
-            return "TIMESTAMP";
-        case ColumnType::text:
-            break;
+    case ColumnType::integer: return "INTEGER";
+    case ColumnType::flag: return "BOOLEAN";
+    case ColumnType::moment: return "TIMESTAMP";
+    case ColumnType::text: break;
     }
     return "TEXT";
 }
@@ -43,12 +39,9 @@ std::string Where(const TableShape& table, const std::vector<Condition>& conditi
                if (condition.test == Condition::notNull) return name + " IS NOT NULL";
                const std::string parameter = "?" + std::to_string(++parameters);
                switch (condition.test) {
-                   case Condition::atMost:
-                       return name + " <= " + parameter;
-                   case Condition::nullOrAbove:
-                       return "(" + name + " IS NULL OR " + name + " > " + parameter + ")";
-                   default:
-                       return name + " = " + parameter;
+               case Condition::atMost: return name + " <= " + parameter;
+               case Condition::nullOrAbove: return "(" + name + " IS NULL OR " + name + " > " + parameter + ")";
+               default: return name + " = " + parameter;
                }
            });
 }

@@ -104,15 +104,9 @@ class TestNode : public IOObject {
             if (!column || column->name.empty() || column->name == "LASTCHANGED" || value->IsNull()) continue;
             if (column->kind != column->readAs) continue;  // what readers cannot take they lose
             switch (value->GetKind()) {
-                case IOParameter::kindLong:
-                    Set(column->name, Number(value->GetLongValue()));
-                    break;
-                case IOParameter::kindBool:
-                    Set(column->name, Flag(value->GetBoolValue()));
-                    break;
-                default:
-                    Set(column->name, Text(std::string(value->GetQvStringValue().utf8())));
-                    break;
+            case IOParameter::kindLong: Set(column->name, Number(value->GetLongValue())); break;
+            case IOParameter::kindBool: Set(column->name, Flag(value->GetBoolValue())); break;
+            default: Set(column->name, Text(std::string(value->GetQvStringValue().utf8()))); break;
             }
         }
     }

@@ -138,9 +138,8 @@ TEST_F(NamedObjectXml, WritesTheWarehouseLinkFirstAndHidden) {
     EXPECT_EQ(properties(false), R"(<property name="a">v</property>)");
     object->SetProperty("qvref", "visible", "w");
     EXPECT_EQ(properties(false), R"(<property name="qvref" type="hidden">w</property><property name="a">v</property>)");
-    EXPECT_EQ(properties(true),
-              R"(<property name="qvref" type="hidden">w</property><property name="id" type="hidden">i</property>)"
-              R"(<property name="version" type="hidden">0</property><property name="a">v</property>)");
+    EXPECT_EQ(properties(true), R"(<property name="qvref" type="hidden">w</property><property name="id" type="hidden">i</property>)"
+                                R"(<property name="version" type="hidden">0</property><property name="a">v</property>)");
 }
 
 // ---- rows
@@ -230,11 +229,11 @@ TEST_F(NamedObjectFiles, AreNotForEveryClass) {
     I18NString text;
     QvStringWriter target(text);
     object->WriteXMLEmptyPlaceholder(nullptr, nullptr, target);
-    const char* const message = "This method should have been implemented in the subclass for any objects that can be MultiFileHelper "
-                                "break objects.";
-    EXPECT_THAT(log.Events(),
-                ElementsAre(LoggedEvent{4, "smnamedobject2", "SMNamedObject2", "GetFileExtension", message, ""},
-                            LoggedEvent{4, "smnamedobject2", "SMNamedObject2", "GetPlaceHolderTag", message, ""},
-                            LoggedEvent{4, "smnamedobject", "SMNamedObject2", "WriteXMLEmptyPlaceholder",
-                                        "Method not implemented in this object.", ""}));
+    const char* const message =
+        "This method should have been implemented in the subclass for any objects that can be MultiFileHelper "
+        "break objects.";
+    EXPECT_THAT(log.Events(), ElementsAre(LoggedEvent{4, "smnamedobject2", "SMNamedObject2", "GetFileExtension", message, ""},
+                                          LoggedEvent{4, "smnamedobject2", "SMNamedObject2", "GetPlaceHolderTag", message, ""},
+                                          LoggedEvent{4, "smnamedobject", "SMNamedObject2", "WriteXMLEmptyPlaceholder",
+                                                      "Method not implemented in this object.", ""}));
 }

@@ -53,8 +53,8 @@ TEST(NestedObjectXml, WrapsItsChildrenInOneElement) {
         object.AddNestedChild(entry);
     }
     const std::string entry = "<parameterMapEntry version=\"0\"><key>";
-    EXPECT_EQ(Content(object), "<lastChanged></lastChanged>" + HIDDEN + "<object>" + entry +
-                                   "a</key><value></value></parameterMapEntry>" + entry + "b</key><value></value></parameterMapEntry></object>");
+    EXPECT_EQ(Content(object), "<lastChanged></lastChanged>" + HIDDEN + "<object>" + entry + "a</key><value></value></parameterMapEntry>" +
+                                   entry + "b</key><value></value></parameterMapEntry></object>");
 }
 
 TEST(NestedObjectRows, StoreNothingOfTheirOwn) {

@@ -206,8 +206,7 @@ TEST_F(ObjectBaseRows, TakesANullDateAsUnset) {
 TEST_F(ObjectBaseRows, KeepsNumbersThatARowHasAsNull) {
     object->SetVersionNo(4);
     object->displayOrder = 5;
-    object->constructFromIOParameter(
-        *Row().Text("id", "x").Put("version", IOLongParam::Null()).Put("display_order", IOLongParam::Null()));
+    object->constructFromIOParameter(*Row().Text("id", "x").Put("version", IOLongParam::Null()).Put("display_order", IOLongParam::Null()));
     EXPECT_EQ(object->GetVersionNo(), 4);
     EXPECT_EQ(object->displayOrder, 5);
 }

@@ -164,8 +164,12 @@ TEST(ContainingObject, IsLoggedWhenThereIsNone) {
     const CapturedLog log;
     EXPECT_EQ(object.GetContainingObjectOfType(SMEnum_xmltag::Enum::filter, NONE), nullptr);
     EXPECT_EQ(object.GetContainingNamespaceName(), "");
-    const LoggedEvent event = {4, "smobjects", "SMObjectBase", "GetContainingObjectOfType",
-                               "GetContainingObjectOfType() called on an object that is not inside something of  the required type.", ""};
+    const LoggedEvent event = {4,
+                               "smobjects",
+                               "SMObjectBase",
+                               "GetContainingObjectOfType",
+                               "GetContainingObjectOfType() called on an object that is not inside something of  the required type.",
+                               ""};
     EXPECT_THAT(log.Events(), ElementsAre(event, event));
 }
 

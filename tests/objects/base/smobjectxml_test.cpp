@@ -41,7 +41,9 @@ TEST(ObjectXml, WritesAnUnsetDateAsAnEmptyElement) {
 }
 
 TEST(ObjectXml, WritesListsInTheirOrder) {
-    EXPECT_EQ(Printed([](QvContentHandler* handler) { SMObjectBase::WriteList(handler, "l", "i", {"b", "", "a"}); }),
+    EXPECT_EQ(Printed([](QvContentHandler* handler) {
+                  SMObjectBase::WriteList(handler, "l", "i", {"b", "", "a"});
+              }),
               "<l><i>b</i><i></i><i>a</i></l>");
     EXPECT_EQ(Printed([](QvContentHandler* handler) { SMObjectBase::WriteList(handler, "l", "i", {}); }), "<l></l>");
     EXPECT_EQ(Printed([](QvContentHandler* handler) {
@@ -83,8 +85,12 @@ TEST(ObjectXml, LogsAClassThatWritesNothing) {
                   object.SMObjectBase::WriteXMLElement(nullptr, handler, target);
               }),
               "");
-    const LoggedEvent event = {4, "smobjectbase", "SMObjectBase", "WriteXMLElement",
-                               "Either this method or the version with 2 arguments must be overridden in the subclass.", ""};
+    const LoggedEvent event = {4,
+                               "smobjectbase",
+                               "SMObjectBase",
+                               "WriteXMLElement",
+                               "Either this method or the version with 2 arguments must be overridden in the subclass.",
+                               ""};
     EXPECT_THAT(log.Events(), ElementsAre(event, event));
 }
 

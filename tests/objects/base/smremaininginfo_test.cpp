@@ -167,8 +167,8 @@ TEST_F(RemainingInfoRead, PassesOverRecordsOfOtherVersionsOfTheOwner) {
     QvSmartPtr<SMXMLObject2> result;
     EXPECT_TRUE(ReadKept(result, "tag"));
     EXPECT_STREQ(result->buffer.str(), "<tag>2</tag>");
-    EXPECT_THAT(log.Events(), ElementsAre(Misuse("read_remaining_info_into_smxmlobject",
-                                                 "No parent_version column in remaining info result set.")));
+    EXPECT_THAT(log.Events(),
+                ElementsAre(Misuse("read_remaining_info_into_smxmlobject", "No parent_version column in remaining info result set.")));
 }
 
 TEST_F(RemainingInfoRead, TakesRecordsOfAnyVersionWhileTheyAreRepaired) {
@@ -181,27 +181,27 @@ TEST_F(RemainingInfoRead, TakesRecordsOfAnyVersionWhileTheyAreRepaired) {
 }
 
 TEST_F(RemainingInfoRead, TakesARecordWithoutAnIdWithoutNotingIt) {
-    const Row row = Row().Text("name", "tag").Text("value", "<tag/>").Number("xml_element_parent_version", 2).Number("xml_element_version", 9);
+    const Row row =
+        Row().Text("name", "tag").Text("value", "<tag/>").Number("xml_element_parent_version", 2).Number("xml_element_version", 9);
     context.answers = {{row}};
     QvSmartPtr<SMXMLObject2> result;
     EXPECT_TRUE(ReadKept(result, "tag"));
     ASSERT_NE(result.get(), nullptr);
     EXPECT_EQ(result->version, 9);
     EXPECT_TRUE(context.records.empty());
-    EXPECT_THAT(log.Events(),
-                ElementsAre(Misuse("read_remaining_info_into_smxmlobject", "Unable to find an ID for remaining info.")));
+    EXPECT_THAT(log.Events(), ElementsAre(Misuse("read_remaining_info_into_smxmlobject", "Unable to find an ID for remaining info.")));
 }
 
 TEST_F(RemainingInfoRead, TakesARecordWithoutAVersionAsTheFirst) {
-    const Row row = Row().Text("name", "tag").Text("value", "<tag/>").Number("xml_element_parent_version", 2).Text("xml_element_id", "i/tag");
+    const Row row =
+        Row().Text("name", "tag").Text("value", "<tag/>").Number("xml_element_parent_version", 2).Text("xml_element_id", "i/tag");
     context.answers = {{row}};
     QvSmartPtr<SMXMLObject2> result;
     EXPECT_TRUE(ReadKept(result, "tag"));
     ASSERT_NE(result.get(), nullptr);
     EXPECT_EQ(result->version, 1);
     EXPECT_TRUE(context.records.empty());
-    EXPECT_THAT(log.Events(),
-                ElementsAre(Misuse("read_remaining_info_into_smxmlobject", "Unable to find a version for remaining info.")));
+    EXPECT_THAT(log.Events(), ElementsAre(Misuse("read_remaining_info_into_smxmlobject", "Unable to find a version for remaining info.")));
 }
 
 TEST_F(RemainingInfoRead, FailsWithItsAction) {

@@ -203,14 +203,13 @@ TEST(DBTableFind, AnswersAsASearchWould) {
     for (int step = 0; step < 5000; ++step) {
         const Column& column = columns[static_cast<std::size_t>(pick(16))];
         switch (pick(4)) {
-            case 0:
-                if (table->GetColumns().size() < 20) table->AddColumn(column);
-                break;
-            case 1:
-                if (pick(3) == 0) table->RemoveColumn(column);
-                break;
-            default:
-                column->SetId(anyId().c_str());
+        case 0:
+            if (table->GetColumns().size() < 20) table->AddColumn(column);
+            break;
+        case 1:
+            if (pick(3) == 0) table->RemoveColumn(column);
+            break;
+        default: column->SetId(anyId().c_str());
         }
         const QvULString id = anyId().c_str();
         ASSERT_EQ(table->FindColumnById(id), Search(*table, id)) << "step " << step;

@@ -120,8 +120,8 @@ TEST_F(NamespaceBuilder, MakesNamesUniqueFromTheInsideOut) {
 }
 
 TEST_F(NamespaceBuilder, SortsAtTheEnd) {
-    const ProjectPtr read = ParseProject(
-        Document{.defaultLocale = "en", .root = NamespaceElement("r", NamespaceElement("n") + FolderElement("f"))}.Text());
+    const ProjectPtr read =
+        ParseProject(Document{.defaultLocale = "en", .root = NamespaceElement("r", NamespaceElement("n") + FolderElement("f"))}.Text());
     const auto& order = read->GetRootNamespace()->GetDisplayOrderItems();
     EXPECT_THAT(order, ElementsAre(read->GetRootNamespace()->GetNamespaces()[0].get(), read->GetRootNamespace()->GetFolders()[0].get()));
 }

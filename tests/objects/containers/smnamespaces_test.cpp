@@ -40,10 +40,9 @@ TEST_F(Namespaces, AreRenamedWhenTheirNameIsTaken) {
     EXPECT_EQ(second->GetName(), "Sales1");
     EXPECT_EQ(second->GetSMID(false), "[Sales1]");
     EXPECT_EQ(project->FindNamespaceByName("Sales1"), second.get());
-    EXPECT_THAT(log.Events(),
-                ElementsAre(LoggedEvent{1, "smsectiontype2", "SMSectionType2", "AddNamespace",
-                                        "A namespace with name 'Sales' already exists - renaming this namespace to 'Sales1'.", "",
-                                        "code/zeb"}));
+    EXPECT_THAT(log.Events(), ElementsAre(LoggedEvent{1, "smsectiontype2", "SMSectionType2", "AddNamespace",
+                                                      "A namespace with name 'Sales' already exists - renaming this namespace to 'Sales1'.",
+                                                      "", "code/zeb"}));
 }
 
 TEST_F(Namespaces, ClashWithTheirOwnEntryOfTheMap) {

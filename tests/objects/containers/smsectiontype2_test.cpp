@@ -103,7 +103,8 @@ TEST_F(SectionModel, GivesNewIdsToAllBelow) {
     std::map<QvULString, QvULString> ids = {{"w", "x"}};
     root->RegenerateIds(ids);
     EXPECT_EQ(ns->GetQvRef(), "x");
-    for (const SMObjectBase* object : {static_cast<SMObjectBase*>(root), static_cast<SMObjectBase*>(folder), static_cast<SMObjectBase*>(ns)})
+    for (const SMObjectBase* object :
+         {static_cast<SMObjectBase*>(root), static_cast<SMObjectBase*>(folder), static_cast<SMObjectBase*>(ns)})
         EXPECT_EQ(object->GetId().length(), 36);
 }
 
@@ -210,8 +211,13 @@ TEST_F(SectionBuilder, LogsAnUnknownTagInTheWordsOfTheNamespaceOrFolder) {
 TEST_F(SectionRows, TellFoldersAndNamespacesApart) {
     RecordingContext context;
     const auto row = [](const char* type, const char* id, int number) {
-        return Row().Text("id", id).Text("name", id).Text("description", "").Text("screenTip", "").Text("object_type", type).Number(
-            "display_order", number);
+        return Row()
+            .Text("id", id)
+            .Text("name", id)
+            .Text("description", "")
+            .Text("screenTip", "")
+            .Text("object_type", type)
+            .Number("display_order", number);
     };
     context.answers = {{}, {row("folder", "f", 7), row("namespace", "n", 3), row("dimension", "d", 1), row("", "e", 2)}};
     EXPECT_TRUE(root->read(context));

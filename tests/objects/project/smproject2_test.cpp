@@ -92,7 +92,8 @@ TEST_F(ProjectModel, GivesNewIdsToAll) {
     SMParameterMap2* map = project->AddParameterMapOrReturnExisting("m", false);
     std::map<QvULString, QvULString> ids;
     project->RegenerateIds(ids);
-    for (const SMObjectBase* object : {static_cast<SMObjectBase*>(project), static_cast<SMObjectBase*>(root), static_cast<SMObjectBase*>(map)})
+    for (const SMObjectBase* object :
+         {static_cast<SMObjectBase*>(project), static_cast<SMObjectBase*>(root), static_cast<SMObjectBase*>(map)})
         EXPECT_EQ(object->GetId().length(), 36);
 }
 
@@ -103,8 +104,8 @@ TEST_F(ProjectModel, LetsGoOfWhatOthersHold) {
     const QvSmartPtr<SMParameterMap2> map = project->AddParameterMapOrReturnExisting("m", false);
     const QvSmartPtr<SMFolder2> folder = root->AddOrUpdateFolder("f");
     project = nullptr;
-    for (const SMObjectBase* object : {static_cast<SMObjectBase*>(held), static_cast<SMObjectBase*>(replacement),
-                                       static_cast<SMObjectBase*>(map)}) {
+    for (const SMObjectBase* object :
+         {static_cast<SMObjectBase*>(held), static_cast<SMObjectBase*>(replacement), static_cast<SMObjectBase*>(map)}) {
         EXPECT_EQ(object->GetSMProject(), nullptr);
         EXPECT_EQ(object->GetParentSMObj(), nullptr);
     }
@@ -177,9 +178,8 @@ TEST_F(ProjectNamespaces, AreNotRebuiltWithoutARoot) {
     const QvSmartPtr<SMNamespace2> ns = new SMNamespace2(bare, bare);
     ns->ChangeDefaultName(I18NString("n"));
     bare->RebuildNamespaceMap();
-    EXPECT_THAT(log.Events(),
-                ElementsAre(LoggedEvent{4, "smobjects", "SMProject2", "RebuildNamespaceMap",
-                                        "Attempting to rebuild namespace map when there is no top-level namespace.", ""}));
+    EXPECT_THAT(log.Events(), ElementsAre(LoggedEvent{4, "smobjects", "SMProject2", "RebuildNamespaceMap",
+                                                      "Attempting to rebuild namespace map when there is no top-level namespace.", ""}));
     EXPECT_EQ(bare->FindNamespaceByName("n"), ns.get());
 }
 
@@ -250,8 +250,8 @@ TEST_F(ProjectNamespaces, AreDeletedAlsoWithoutIds) {
 TEST_F(ProjectNamespaces, LoseTheEntriesButNotTheRoot) {
     root->AddOrUpdateNamespace("a", "");
     project->DeleteNamespaceWithName("root");
-    EXPECT_THAT(log.Events(), ElementsAre(LoggedEvent{1, "smobjects", "SMProject2", "DeleteNamespaceWithName",
-                                                      "Warning: deleting root namespace.", ""}));
+    EXPECT_THAT(log.Events(),
+                ElementsAre(LoggedEvent{1, "smobjects", "SMProject2", "DeleteNamespaceWithName", "Warning: deleting root namespace.", ""}));
     EXPECT_EQ(project->GetRootNamespace(), root);
     EXPECT_TRUE(project->GetNamespaceMap().empty());
     EXPECT_EQ(root->GetNamespaces().size(), 1u);
@@ -292,6 +292,7 @@ TEST_F(ProjectNamespaces, AreNotMadeFromAnEmptyPath) {
         EXPECT_EQ(event.level, 1);
         EXPECT_STREQ(event.what(), "Failed to find namespace.");
     }
-    EXPECT_THAT(log.Events(), ElementsAre(LoggedEvent{1, "smobjects", "SMProject2", "FindOrCreateNamespaceFromPath",
-                                                      "Failed to find namespace.", "This method should never be called with an empty path."}));
+    EXPECT_THAT(log.Events(),
+                ElementsAre(LoggedEvent{1, "smobjects", "SMProject2", "FindOrCreateNamespaceFromPath", "Failed to find namespace.",
+                                        "This method should never be called with an empty path."}));
 }

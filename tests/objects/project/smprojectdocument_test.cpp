@@ -65,8 +65,9 @@ TEST(ProjectDocument, IsWrittenTheSameByAnyHelper) {
 }
 
 TEST(ProjectDocument, DropsVersionDateAndPropertiesOfTheProject) {
-    const ProjectPtr project = ParseProject("<project id='i'><property name='version'>3</property><property name='a'>v</property>"
-                                            "<property name='lastChanged'>2001-02-03T04:05:06</property></project>");
+    const ProjectPtr project = ParseProject(
+        "<project id='i'><property name='version'>3</property><property name='a'>v</property>"
+        "<property name='lastChanged'>2001-02-03T04:05:06</property></project>");
     EXPECT_EQ(project->GetVersionNo(), 3);
     EXPECT_EQ(project->GetProperty("a")->value, "v");
     EXPECT_TRUE(SameXml(Document{.id = "i"}.Text(), WriteProject(*project)));
@@ -78,8 +79,9 @@ TEST(ProjectBuilder, TakesALocaleAnywhere) {
 }
 
 TEST(ProjectBuilder, TakesTheLastOfWhatComesTwice) {
-    const ProjectPtr project = ParseProject("<project id='1'><name>a</name><name>b</name><defaultLocale>x</defaultLocale>"
-                                            "<defaultLocale>y</defaultLocale></project>");
+    const ProjectPtr project = ParseProject(
+        "<project id='1'><name>a</name><name>b</name><defaultLocale>x</defaultLocale>"
+        "<defaultLocale>y</defaultLocale></project>");
     EXPECT_EQ(project->GetName(), "b");
     EXPECT_EQ(project->GetDefaultLocale(), "y");
 }

@@ -65,9 +65,9 @@ TEST_F(ProjectRows, TellOfASlowSaveOnce) {
     context.SetFixingLostRemainingInfo(true);
     EXPECT_TRUE(project->write_next(context));
     EXPECT_TRUE(project->write_next(context));
-    EXPECT_THAT(log.Events(), ElementsAre(LoggedEvent{
-                                  3, "smproject2", "SMProject2", "write_next",
-                                  "This save will be slow - saving upgraded Meridian database.  This should only happen once.", ""}));
+    EXPECT_THAT(log.Events(),
+                ElementsAre(LoggedEvent{3, "smproject2", "SMProject2", "write_next",
+                                        "This save will be slow - saving upgraded Meridian database.  This should only happen once.", ""}));
 }
 
 TEST_F(ProjectRows, EndTheRepairAlsoWithAFailure) {

@@ -48,8 +48,9 @@ TEST_F(ParameterMapModel, UpdatesAnEntryInItsPlace) {
 }
 
 TEST_F(ParameterMapModel, FindsTheFirstOfEqualKeys) {
-    Read("<parameterMapEntry><key>k</key><value>1</value></parameterMapEntry>"
-         "<parameterMapEntry><key>k</key><value>2</value></parameterMapEntry>");
+    Read(
+        "<parameterMapEntry><key>k</key><value>1</value></parameterMapEntry>"
+        "<parameterMapEntry><key>k</key><value>2</value></parameterMapEntry>");
     EXPECT_EQ(map->GetEntries().size(), 2u);
     EXPECT_EQ(map->GetParameterMapEntryWithKey("k"), Entry(0));
     EXPECT_EQ(map->GetParameterMapEntryWithKey("K"), nullptr);
@@ -205,8 +206,9 @@ TEST_F(ParameterMapBuilder, TakesIdAndVersionOfAnEntryFromAttributes) {
 }
 
 TEST_F(ParameterMapBuilder, TakesTheElementsInAnyOrder) {
-    Read("<queryItemMap><valueRef>v</valueRef><keyRef>k</keyRef></queryItemMap><defaultValue>d</defaultValue>"
-         "<property name=\"id\">i</property><name> n </name>");
+    Read(
+        "<queryItemMap><valueRef>v</valueRef><keyRef>k</keyRef></queryItemMap><defaultValue>d</defaultValue>"
+        "<property name=\"id\">i</property><name> n </name>");
     EXPECT_EQ(map->GetQueryItemMap()->keyRef, "k");
     EXPECT_EQ(map->GetDefaultValue(), "d");
     EXPECT_EQ(map->GetId(), "i");

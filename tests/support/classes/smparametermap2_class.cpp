@@ -20,7 +20,8 @@ void Fill(SMParameterMap2& map, smtest::Values& values) {
         map.AddOrUpdateParameterMapEntry(key.c_str(), values.Text("[ns].[subject].[item]").c_str());
         smtest::FillIdentity(*map.GetParameterMapEntryWithKey(key.c_str()), values);
     }
-    if (values.Flag()) map.SetQueryItemMap(new SM_QUERY_ITEM_MAP{values.Text("key reference").c_str(), values.Text("value reference").c_str()});
+    if (values.Flag())
+        map.SetQueryItemMap(new SM_QUERY_ITEM_MAP{values.Text("key reference").c_str(), values.Text("value reference").c_str()});
     smtest::FillBase(map, values);
 }
 

@@ -156,17 +156,10 @@ TEST(SmallSortedMap, BehavesAsAnOrderedMapUnderRandomUse) {
         const QvULString key{std::string_view(number)};
         const std::string value = std::to_string(i);
         switch (random() % 4) {
-            case 0:
-                EXPECT_EQ(map.emplace(key, value).second, model.emplace(key, value).second);
-                break;
-            case 1:
-                EXPECT_EQ(map.erase(key), model.erase(key));
-                break;
-            case 2:
-                map[key] = model[key] = value;
-                break;
-            default:
-                EXPECT_EQ(map.find(key) == map.end(), model.find(key) == model.end());
+        case 0: EXPECT_EQ(map.emplace(key, value).second, model.emplace(key, value).second); break;
+        case 1: EXPECT_EQ(map.erase(key), model.erase(key)); break;
+        case 2: map[key] = model[key] = value; break;
+        default: EXPECT_EQ(map.find(key) == map.end(), model.find(key) == model.end());
         }
         ASSERT_EQ(map.size(), model.size());
         ASSERT_TRUE(std::equal(map.begin(), map.end(), model.begin(),

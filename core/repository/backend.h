@@ -28,7 +28,8 @@ struct Cell {
     static Cell Text(std::string_view value) { return {text, 0, value}; }
 };
 
-enum class ColumnType { integer, flag, moment, text };
+/** Bytes travel in cells of the kind text, and may hold anything. */
+enum class ColumnType { integer, flag, moment, text, bytes };
 
 struct TableShape {
     struct Column {
@@ -46,7 +47,7 @@ struct TableShape {
 
 /** One part of a question; a row must fit all of them. Each but `notNull` takes the next parameter. */
 struct Condition {
-    enum Test { equal, atMost, nullOrAbove, notNull };
+    enum Test { equal, atMost, above, nullOrAbove, notNull };
 
     std::size_t column;
     Test test;
@@ -63,6 +64,23 @@ struct Change {
     const TableShape* table;
     std::vector<std::size_t> set;
     std::vector<Condition> where;
+};
+
+/** Takes away the rows that fit. */
+struct Removal {
+    const TableShape* table;
+    std::vector<Condition> where;
+};
+
+/** A table as its readers like to see it: some columns of the rows in which one column is null and, if `type` has a text, another has that.
+ */
+struct ViewShape {
+    std::string name;
+    const TableShape* table;
+    std::vector<std::size_t> columns;
+    std::size_t isNull;
+    std::size_t typeColumn;
+    std::string type;
 };
 
 /** A store refused or failed. */
@@ -109,7 +127,13 @@ class StoreConnection {
     virtual ~StoreConnection() = default;
     virtual std::unique_ptr<RowSource> Prepare(const Query& query) = 0;
     virtual std::unique_ptr<RowChange> Prepare(const Change& change) = 0;
+    virtual std::unique_ptr<RowChange> Prepare(const Removal& removal) = 0;
     virtual std::unique_ptr<RowInsert> PrepareInsert(const TableShape& table) = 0;
+    /** These three change what the store is made of, inside a transaction. The columns are the table's last ones, null in all its rows. */
+    virtual void MakeTable(const TableShape& table) = 0;
+    virtual void AddColumns(const TableShape& table, std::size_t count) = 0;
+    /** Nothing where there is nobody to look at it. */
+    virtual void MakeView(const ViewShape& view) = 0;
     /** Writing happens between Begin and Commit; what others wrote before Begin returned is visible. */
     virtual void Begin() = 0;
     virtual void Commit() = 0;

@@ -45,6 +45,7 @@ bool Fits(const StoredCell& cell, Condition::Test test, const StoredCell* parame
     switch (test) {
     case Condition::equal: return cell.kind != Cell::null && cell == *parameter;
     case Condition::atMost: return cell.kind != Cell::null && !(*parameter < cell);
+    case Condition::above: return cell.kind != Cell::null && *parameter < cell;
     case Condition::nullOrAbove: return cell.kind == Cell::null || *parameter < cell;
     case Condition::notNull: return cell.kind != Cell::null;
     }
@@ -104,7 +105,25 @@ class MemoryConnection : public StoreConnection {
 
     std::unique_ptr<RowSource> Prepare(const Query& query) override { return std::make_unique<MemorySource>(m_store, query); }
     std::unique_ptr<RowChange> Prepare(const Change& change) override;
+    std::unique_ptr<RowChange> Prepare(const Removal& removal) override;
     std::unique_ptr<RowInsert> PrepareInsert(const TableShape& table) override;
+    void MakeTable(const TableShape& table) override {
+        const std::lock_guard lock(m_store->mutex);
+        if (!m_store->tables.emplace(table.name, Table{table, {}}).second) throw StoreError("There is a table " + table.name + " already.");
+        m_undo.push_back([this, name = table.name] { m_store->tables.erase(name); });
+    }
+    void AddColumns(const TableShape& table, std::size_t count) override {
+        const std::lock_guard lock(m_store->mutex);
+        Table& stored = m_store->Find(table.name);
+        m_undo.push_back([&stored, old = stored] { stored = old; });
+        stored.shape = table;
+        for (auto& [key, row] : stored.rows) {
+            auto longer = std::make_shared<Row>(*row);
+            longer->resize(longer->size() + count, StoredCell(Cell()));
+            row = std::move(longer);
+        }
+    }
+    void MakeView(const ViewShape&) override {}
 
     void Begin() override {
         if (m_writing) throw StoreError("A transaction was begun within another.");
@@ -136,7 +155,10 @@ class MemoryConnection : public StoreConnection {
             else
                 table.rows.erase(key);
         });
-        table.rows[key] = std::move(row);
+        if (row)
+            table.rows[key] = std::move(row);
+        else
+            table.rows.erase(key);
     }
 
   private:
@@ -198,6 +220,30 @@ class MemoryInsert : public RowInsert {
     const TableShape& m_table;
 };
 
+class MemoryRemoval : public RowChange {
+  public:
+    MemoryRemoval(MemoryConnection& connection, const Removal& removal) : m_connection(connection), m_removal(removal) {}
+
+    std::int64_t Run(std::span<const Cell> cells) override {
+        const Row parameters = Owned(cells);
+        const std::lock_guard lock(m_connection.store().mutex);
+        Table& table = m_connection.store().Find(m_removal.table->name);
+        std::vector<Row> keys;
+        for (const auto& [key, row] : table.rows)
+            if (Fits(*row, m_removal.where, parameters, 0)) keys.push_back(key);
+        for (const Row& key : keys) m_connection.Put(table, key, nullptr);
+        return static_cast<std::int64_t>(keys.size());
+    }
+
+  private:
+    MemoryConnection& m_connection;
+    Removal m_removal;
+};
+
+std::unique_ptr<RowChange> MemoryConnection::Prepare(const Removal& removal) {
+    return std::make_unique<MemoryRemoval>(*this, removal);
+}
+
 std::unique_ptr<RowChange> MemoryConnection::Prepare(const Change& change) {
     return std::make_unique<MemoryChange>(*this, change);
 }
@@ -216,12 +262,9 @@ class MemoryBackend : public StoreBackend {
         return m_store->tables.empty() ? State::absent : State::tables;
     }
     void Create(std::span<const TableShape> tables, void (*fill)(StoreConnection&)) override {
-        {
-            const std::lock_guard lock(m_store->mutex);
-            for (const TableShape& table : tables) m_store->tables.emplace(table.name, Table{table, {}});
-        }
         MemoryConnection connection(m_store);
         connection.Begin();
+        for (const TableShape& table : tables) connection.MakeTable(table);
         fill(connection);
         connection.Commit();
     }

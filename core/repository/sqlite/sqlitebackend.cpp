@@ -81,7 +81,9 @@ bool StepRow(sqlite3* database, sqlite3_stmt* statement) {
 /** Binds a cell that stays as it is until the statement was stepped. `moment` is room for a moment's text. */
 void Bind(sqlite3* database, sqlite3_stmt* statement, int parameter, const Cell& cell, ColumnType type, char (&moment)[MOMENT_SIZE]) {
     int code;
-    if (cell.kind == Cell::text) {
+    if (cell.kind == Cell::text && type == ColumnType::bytes) {
+        code = sqlite3_bind_blob64(statement, parameter, cell.view.data() ? cell.view.data() : "", cell.view.size(), SQLITE_STATIC);
+    } else if (cell.kind == Cell::text) {
         code = sqlite3_bind_text64(statement, parameter, cell.view.data() ? cell.view.data() : "", cell.view.size(), SQLITE_STATIC,
                                    SQLITE_UTF8);
     } else if (cell.kind == Cell::null) {
@@ -102,6 +104,10 @@ Cell ReadCell(sqlite3_value* value, ColumnType type) {
         const auto* const text = reinterpret_cast<const char*>(sqlite3_value_text(value));
         const std::string_view view(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
         return type == ColumnType::moment ? ReadMoment(view) : Cell::Text(view);
+    }
+    case SQLITE_BLOB: {
+        const auto* const bytes = static_cast<const char*>(sqlite3_value_blob(value));
+        return Cell::Text({bytes ? bytes : "", static_cast<std::size_t>(sqlite3_value_bytes(value))});
     }
     default: return {};
     }
@@ -163,6 +169,10 @@ class SqliteChange : public RowChange {
         : m_database(database),
           m_statement(PrepareSql(database, sqlite::Update(change))),
           m_parameters(*change.table, change.set, change.where) {}
+    SqliteChange(sqlite3* database, const Removal& removal)
+        : m_database(database),
+          m_statement(PrepareSql(database, sqlite::Delete(removal))),
+          m_parameters(*removal.table, {}, removal.where) {}
 
     std::int64_t Run(std::span<const Cell> parameters) override {
         m_parameters.Bind(m_database, m_statement.get(), parameters);
@@ -218,9 +228,18 @@ class SqliteConnection : public StoreConnection {
 
     std::unique_ptr<RowSource> Prepare(const Query& query) override { return std::make_unique<SqliteSource>(m_database.get(), query); }
     std::unique_ptr<RowChange> Prepare(const Change& change) override { return std::make_unique<SqliteChange>(m_database.get(), change); }
+    std::unique_ptr<RowChange> Prepare(const Removal& removal) override {
+        return std::make_unique<SqliteChange>(m_database.get(), removal);
+    }
     std::unique_ptr<RowInsert> PrepareInsert(const TableShape& table) override {
         return std::make_unique<SqliteInsert>(m_database.get(), table);
     }
+    void MakeTable(const TableShape& table) override { Execute(m_database.get(), sqlite::CreateTable(table)); }
+    void AddColumns(const TableShape& table, std::size_t count) override {
+        for (std::size_t at = table.columns.size() - count; at < table.columns.size(); ++at)
+            Execute(m_database.get(), sqlite::AddColumn(table, table.columns[at]));
+    }
+    void MakeView(const ViewShape& view) override { Execute(m_database.get(), sqlite::CreateView(view)); }
     void Begin() override { Execute(m_database.get(), "BEGIN IMMEDIATE"); }
     void Commit() override { Execute(m_database.get(), "COMMIT"); }
     void Rollback() noexcept override {
@@ -259,7 +278,7 @@ class SqliteBackend : public StoreBackend {
             // another process may have been faster
             if (AskNumber(connection.database(), "SELECT count(*) FROM sqlite_master") == 0) {
                 Execute(connection.database(), "PRAGMA application_id=" + std::to_string(APPLICATION_ID));
-                for (const TableShape& table : tables) Execute(connection.database(), sqlite::CreateTable(table));
+                for (const TableShape& table : tables) connection.MakeTable(table);
                 fill(connection);
             }
             connection.Commit();

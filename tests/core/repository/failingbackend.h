@@ -66,6 +66,21 @@ class FailingBackend : public qv::StoreBackend {
         std::unique_ptr<qv::RowChange> Prepare(const qv::Change& change) override {
             return std::make_unique<Change>(m_inner->Prepare(change), m_plan);
         }
+        std::unique_ptr<qv::RowChange> Prepare(const qv::Removal& removal) override {
+            return std::make_unique<Change>(m_inner->Prepare(removal), m_plan);
+        }
+        void MakeTable(const qv::TableShape& table) override {
+            m_plan->Write();
+            m_inner->MakeTable(table);
+        }
+        void AddColumns(const qv::TableShape& table, std::size_t count) override {
+            m_plan->Write();
+            m_inner->AddColumns(table, count);
+        }
+        void MakeView(const qv::ViewShape& view) override {
+            m_plan->Write();
+            m_inner->MakeView(view);
+        }
         std::unique_ptr<qv::RowInsert> PrepareInsert(const qv::TableShape& table) override {
             return std::make_unique<Insert>(m_inner->PrepareInsert(table), m_plan);
         }

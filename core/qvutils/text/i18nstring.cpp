@@ -130,7 +130,8 @@ int I18NString::size() const {
 }
 
 I18NStringIterator I18NString::begin() const {
-    return {m_text.c_str(), m_text.c_str()};
+    const char* const start = utf8().data();  // as in end(): two empty texts need not stand at one place
+    return {start, start};
 }
 
 I18NStringIterator I18NString::end() const {

@@ -194,6 +194,37 @@ TEST(SMSecurityView2Rows, StoresItsRecordsInTheirOrder) {
                                   testing::EndsWith("\"i/definition\""), testing::EndsWith("\"i/qosOverrides\"")));
 }
 
+TEST(SMSecurityView2Rows, BringsItsRecordsBack) {
+    CapturedLog log;
+    View view(
+        "<definition><set includeRule=\"include\"><viewref>w</viewref></set><set includeRule=\"include\"></set></definition>"
+        "<functionSets><functionSet><functionSetId>f</functionSetId></functionSet></functionSets><qosOverrides><qosOverride>"
+        "<functionId>i</functionId><qosLevel>l</qosLevel><description locale=\"en\">a &lt; b</description></qosOverride></qosOverrides>"
+        "<access x=\"1\">y</access>");
+    View other;
+    view->SetId("i");
+    view->SetRoleBased(true);
+    StoreContext store;
+    ASSERT_TRUE(view->write(store));
+    other->constructFromIOParameter(*store.RowOf("SM_SECURITY_VIEW", "i"));
+    ASSERT_TRUE(other->read(store));
+    EXPECT_EQ(WriteElement(*other.view), WriteElement(*view.view));
+    EXPECT_THAT(store.Faults(), IsEmpty());
+    EXPECT_THAT(log.Events(), IsEmpty());
+}
+
+TEST(SMSecurityView2Rows, LeavesTheLaterRecordsUnwrittenWhereOneFails) {
+    View view("<qosOverride></qosOverride><access></access><functionSetId>f</functionSetId><set></set>");
+    RecordingContext whole;
+    ASSERT_TRUE(view->write_next(whole));
+    for (std::size_t action = 1; action <= whole.Actions().size(); ++action) {
+        RecordingContext context;
+        context.FailAt(action);
+        EXPECT_FALSE(view->write_next(context)) << action;
+        EXPECT_EQ(context.Actions().size(), action);
+    }
+}
+
 TEST(SMSecurityView2Rows, KeepsItsRoleFlag) {
     View view;
     view->constructFromIOParameter(*Row().Text("id", "i").Number("version", 2).Text("name", "n").Put("isRoleBased", new IOBoolParam(true)));

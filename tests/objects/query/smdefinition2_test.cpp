@@ -208,6 +208,28 @@ TEST(SMDefinition2Model, RenamesAndRegeneratesFiltersButNotTheSql) {
     EXPECT_NE(fixture.definition->GetId(), "");
 }
 
+TEST(SMDefinition2Model, EntersFiltersAndSourcesOrItsKeptFormIntoTheMapOfASave) {
+    const auto entries = [](const std::string& elements) {
+        const Fixture fixture(elements);
+        MapId2RemainingInfo records;
+        fixture.definition->SetId("d");
+        fixture.subject->SetDefinition(fixture.definition);
+        fixture.project->GetRootNamespace()->AddQuerySubject(fixture.subject);
+        fixture.project->InitAndAddSetPIDIDAndMiniObject(nullptr, nullptr, nullptr, &records);
+        std::vector<std::string> lines;
+        for (const char* tag : {"filterDefinition", "sources", "mdQuery", "storedProcedure", "queryOperation"})
+            if (const auto* entry = records.Find(("d/" + std::string(tag)).c_str())) lines.push_back(Str(entry->value));
+        return lines;
+    };
+    const std::string filters = "<filters><filterDefinition></filterDefinition></filters>", kept = "<queryOperation>o</queryOperation>";
+    EXPECT_THAT(entries("<dbQuery>" + filters + "</dbQuery>" + kept),
+                testing::ElementsAre("<filterDefinition></filterDefinition>", "<sources></sources>"));
+    EXPECT_THAT(entries("<modelQuery>" + filters + "</modelQuery>"), testing::ElementsAre("<filterDefinition></filterDefinition>"));
+    EXPECT_THAT(entries("<dbQuery></dbQuery>"), testing::ElementsAre("<sources></sources>"));
+    EXPECT_THAT(entries(kept + "<mdQuery>q</mdQuery>"), testing::ElementsAre("<mdQuery>q</mdQuery>"));
+    EXPECT_THAT(entries(""), testing::IsEmpty());
+}
+
 TEST(SMDefinition2Model, HasAPathOfItsOwn) {
     const Fixture fixture;
     I18NString path;
@@ -272,6 +294,51 @@ TEST(SMDefinition2Rows, LogADefinitionWithoutAQueryAndSucceed) {
     EXPECT_TRUE(fixture.definition->write(context));
     const LoggedEvent event{4, "smdefinition2", "SMDefinition2", "write_next", "Definition 'n', has no query.", ""};
     EXPECT_THAT(log.Events(), testing::ElementsAre(event));
+}
+
+TEST(SMDefinition2Rows, BringQueriesOfBothKindsBack) {
+    const std::string shared =
+        "<generateSQL>minimized</generateSQL><sql type=\"db2\">a &lt; b</sql><filters><filterDefinition apply=\"always\">"
+        "<refobj>[f]</refobj><displayName>f</displayName><expression>x</expression></filterDefinition><filterDefinition>"
+        "</filterDefinition></filters>";
+    const std::pair<const char*, std::string> queries[] = {
+        {"dbQuery", "<dbQuery><sources><dataSourceRef>[a]</dataSourceRef><dataSourceRef>[a]</dataSourceRef></sources>" + shared +
+                        "<tableType>view</tableType></dbQuery>"},
+        {"modelQuery", "<modelQuery>" + shared + "</modelQuery>"}};
+    for (const auto& [type, query] : queries) {
+        const CapturedLog log;
+        const Fixture fixture(query), other;
+        fixture.definition->SetId("d");
+        StoreContext store;
+        ASSERT_TRUE(fixture.definition->write(store));
+        other.definition->constructFromIOParameter(*store.RowOf("SM_DEFINITION", "d"), type);
+        ASSERT_TRUE(other.definition->read(store));
+        EXPECT_EQ(WriteElement(*other.definition), "<definition id=\"d\">" + query + "</definition>");
+        EXPECT_THAT(store.Faults(), testing::IsEmpty());
+        EXPECT_THAT(log.Events(), testing::IsEmpty());
+    }
+}
+
+TEST(SMDefinition2Rows, BringBackThatAQueryMayRunOnSeveralDatabases) {
+    const Fixture fixture("<dbQuery multiDb=\"false\"></dbQuery>"), other;
+    fixture.definition->SetId("d");
+    StoreContext store;
+    ASSERT_TRUE(fixture.definition->write(store));
+    other.definition->constructFromIOParameter(*store.RowOf("SM_DEFINITION", "d"), "dbQuery");
+    EXPECT_TRUE(other.definition->GetDBQuery()->multiDb);
+}
+
+TEST(SMDefinition2Rows, AskForTheKeptFormsFirstAndStopWhereARecordCannotBeRead) {
+    const Fixture fixture("<dbQuery></dbQuery>");
+    RecordingContext all;
+    ASSERT_TRUE(fixture.definition->read(all));
+    ASSERT_EQ(all.Actions().size(), 4u) << testing::PrintToString(all.Names());
+    for (std::size_t action = 1; action <= 4; ++action) {
+        RecordingContext context;
+        context.FailAt(action);
+        EXPECT_FALSE(fixture.definition->read(context));
+        EXPECT_EQ(context.Actions().size(), action);
+    }
 }
 
 TEST(SMDefinition2Rows, BringKeptFormsBackWithAnEvent) {

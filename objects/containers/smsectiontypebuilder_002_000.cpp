@@ -51,7 +51,7 @@ void SMSectionTypeBuilder::smtagStartElement(const I18NString& module, const I18
     case Tag::filter: Fill<SMFilterBuilder>(WithStatus(added(new SMFilter2(m_section, project), &SMSectionType2::AddFilter), attrs)); break;
     case Tag::function: Fill<SMFunctionBuilder>(added(new SMFunction2(m_section, project), &SMSectionType2::AddFunction)); break;
     case Tag::shortcut: Fill<SMShortcutBuilder>(added(new SMShortcut2(m_section, project), &SMSectionType2::AddShortcut)); break;
-    case Tag::relationship:
+    case Tag::relationship:  // its status is written, but not read: as the format has it
         Fill<SMRelationshipBuilder>(added(new SMRelationship2(m_section, project), &SMSectionType2::AddRelationship));
         break;
     case Tag::relationshipShortcut:

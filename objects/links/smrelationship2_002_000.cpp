@@ -21,20 +21,17 @@ SM_DEFINE_KEY_COLUMNS(SMRelationship2, TABLE)
 // ---- memory
 
 void SMRelationship2::SetExpression(const I18NString& innerXml) {
-    if (expression)
-        expression->ChangeInnerXML(innerXml.c_str());
-    else
-        expression = new SMXMLObject2(m_tags->expression, innerXml, true);
+    ChangeKeptXml(expression, m_tags->expression, innerXml);
 }
 
 void SMRelationship2::RegenerateIds(std::map<QvULString, QvULString>& idMap) {
     if (expression) expression->RegenerateIds(idMap);
-    SMObjectBase::RegenerateIds();  // past the nearer base on purpose
+    SMObjectBase::RegenerateIds();  // past the nearer base, so the warehouse link stays, and so does the sql: as the format has it
 }
 
 void SMRelationship2::RenameObjects(SMRenameList2& list) {
     SMRelationshipBase2::RenameObjects(list);
-    if (expression) expression->RenameObjects(list);
+    if (expression) expression->RenameObjects(list);  // the sql stays: as the format has it
 }
 
 void SMRelationship2::AddToSetPIDIDAndMiniObject() {

@@ -70,7 +70,7 @@ void SMRelationshipBase2::SetRightReference(const I18NString& path, SMEnum_cardi
 SMObjectBase* SMRelationshipBase2::GetRefObj(Reference& reference) {
     if (!m_project) {
         reference.cachedObject = nullptr;  // nobody can tell whether it still lives
-        // the text names the left end whichever end is asked for
+        // the text names the left end whichever end is asked for: as the format has it
         SMLog(SM_MISUSE, WORDS, "GetRefObj", "Unable to complete GetLeftRefObj - SM project pointer is NULL.");
         return nullptr;
     }
@@ -103,7 +103,7 @@ void SMRelationshipBase2::RegenerateIds(std::map<QvULString, QvULString>& idMap)
 
 void SMRelationshipBase2::RenameObjects(SMRenameList2& list) {
     ForceRefetchRefs();
-    list.PerformRenames(left.refobj);
+    list.PerformRenames(left.refobj);  // follows only with three parts or more: as the format has it
     list.PerformRenames(right.refobj);
 }
 
@@ -130,7 +130,7 @@ void SMRelationshipBase2::SetProperty(const QvULString& propertyName, const QvUL
 }
 
 void SMRelationshipBase2::WriteProperties(QvContentHandler* handler, bool writeHidden) const {
-    SMObjectBase::WriteProperties(handler, writeHidden);
+    SMObjectBase::WriteProperties(handler, writeHidden);  // before the link, unlike in named objects: as the format has it
     WriteHiddenPropertyIfSet(handler, PROPERTY_QVREF, qvRefId);
 }
 
@@ -215,7 +215,7 @@ void SMRelationshipBaseBuilder::realEndElement(const I18NString&, const I18NStri
     case Tag::left: m_base->SetLeftReference(m_refobj, m_currentMinCard, m_currentMaxCard, false); break;
     case Tag::right: m_base->SetRightReference(m_refobj, m_currentMinCard, m_currentMaxCard, false); break;
     case Tag::property: EndProperty(*m_base); break;
-    // the method is so named in the log
+    // another method than this one: as the format has it
     default: LogUnknownEnd(BUILDER_MODULE, "SMRelationshipBaseBuilder", "smtagEndElement", localName);
     }
 }

@@ -105,7 +105,7 @@ void SMMeasureScopeBuilder::realStartElement(const I18NString&, const I18NString
     case Tag::refobj:
     case Tag::rollup:
     case Tag::allocation: CollectText(); break;
-    // the two modules differ in case, as the log has them
+    // the two modules differ in case: as the format has it
     default: LogUnknownStart("smMeasureScope2", "SMMeasureScopeBuilder::smtagStartElement", "smtagStartElement", localName);
     }
 }

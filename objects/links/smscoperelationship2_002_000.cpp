@@ -58,7 +58,7 @@ void SMScopeRelationship2::AddToSetPIDIDAndMiniObject() {
 
 void SMScopeRelationship2::AssignDiffableString(QvULString& out) const {
     I18NString text = I18NString(GetName()) + "|" + DisplayOrderText() + I18NString(qvRefId);
-    AppendDiffable(text, left, "");
+    AppendDiffable(text, left, "");  // nothing between, unlike in relationships: as the format has it
     AppendDiffable(text, right, "");
     out = text;
 }
@@ -94,6 +94,7 @@ bool SMScopeRelationship2::write_no_seq_inc(IOHelper& helper) {
 }
 
 bool SMScopeRelationship2::write_next(IOHelper& helper) {
+    // without scopes a record that is stored stays: as the format has it
     return m_scopes.empty() || write_remaining_info(helper, m_tags->scope, WriteScopesToString(), m_scopesInfoId);
 }
 

@@ -35,7 +35,7 @@ void SMShortcut2::WriteXMLElement(QvContentHandler* handler, QvXMLFormatTarget&)
     WriteLocaleMap(handler, m_tags->description, descriptions);
     WriteLocaleMap(handler, m_tags->screenTip, screenTips);
     WriteProperties(handler, true);
-    WriteSMDate(handler, m_tags->lastChanged, NoAttributes(), GetLastChangedDate());
+    WriteSMDate(handler, m_tags->lastChanged, NoAttributes(), GetLastChangedDate());  // behind the properties: as the format has it
     TextElement(handler, m_tags->refobj, refObj);
     TextElement(handler, m_tags->targetType, targetType);
     EndElement(handler, m_tags->shortcut);

@@ -8,6 +8,8 @@
 #include "objects/publication/smsecurityview2_002_000.h"
 #include "objects/transforms/smrenamelist2_002_000.h"
 
+#include <atomic>
+
 namespace schema_002_000 {
 
 namespace {
@@ -24,6 +26,9 @@ const SMNameEpochs* NameEpochsOf(const SMObjectBase& object) {
 
 SMProject2::SMProject2() : SMObjectBase(nullptr, nullptr) {
     m_project = this;
+    // each project has a range of its own: a token that an object brings along from another project says nothing here
+    static std::atomic<std::uint64_t> projects{0};
+    m_lastLifeToken = projects++ << 32;
 }
 
 SMProject2::~SMProject2() {

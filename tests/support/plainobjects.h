@@ -9,7 +9,9 @@ namespace smtest {
 template <class Base>
 class Plain : public Base {
   public:
-    explicit Plain(schema_002_000::SMProject2* project, IOObject* owner = nullptr) : Base(owner, project) {}
+    explicit Plain(schema_002_000::SMProject2* project) : Base(nullptr, project) {}
+    template <class Owner>
+    Plain(schema_002_000::SMProject2* project, const Owner& owner) : Base(owner, project) {}
 
     bool read(IOHelper&) override { return true; }
     I18NString GetVersionCol() const override { return "PLAIN_VERSION"; }

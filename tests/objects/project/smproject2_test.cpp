@@ -296,3 +296,16 @@ TEST_F(ProjectNamespaces, AreNotMadeFromAnEmptyPath) {
                 ElementsAre(LoggedEvent{1, "smobjects", "SMProject2", "FindOrCreateNamespaceFromPath", "Failed to find namespace.",
                                         "This method should never be called with an empty path."}));
 }
+
+TEST_F(ProjectModel, GivesNoTokenOfLifeThatAnotherProjectGives) {
+    const ProjectPtr other = NewProject("root");
+    const std::uint64_t token = project->WatchLife(root);
+    EXPECT_EQ(project->WatchLife(root), token);
+    EXPECT_TRUE(project->IsWatchedAlive(root, token));
+    EXPECT_NE(other->WatchLife(root), token);
+    EXPECT_FALSE(other->IsWatchedAlive(root, token));
+    project->ForgetObject(root);
+    EXPECT_FALSE(project->IsWatchedAlive(root, token));
+    EXPECT_NE(project->WatchLife(root), token) << "what stands at the address later is another object";
+    other->ForgetObject(root);
+}

@@ -1,0 +1,230 @@
+// docs/document.md and the pages beside it, held against what the library writes.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <set>
+
+#include "objects/base/smenums_002_000.h"
+#include "objects/containers/smnamespace2_002_000.h"
+#include "objects/dimensional/smhierarchy2_002_000.h"
+#include "objects/links/smrelationship2_002_000.h"
+#include "objects/links/smrelationshipshortcut2_002_000.h"
+#include "objects/links/smscope2_002_000.h"
+#include "objects/links/smscoperelationship2_002_000.h"
+#include "objects/links/smshortcut2_002_000.h"
+#include "tests/support/capturedlog.h"
+#include "tests/support/documents.h"
+#include "tests/support/facemodel.h"
+#include "tests/support/modelclasses.h"
+#include "tests/support/page.h"
+
+using namespace schema_002_000;
+using namespace smtest;
+
+namespace {
+
+constexpr unsigned ROUNDS = 25;
+const char* const PAGES[] = {"docs/document.md", "docs/document/query.md", "docs/document/dimensional.md", "docs/document/links.md",
+                             "docs/document/publication.md"};
+
+/** An element: its attributes, with "@" before each, and its children. */
+struct Element {
+    std::string tag;
+    std::vector<std::string> names;
+    std::vector<Element> children;
+};
+
+class Tree : public QvContentHandler {
+  public:
+    Element root;
+
+    void startElement(const I18NString&, const I18NString& localName, const I18NString&, const QvXMLAttributes& attrs) override {
+        Element& parent = *m_open.back();
+        parent.names.push_back(Str(localName));
+        parent.children.push_back({Str(localName), {}, {}});
+        Element& element = parent.children.back();
+        for (int i = 0; i < attrs.getLength(); ++i) element.names.push_back("@" + Str(attrs.getQName(i)));
+        m_open.push_back(&element);
+    }
+    void endElement(const I18NString&, const I18NString&, const I18NString&) override { m_open.pop_back(); }
+    void characters(const I18NString&) override {}
+    void endDocument() override {}
+    void ignorableWhitespace(const I18NString&) override {}
+    void processingInstruction(const I18NString&, const I18NString&) override {}
+    void startDocument() override {}
+    void startPrefixMapping(const I18NString&, const I18NString&) override {}
+    void endPrefixMapping(const I18NString&) override {}
+    void skippedEntity(const I18NString&) override {}
+
+  private:
+    std::vector<Element*> m_open{&root};
+};
+
+Element TreeOf(const std::string& document) {
+    Tree tree;
+    ParseInto(tree, document);
+    return tree.root.children.at(0);
+}
+
+/** One line of the table of an element. */
+struct Line {
+    std::vector<std::string> names;
+    std::string content, written;
+    bool IsAlways() const { return written.rfind("always", 0) == 0; }
+    bool IsKept() const { return content.find("kept XML") != std::string::npos; }
+};
+
+class Pages {
+  public:
+    using Section = std::vector<Line>;
+
+    Pages() {
+        for (const char* const page : PAGES)
+            for (const PageTable& table : TablesOf(page)) {
+                if (table.head.at(0) != "Attribute or child, in order") continue;
+                Section section;
+                for (const PageTable::Row& row : table.rows) section.push_back({CodesIn(row.at(0)), row.at(1), row.at(2)});
+                for (const std::string& element : WordsIn(table.heading)) {
+                    EXPECT_TRUE(m_sections.emplace(element, section).second) << element << " has two sections";
+                    for (const Line& line : section)
+                        for (const std::string& name : line.names) m_unseen.insert(element + " " + name);
+                }
+            }
+    }
+
+    /** Holds an element, and all inside it, against the pages. */
+    void Check(const Element& element, const std::string& parent = "") {
+        const std::string name = NameOf(element.tag, parent);
+        const Section* section = name.empty() ? nullptr : &m_sections.at(name);
+        ASSERT_TRUE(section) << "nothing tells what stands in the element " << element.tag;
+        CheckOrder(element, name, *section);
+        for (const Line& line : *section)
+            EXPECT_TRUE(!line.IsAlways() || Has(element, line)) << name << " without " << line.names.front() << ", which is always written";
+        for (const Element& child : element.children) {
+            const Line* line = LineOf(*section, child.tag);
+            if (line && !line->IsKept()) CheckChild(child, element.tag, line->content);
+        }
+    }
+
+    /** An object without content has nothing but what is always written. */
+    void CheckFresh(const Element& element) {
+        Check(element);
+        for (const std::string& name : element.names) {
+            const Line* line = LineOf(m_sections.at(NameOf(element.tag, "")), name);
+            EXPECT_TRUE(!line || line->IsAlways() || name == "definition" || name == "dbQuery" || name == "modelQuery")
+                << name << " in an empty " << element.tag << ": " << line->written;
+        }
+    }
+
+    /** What the pages name and no document had. */
+    const std::set<std::string>& Unseen() const { return m_unseen; }
+
+  private:
+    std::string NameOf(const std::string& tag, const std::string& parent) const {
+        for (const std::string& name : {parent + "/" + tag, tag})
+            if (m_sections.count(name)) return name;
+        return "";
+    }
+    static bool Has(const Element& element, const Line& line) {
+        return std::any_of(line.names.begin(), line.names.end(), [&](const std::string& name) {
+            return std::find(element.names.begin(), element.names.end(), name) != element.names.end();
+        });
+    }
+    static const Line* LineOf(const Section& section, const std::string& name) {
+        for (const Line& line : section)
+            if (std::find(line.names.begin(), line.names.end(), name) != line.names.end()) return &line;
+        return nullptr;
+    }
+    void CheckOrder(const Element& element, const std::string& section, const Section& lines) {
+        const Line* last = lines.data();
+        for (const std::string& name : element.names) {
+            const Line* const line = LineOf(lines, name);
+            ASSERT_TRUE(line) << section << " has no line for " << name;
+            EXPECT_GE(line, last) << name << " in " << section << " stands behind " << last->names.front();
+            last = line;
+            m_unseen.erase(section + " " + name);
+        }
+    }
+    /** A child either has a section, or its parent's line names what stands in it. */
+    void CheckChild(const Element& child, const std::string& parent, const std::string& content) {
+        if (child.names.empty() || child.tag == "smnamespacefile" || child.tag == "packagefile") return;
+        const std::vector<std::string> told = CodesIn(content);
+        const auto isTold = [&](const std::string& name) { return std::find(told.begin(), told.end(), name) != told.end(); };
+        if (!std::all_of(child.names.begin(), child.names.end(), isTold)) return Check(child, parent);
+        for (const Element& grandchild : child.children) CheckChild(grandchild, child.tag, content);
+    }
+
+    std::map<std::string, Section> m_sections;
+    std::set<std::string> m_unseen;
+};
+
+/** The kinds that link objects, without content. */
+std::vector<QvSmartPtr<SMObjectBase>> LinksOf(SMProject2& project) {
+    SMNamespace2* root = RootOf(project);
+    return {new SMRelationship2(root, &project), new SMScopeRelationship2(root, &project), new SMShortcut2(root, &project),
+            new SMRelationshipShortcut2(root, &project)};
+}
+
+/** What none of the other documents has. */
+std::vector<std::string> RareElements() {
+    const ProjectPtr project = NewProject();
+    const QvSmartPtr<SMHierarchy2> hierarchy = new SMHierarchy2(RootOf(*project), project);
+    hierarchy->AddNestedChild(new SMHierarchy2(hierarchy, project));
+    const QvSmartPtr<SMRelationship2> relationship = new SMRelationship2(RootOf(*project), project);
+    relationship->SetStatus(SMEnum_status::invalid);
+    const auto folder = SMLoadModelBytes(ModelDocument("<namespace><folder><updateSubject/></folder></namespace>"));
+    return {WriteElement(*hierarchy), WriteElement(*relationship), WriteElement(*folder.project)};
+}
+
+const ModelClass& ClassNamed(const std::string& name) {
+    return *std::find_if(ModelClasses().begin(), ModelClasses().end(), [&](const ModelClass& entry) { return entry.name == name; });
+}
+
+/** A measure with all that a query item has. */
+std::string MeasureLikeItem(unsigned seed) {
+    const ProjectPtr project = NewProject();
+    const std::string element = WriteElement(*ClassNamed("SMQueryItem2").Filled(*project, Values(seed)));
+    const std::string inside = element.substr(element.find('>') + 1, element.rfind('<') - element.find('>') - 1);
+    return WriteElement(*ClassNamed("SMMeasure2").read(*project, "<measure>" + inside + "</measure>"));
+}
+
+}  // namespace
+
+TEST(DocumentPage, ListsWhatIsWrittenInItsOrder) {
+    const CapturedLog log;
+    Pages pages;
+    for (const ModelClass& entry : ModelClasses()) {
+        pages.CheckFresh(TreeOf(WriteElement(*entry.make(*NewProject()))));
+        for (unsigned seed = 0; seed <= ROUNDS; ++seed)
+            pages.Check(TreeOf(WriteElement(*entry.Filled(*NewProject(), seed == 0 ? Values() : Values(seed)))));
+    }
+    const ProjectPtr project = NewProject();
+    for (const auto& link : LinksOf(*project)) pages.CheckFresh(TreeOf(WriteElement(*link)));
+    for (const char* const name : {"everything", "foodmart", "tpcds", "reader_forms", "multifile/single"})
+        pages.Check(TreeOf(CanonicalText(*SMLoadModel(std::string(SMODEL_SOURCE_DIR "/examples/models/") + name + ".xml").project)));
+    pages.Check(TreeOf(ReadFile(SMODEL_SOURCE_DIR "/examples/models/multifile/main.xml")));  // names its part files
+    for (const std::string& element : RareElements()) pages.Check(TreeOf(element));
+    for (unsigned seed = 1; seed <= ROUNDS; ++seed) pages.Check(TreeOf(MeasureLikeItem(seed)));
+    for (const std::string& name : pages.Unseen()) ADD_FAILURE() << name << " is on a page, but never written";
+}
+
+TEST(DocumentPage, ListsTheWordsOfEachVocabulary) {
+    std::map<std::string, std::vector<std::string>> words;
+#define SM_ENUM_BEGIN(CLASS) \
+    {                        \
+        auto& list = words[#CLASS];
+#define SM_ENUM_VALUE(NUMBER, IDENTIFIER, TEXT) list.push_back(TEXT);
+#define SM_ENUM_END(CLASS) }
+#include "objects/base/smenums_list.inc"
+    std::size_t listed = 0;
+    for (const PageTable& table : TablesOf(PAGES[0])) {
+        if (table.heading != "Words") continue;
+        for (const PageTable::Row& row : table.rows) {
+            EXPECT_EQ(CodesIn(row.at(2)), words["SMEnum_" + row.at(0)]) << row.at(0);
+            ++listed;
+        }
+    }
+    EXPECT_EQ(listed, words.size());
+}

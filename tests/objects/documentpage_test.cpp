@@ -95,16 +95,16 @@ class Pages {
     }
 
     /** Holds an element, and all inside it, against the pages. */
-    void Check(const Element& element, const std::string& parent = "") {
-        const std::string name = NameOf(element.tag, parent);
-        const Section* section = name.empty() ? nullptr : &m_sections.at(name);
-        ASSERT_TRUE(section) << "nothing tells what stands in the element " << element.tag;
-        CheckOrder(element, name, *section);
-        for (const Line& line : *section)
-            EXPECT_TRUE(!line.IsAlways() || Has(element, line)) << name << " without " << line.names.front() << ", which is always written";
+    void Check(const Element& element) {
+        const auto found = m_sections.find(element.tag);
+        ASSERT_NE(found, m_sections.end()) << "nothing tells what stands in the element " << element.tag;
+        const Section& section = found->second;
+        CheckOrder(element, section);
+        for (const Line& line : section)
+            EXPECT_TRUE(!line.IsAlways() || Has(element, line)) << element.tag << " without " << line.names.front();
         for (const Element& child : element.children) {
-            const Line* line = LineOf(*section, child.tag);
-            if (line && !line->IsKept()) CheckChild(child, element.tag, line->content);
+            const Line* line = LineOf(section, child.tag);
+            if (line && !line->IsKept()) CheckChild(child, line->content);
         }
     }
 
@@ -112,9 +112,9 @@ class Pages {
     void CheckFresh(const Element& element) {
         Check(element);
         for (const std::string& name : element.names) {
-            const Line* line = LineOf(m_sections.at(NameOf(element.tag, "")), name);
-            EXPECT_TRUE(!line || line->IsAlways() || name == "definition" || name == "dbQuery" || name == "modelQuery")
-                << name << " in an empty " << element.tag << ": " << line->written;
+            const Line* line = LineOf(m_sections.at(element.tag), name);
+            const bool isGiven = name == "definition" || name == "dbQuery" || name == "modelQuery";  // by the maker
+            EXPECT_TRUE(!line || line->IsAlways() || isGiven) << name << " in an empty " << element.tag << ": " << line->written;
         }
     }
 
@@ -122,11 +122,6 @@ class Pages {
     const std::set<std::string>& Unseen() const { return m_unseen; }
 
   private:
-    std::string NameOf(const std::string& tag, const std::string& parent) const {
-        for (const std::string& name : {parent + "/" + tag, tag})
-            if (m_sections.count(name)) return name;
-        return "";
-    }
     static bool Has(const Element& element, const Line& line) {
         return std::any_of(line.names.begin(), line.names.end(), [&](const std::string& name) {
             return std::find(element.names.begin(), element.names.end(), name) != element.names.end();
@@ -137,23 +132,23 @@ class Pages {
             if (std::find(line.names.begin(), line.names.end(), name) != line.names.end()) return &line;
         return nullptr;
     }
-    void CheckOrder(const Element& element, const std::string& section, const Section& lines) {
+    void CheckOrder(const Element& element, const Section& lines) {
         const Line* last = lines.data();
         for (const std::string& name : element.names) {
             const Line* const line = LineOf(lines, name);
-            ASSERT_TRUE(line) << section << " has no line for " << name;
-            EXPECT_GE(line, last) << name << " in " << section << " stands behind " << last->names.front();
+            ASSERT_TRUE(line) << element.tag << " has no line for " << name;
+            EXPECT_GE(line, last) << name << " in " << element.tag << " stands behind " << last->names.front();
             last = line;
-            m_unseen.erase(section + " " + name);
+            m_unseen.erase(element.tag + " " + name);
         }
     }
     /** A child either has a section, or its parent's line names what stands in it. */
-    void CheckChild(const Element& child, const std::string& parent, const std::string& content) {
+    void CheckChild(const Element& child, const std::string& content) {
         if (child.names.empty() || child.tag == "smnamespacefile" || child.tag == "packagefile") return;
         const std::vector<std::string> told = CodesIn(content);
         const auto isTold = [&](const std::string& name) { return std::find(told.begin(), told.end(), name) != told.end(); };
-        if (!std::all_of(child.names.begin(), child.names.end(), isTold)) return Check(child, parent);
-        for (const Element& grandchild : child.children) CheckChild(grandchild, child.tag, content);
+        if (!std::all_of(child.names.begin(), child.names.end(), isTold)) return Check(child);
+        for (const Element& grandchild : child.children) CheckChild(grandchild, content);
     }
 
     std::map<std::string, Section> m_sections;

@@ -5,6 +5,7 @@
 #include "bench/support/measure.h"
 #include "objects/containers/smnamespace2_002_000.h"
 #include "objects/project/smproject2_002_000.h"
+#include "objects/publication/smsecurityview2_002_000.h"
 #include "objects/query/smqueryitem2_002_000.h"
 #include "objects/query/smquerysubject2_002_000.h"
 
@@ -50,5 +51,13 @@ void BM_ItemsByName(benchmark::State& state) {
     });
 }
 BENCHMARK(BM_ItemsByName)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Iterations(3)->Unit(benchmark::kMillisecond);
+
+void BM_ReferencesOfAView(benchmark::State& state) {
+    Twice(state, [](SMNamespace2& root, const I18NString& name) {
+        SMSecurityView2* view = root.GetSMProject()->AddSecurityViewOrReturnExisting("view");
+        view->InsertRefID(SMEnum_includeRule::include, name, SMSecurityDefinitionSet2::refobj);
+    });
+}
+BENCHMARK(BM_ReferencesOfAView)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Iterations(3)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "objects/publication/smpackage2_002_000.h"
 
-#include <algorithm>
-
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/io/tklsmdir.h"
 #include "core/qvutils/persist/cltask.h"
@@ -40,7 +38,7 @@ void SMPackage2::SetLastPublished(const QvDate& date) {
 }
 
 void SMPackage2::AddViewref(const I18NString& reference) {
-    if (std::find(m_viewrefs.begin(), m_viewrefs.end(), reference) == m_viewrefs.end()) m_viewrefs.push_back(reference);
+    if (m_knownViewrefs.insert(reference).second) m_viewrefs.push_back(reference);
 }
 
 void SMPackage2::AddToSetPIDIDAndMiniObject() {

@@ -2,6 +2,7 @@
 
 #include <list>
 #include <memory>
+#include <unordered_set>
 
 #include "objects/base/smnamedobjectbuilder_002_000.h"
 #include "objects/base/smxmlobject2_002_000.h"
@@ -43,7 +44,7 @@ class SM_API SMPackage2 : public SMNameDescObject2 {
     /** Takes doubles. */
     void AddLocale(const I18NString& locale) { m_locales.push_back(locale); }
     const std::list<I18NString>& GetViewrefs() const { return m_viewrefs; }
-    /** Does nothing when the reference is there. */
+    /** Does nothing when the reference is there. Takes constant time. */
     void AddViewref(const I18NString& reference);
     /** The element "adminAccess"; null when there is none. */
     SMXMLObject2* GetAdminAccess() const { return m_adminAccess; }
@@ -62,6 +63,8 @@ class SM_API SMPackage2 : public SMNameDescObject2 {
     int m_maxVersions = 0;
     std::list<I18NString> m_locales;
     std::list<I18NString> m_viewrefs;
+    /** The same, for finding. */
+    std::unordered_set<I18NString> m_knownViewrefs;
     QvSmartPtr<SMXMLObject2> m_adminAccess;
     /** Versions of the records that keep the texts and the lists. */
     long m_descriptionInfoId = 0, m_screenTipInfoId = 0, m_viewrefsInfoId = 0, m_localesInfoId = 0;

@@ -26,12 +26,17 @@ I18NString SMSecurityView2::GetSMID(bool escape) const {
 
 void SMSecurityView2::InsertRefID(SMEnum_includeRule::Enum rule, const I18NString& reference, SMSecurityDefinitionSet2::ERefTag tag) {
     const auto set = std::find_if(m_definition.begin(), m_definition.end(), [&](const auto& each) { return each.includeRule == rule; });
-    if (set == m_definition.end())
+    if (set == m_definition.end()) {
         m_definition.push_back({tag, rule, {reference}});
-    else if (set->refTag != tag)
+        return;
+    }
+    if (set->refTag != tag) {
         SMLog(SM_MISUSE, WORDS, "InsertRefID", "can't insert securityView difinition item " + reference);  // as the log has it
-    else if (std::find(set->refs.begin(), set->refs.end(), reference) == set->refs.end())
-        set->refs.push_back(reference);
+        return;
+    }
+    const auto [known, isFirst] = m_insertedUnder.try_emplace(rule);
+    if (isFirst) known->second.insert(set->refs.begin(), set->refs.end());
+    if (known->second.insert(reference).second) set->refs.push_back(reference);
 }
 
 SMSecurityDefinitionSet2::ERefTag SMSecurityView2::GetRefIDs(SMEnum_includeRule::Enum rule, std::vector<QvULString>& ids) const {
@@ -47,6 +52,7 @@ SMSecurityDefinitionSet2::ERefTag SMSecurityView2::GetRefIDs(SMEnum_includeRule:
 void SMSecurityView2::RemoveRefID(SMEnum_includeRule::Enum rule, const I18NString& reference) {
     for (SMSecurityDefinitionSet2& set : m_definition)
         if (set.includeRule == rule) set.refs.remove(reference);
+    if (const auto known = m_insertedUnder.find(rule); known != m_insertedUnder.end()) known->second.erase(reference);
 }
 
 void SMSecurityView2::AddToSetPIDIDAndMiniObject() {

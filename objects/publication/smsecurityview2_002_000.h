@@ -1,6 +1,8 @@
 #pragma once
 
 #include <list>
+#include <map>
+#include <unordered_set>
 #include <vector>
 
 #include "objects/base/smnamedobjectbuilder_002_000.h"
@@ -46,7 +48,7 @@ class SM_API SMSecurityView2 : public SMNamedObject2 {
 
     /**
      * Enters a reference into the first set of the rule, or into a new one; does nothing when it is there already. A set takes one
-     * kind of references only: another kind is logged and left out.
+     * kind of references only: another kind is logged and left out. Takes constant time, however many references there are.
      */
     void InsertRefID(SMEnum_includeRule::Enum rule, const I18NString& reference, SMSecurityDefinitionSet2::ERefTag tag);
     /** Appends the references of all sets of the rule; gives the kind of the last such set, or -1 when there is none. */
@@ -68,6 +70,8 @@ class SM_API SMSecurityView2 : public SMNamedObject2 {
     bool m_isRoleBased = false;
     QvSmartPtr<SMXMLObject2> m_access;
     std::vector<SMSecurityDefinitionSet2> m_definition;
+    /** What the first set of a rule holds; made by the first insertion under the rule. */
+    std::map<SMEnum_includeRule::Enum, std::unordered_set<I18NString>> m_insertedUnder;
     std::vector<SMQosOverride2> m_qosOverrides;
     std::list<I18NString> m_functionSets;
     /** Versions of the records that keep the three. */

@@ -67,6 +67,22 @@ TEST(SMSecurityView2Model, InsertsIntoTheFirstSetOfTheRule) {
     EXPECT_EQ(view->GetDefinition()[1].refTag, VIEWREF);
 }
 
+TEST(SMSecurityView2Model, KnowsWhatWasReadOrRemovedWhenItInserts) {
+    View view(
+        "<definition><set includeRule=\"hide\"><refobj>a</refobj><refobj>a</refobj></set><set includeRule=\"hide\"><refobj>b</refobj></set>"
+        "</definition>");
+    for (const char* reference : {"a", "b", "b"}) view->InsertRefID(HIDE, reference, REFOBJ);
+    EXPECT_THAT(RefsOf(view->GetDefinition()[0]), ElementsAre("a", "a", "b")) << "the first set alone is looked at";
+    EXPECT_THAT(RefsOf(view->GetDefinition()[1]), ElementsAre("b"));
+    view->RemoveRefID(HIDE, "a");
+    view->RemoveRefID(HIDE, "b");
+    EXPECT_THAT(RefsOf(view->GetDefinition()[1]), IsEmpty()) << "removed from all sets";
+    for (const char* reference : {"b", "a", "b"}) view->InsertRefID(HIDE, reference, REFOBJ);
+    EXPECT_THAT(RefsOf(view->GetDefinition()[0]), ElementsAre("b", "a"));
+    view->InsertRefID(INCLUDE, "a", REFOBJ);
+    EXPECT_THAT(RefsOf(view->GetDefinition()[2]), ElementsAre("a")) << "each rule for itself";
+}
+
 TEST(SMSecurityView2Model, LogsAndLeavesOutAReferenceOfAnotherKind) {
     CapturedLog log;
     View view;

@@ -8,12 +8,14 @@
 
 #include "bench/support/framedocument.h"
 #include "bench/support/measure.h"
+#include "bench/support/subjectdocument.h"
 #include "bench/support/xerces_floor.h"
 #include "core/qvutils/io/qvxmlformattarget.h"
 #include "core/qvutils/xml/qvsax2parser.h"
 #include "core/qvutils/xml/qvsax2printhandler.h"
 #include "objects/containers/smfolder2_002_000.h"
 #include "objects/containers/smnamespace2_002_000.h"
+#include "objects/face/smreferences_002_000.h"
 #include "objects/project/smprojectdocument_002_000.h"
 #include "objects/transforms/smrenamelist2_002_000.h"
 
@@ -160,6 +162,22 @@ void BM_FindOrCreate(benchmark::State& state) {
     state.counters["growth_goal"] = 1.05;
 }
 BENCHMARK(BM_FindOrCreate)->Iterations(4)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+/** Looking up every reference of a model, beside reading it. */
+void BM_CheckReferences(benchmark::State& state) {
+    const std::string document = bench::SubjectDocument(static_cast<std::size_t>(state.range(0)) * MB);
+    const QvSmartPtr<SMProject2> project = Read(document);
+    SMReferenceCheck check;
+    {
+        bench::Ratio ratio(state, 1.0, 0.5);
+        ratio.Run([&] { Read(document); }, [&] { check = SMCheckReferences(*project); });
+    }
+    if (!check.IsDone() || !check.dangling.empty()) std::abort();
+    const int objects = project->GetAllObjects().GetCount();
+    state.counters["references_per_object"] = static_cast<double>(check.references) / objects;
+    state.counters["ns_per_object"] = state.counters["best_ms"] * 1e6 / objects;
+}
+BENCHMARK(BM_CheckReferences)->Arg(10)->Arg(100)->Iterations(4)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 /** Renaming over kept fragments, beside a reused parser that prints back. */
 void BM_RenameFragments(benchmark::State& state) {

@@ -11,6 +11,7 @@ class App;
 void AddCheck(CLI::App& app, int& status);
 void AddFmt(CLI::App& app, int& status);
 void AddLs(CLI::App& app, int& status);
+void AddShow(CLI::App& app, int& status);
 /** `words`, borrowed as well: the command line as it was given. */
 void AddRename(CLI::App& app, int& status, const std::vector<std::string>& words);
 void AddRepo(CLI::App& app, int& status);

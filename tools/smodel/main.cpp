@@ -26,6 +26,7 @@ int Run(int argc, char** argv) {
     AddCheck(app, status);
     AddFmt(app, status);
     AddLs(app, status);
+    AddShow(app, status);
     AddRename(app, status, words);
     AddRepo(app, status);
     AddDemo(app, status);

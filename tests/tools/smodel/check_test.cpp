@@ -9,6 +9,7 @@
 namespace {
 
 using ::testing::ContainsRegex;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
@@ -48,6 +49,22 @@ TEST(SmodelCheck, FoldsRepeatedEventsWithTheirNumber) {
     EXPECT_EQ(lines(folded.out, "Unknown tag"), 1u);
     EXPECT_THAT(folded.out, HasSubstr(" (6 times)\n"));
     EXPECT_THAT(all.out, Not(HasSubstr(" times)")));
+}
+
+TEST(SmodelCheck, EndsWithTheReferencesThatLeadNowhere) {
+    const TestDirectory directory;
+    const std::string path = directory.Write(
+        "a.xml", ModelDocument(NamespaceElement("Sales",
+                                                "<shortcut><name locale=\"en\">a</name><refobj>[Sales]</refobj></shortcut>"
+                                                "<shortcut><name locale=\"en\">b</name><refobj>[Sales].[gone]</refobj></shortcut>"
+                                                "<shortcut><name locale=\"en\">c</name><refobj>[Sales].[gone]</refobj></shortcut>")));
+    const ToolRun run = RunTool({"check", path});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, IsEmpty());
+    EXPECT_THAT(run.out,
+                EndsWith("3  shortcut\n" + path +
+                         ": warning: the reference [Sales].[gone] in 'refobj' names no object of the model [[Sales].[b]]\n" + path +
+                         ": warning: the reference [Sales].[gone] in 'refobj' names no object of the model [[Sales].[c]]\n"));
 }
 
 TEST(SmodelCheck, ReadsStandardInput) {

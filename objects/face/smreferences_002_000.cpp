@@ -57,7 +57,7 @@ class ReferenceReader {
         case Tag::relationship: return Relationship(As<SMRelationship2>());
         case Tag::scopeRelationship: return Ends(As<SMRelationshipBase2>());
         case Tag::scope: return Text("levelRef", As<SMScope2>().m_levelRef);
-        case Tag::measureScope: return Text("refobj", As<SMMeasureScope2>().m_refobj);
+        case Tag::measureScope: return MeasureScope(As<SMMeasureScope2>());
         case Tag::shortcut: return Text("refobj", As<SMShortcut2>().GetRefObj());
         case Tag::relationshipShortcut: return RelationshipShortcut(As<SMRelationshipShortcut2>());
         case Tag::dataSource: return DataSource(As<SMDatasource2>());
@@ -154,6 +154,10 @@ class ReferenceReader {
         Ends(relationship);
         Kept("expression", relationship.GetExpression());
         Kept("sql", relationship.sql);
+    }
+    void MeasureScope(const SMMeasureScope2& scope) {
+        if (scope.m_allocation.utf8().starts_with('[')) Text("allocation", scope.m_allocation);  // else a word such as "constant"
+        Text("refobj", scope.m_refobj);
     }
     void RelationshipShortcut(const SMRelationshipShortcut2& shortcut) {
         Text("left", shortcut.leftRefObj);

@@ -20,7 +20,6 @@
 namespace {
 
 using namespace schema_002_000;
-using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -131,6 +130,8 @@ std::vector<Kind> Kinds() {
         {"<scopeRelationship>" + Ends("[N].[d]", "%") + "</scopeRelationship>", "", "[N].[r]", "right", "[N].[d]"},
         {Scope("<levelRef>%</levelRef>"), "", "[N].[r]", "scope/levelRef", "[N].[d].[h].[l]"},
         {Scope("<measureScope><refobj>%</refobj></measureScope>"), "", "[N].[r]", "scope/measureScope/refobj", "[N].[d].[m]"},
+        {Scope("<measureScope><allocation>%</allocation><refobj>[N].[d].[m]</refobj></measureScope>"), "", "[N].[r]",
+         "scope/measureScope/allocation", "[N].[d].[m]"},
         {Named("shortcut", "k", "<refobj>%</refobj>"), "", "[N].[k]", "refobj", "[N].[f]"},
         {RelationshipShortcut("%", "[N].[s]", "[N].[old r]"), "", "[N].[rs]", "left", "[N].[s]"},
         {RelationshipShortcut("[N].[s]", "%", "[N].[old r]"), "", "[N].[rs]", "right", "[N].[s]"},
@@ -216,6 +217,11 @@ TEST_P(SMReferencesOfEachKind, DangleWhereItIsNot) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Model, SMReferencesOfEachKind, testing::ValuesIn(Kinds()));
+
+TEST(SMReferences, AreNoWordsOfAnAllocation) {
+    const SMLoadResult loaded = Load(Scope("<measureScope><allocation>constant</allocation></measureScope>"));
+    EXPECT_THAT(Lines(SMCheckReferences(*loaded.project)), IsEmpty());
+}
 
 TEST(SMReferences, KnowFieldsThatNoDocumentHolds) {
     const SMLoadResult loaded = Load("<relationship>" + Ends("[N].[s]", "[N].[s]") + "</relationship>" +

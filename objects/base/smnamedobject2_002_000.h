@@ -56,6 +56,9 @@ class SM_API SMNamedObject2 : public SMObjectBase {
     void WriteXMLPlaceholder(const I18NString& filename, QvContentHandler* handler) const;
 
   protected:
+    /** Reads the object's own file, whose root is `rootTag`; `builder` fills this object. False, and logged, if it cannot be read. */
+    bool ReadPartFile(const I18NString& filepath, const I18NString& filename, const I18NString& rootTag, const SMLogWords& words,
+                      QvContentHandler& builder);
     /** Finds or makes the entry of a locale; a new one keeps the spelling given here. */
     void SetLocaleText(SMLocaleMap& map, const QvULString& locale, const QvULString& text);
     bool IsDefaultLocale(const QvULString& locale) const;

@@ -79,22 +79,29 @@ void SMNamedObject2::BreakAndWriteXMLDocument(MultiFileHelper* files, QvContentH
     case SMWriteWhat::emptyPlaceholder: WriteXMLEmptyPlaceholder(files, parentHandler ? parentHandler : handler, target); break;
     case SMWriteWhat::file: {
         I18NString path = m_project ? m_project->m_baseDirectory : EMPTY_QVSTRING;
-        MultiFileHelper::MakeFilePath(defaultName, GetFileExtension(), path);
+        files->MakeFilePath(defaultName, GetFileExtension(), path);
         I18NString directory, filename;
         TklSmDir::splitPath(path, &directory, &filename);
         QvFileWriter fileWriter(path.c_str());
-        QvSAX2PrintHandler fileHandler("UTF-8", false, fileWriter, false);
         StartXMLPlaceholder(filename, handler);
-        {
+        files->WriteFile(fileWriter, [&](QvXMLFormatTarget& fileTarget) {
+            QvSAX2PrintHandler fileHandler("UTF-8", false, fileTarget, false);
             const EnclosingDocument enclosing(parentHandler, parentTarget, handler, target);
-            WriteXMLElement(files, &fileHandler, fileWriter);
-        }
+            WriteXMLElement(files, &fileHandler, fileTarget);
+        });
         EndXMLPlaceholder(handler);
         fileWriter.close();
         break;
     }
     case SMWriteWhat::nothing: break;
     }
+}
+
+bool SMNamedObject2::ReadPartFile(const I18NString& filepath, const I18NString& filename, const I18NString& rootTag,
+                                  const SMLogWords& words, QvContentHandler& builder) {
+    SMPartFiles alone;
+    SMPartFiles& files = m_project ? m_project->m_partFiles : alone;
+    return files.Read({m_project ? m_project->m_baseDirectory : EMPTY_QVSTRING, filepath, filename, rootTag, words}, builder);
 }
 
 }  // namespace schema_002_000

@@ -1,10 +1,7 @@
 #include "objects/containers/smnamespace2_002_000.h"
 
-#include "core/qvutils/diag/tklerrors.h"
-#include "core/qvutils/io/tklsmdir.h"
 #include "core/qvutils/persist/cltask.h"
 #include "core/qvutils/persist/multifilehelper.h"
-#include "core/qvutils/xml/qvsax2parser.h"
 #include "objects/project/smproject2_002_000.h"
 
 namespace schema_002_000 {
@@ -18,11 +15,6 @@ const I18NString FILE_EXTENSION = I18NString::Immortal("qvf");
 const QvULString NAME_TARGET = QvULString::Immortal("Target");
 const QvULString NAME_SOURCE = QvULString::Immortal("Source");
 constexpr int MODEL_TYPE_NAMESPACE = 21, MODEL_TYPE_FOLDER = 22, MODEL_TYPE_PROJECT = 23;
-
-void LogReadFailure(const char* message, const I18NString& detail) {
-    // as the log has it: these two words, in this order
-    QvLogEvent(SM_FAILURE, "QvOne", "qve", WORDS.module, WORDS.className, "ReadFromXMLFile", 0, message, detail).Log();
-}
 
 }  // namespace
 
@@ -73,21 +65,8 @@ void SMNamespace2::WriteXMLEmptyPlaceholder(MultiFileHelper* files, QvContentHan
 }
 
 bool SMNamespace2::ReadFromXMLFile(const I18NString& filepath, const I18NString& filename) {
-    try {
-        I18NString path = m_project ? m_project->m_baseDirectory : EMPTY_QVSTRING;
-        TklSmDir::joinPath(path, filepath);
-        TklSmDir::joinPath(path, filename);
-        QvSAX2Parser parser;
-        SMNamespaceBuilder builder(this, true);
-        parser.setContentHandler(&builder);
-        parser.parse(path);
-        return true;
-    } catch (const TklRuntimeError& error) {
-        LogReadFailure("Error reading SM model from XML", error.what());
-    } catch (...) {
-        LogReadFailure("Unknown error reading SM model from XML.", I18NString());
-    }
-    return false;
+    SMNamespaceBuilder builder(this, true);
+    return ReadPartFile(filepath, filename, m_tags->namespace_, WORDS, builder);
 }
 
 // ---- repository

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "objects/base/smpartfiles_002_000.h"
 #include "objects/face/smoperation_002_000.h"
 
 namespace schema_002_000 {
 
 /** Thrown by an operation of the face through whatever it calls, because its caller wants it to end. */
-struct SMCancelled {};
+struct SMCancelled : SMReadEnded {};
 
 /** Counts the steps of an operation: tells its caller from time to time, and ends it when the caller says so. */
 class SMTicker {

@@ -1,11 +1,11 @@
 #include "objects/face/smmodeldocument_002_000.h"
 
 #include <algorithm>
-#include <array>
+#include <exception>
 
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/xml/qvsax2printhandler.h"
-#include "objects/face/smguard_002_000.h"
+#include "objects/face/smwatchedtarget_002_000.h"
 #include "objects/project/smprojectdocument_002_000.h"
 
 namespace schema_002_000 {
@@ -13,7 +13,6 @@ namespace schema_002_000 {
 namespace {
 
 constexpr std::size_t ELEMENTS_PER_TICK = 4'096;
-constexpr std::size_t WINDOW = std::size_t{64} << 10;
 
 /** Builds the project, and looks at its caller's wishes at each element. */
 class WatchedBuilder : public SMProjectBuilder {
@@ -26,6 +25,8 @@ class WatchedBuilder : public SMProjectBuilder {
         m_ticker.Add(1);
         SMProjectBuilder::startElement(uri, localName, qName, attrs);
     }
+    /** For an element of a separate file. */
+    void Watch() { m_ticker.Add(1); }
 
   private:
     [[noreturn]] static void FailAtRoot(const I18NString& name) {
@@ -37,41 +38,6 @@ class WatchedBuilder : public SMProjectBuilder {
     SMTicker m_ticker;
 };
 
-/** Hands bytes on in blocks, counts them, and looks at its caller's wishes at each block. */
-class WatchedTarget : public QvXMLFormatTarget {
-  public:
-    WatchedTarget(QvXMLFormatTarget& target, const SMControl& control) : m_target(target), m_ticker(control, SMProgress::bytes, 1) {
-        m_at = m_window.data();
-        m_end = m_at + m_window.size();
-    }
-
-    void flush() override {
-        HandOn();
-        m_target.flush();
-    }
-    std::size_t Count() const { return m_ticker.Done(); }
-
-  protected:
-    void overflow(const char* bytes, std::size_t length) override {
-        HandOn();
-        if (length < m_window.size()) return write(bytes, length);
-        m_ticker.Add(length);
-        m_target.write(bytes, length);
-    }
-
-  private:
-    void HandOn() {
-        const auto length = static_cast<std::size_t>(m_at - m_window.data());
-        m_at = m_window.data();
-        m_ticker.Add(length);
-        m_target.write(m_window.data(), length);
-    }
-
-    QvXMLFormatTarget& m_target;
-    SMTicker m_ticker;
-    std::array<char, WINDOW> m_window;
-};
-
 std::string DirectoryOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     return slash == std::string::npos ? std::string() : path.substr(0, std::max<std::size_t>(slash, 1));
@@ -79,17 +45,32 @@ std::string DirectoryOf(const std::string& path) {
 
 using Parse = std::function<void(QvSAX2Parser&)>;
 
+/** What a watcher raised inside a separate file comes out as it was. */
+void ParseAll(const std::function<void()>& parse) {
+    try {
+        parse();
+    } catch (const SMReadEnded& ended) {
+        if (ended.why) std::rethrow_exception(ended.why);
+        throw;
+    }
+}
+
 SMLoadResult Load(const SMLoadOptions& options, const std::string& baseDirectory, const Parse& parse) {
     SMLoadResult result;
     QvSmartPtr<SMProject2> project;
     SMRunGuarded(result, [&] {
         project = new SMProject2;
-        project->m_baseDirectory = I18NString(std::string_view(options.baseDirectory.empty() ? baseDirectory : options.baseDirectory));
+        const std::string& directory = options.baseDirectory.empty() ? baseDirectory : options.baseDirectory;
+        project->m_baseDirectory = I18NString(std::string_view(directory));
         WatchedBuilder builder(project, options.control);
+        project->m_partFiles.SetRoot(directory.empty() ? "." : directory);
+        project->m_partFiles.SetLimits(options.limits);
+        project->m_partFiles.SetWatch([&] { builder.Watch(); });
         QvSAX2Parser parser;
         parser.setLimits(options.limits);
         parser.setContentHandler(&builder);
-        parse(parser);
+        ParseAll([&] { parse(parser); });
+        project->m_partFiles.SetWatch(nullptr);
         return true;
     });
     if (result.IsDone()) result.project = project;
@@ -97,12 +78,13 @@ SMLoadResult Load(const SMLoadOptions& options, const std::string& baseDirectory
 }
 
 void Write(const SMProject2& project, QvXMLFormatTarget& target, const SMSaveOptions& options, std::size_t& bytes) {
-    WatchedTarget watched(target, options.control);
+    SMTicker ticker(options.control, SMProgress::bytes, 1);
+    SMWatchedTarget watched(target, ticker);
     QvSAX2PrintHandler printer("UTF-8", false, watched, false);
     printer.SetIndent(options.indent);
     project.WriteXMLDocument(nullptr, &printer, watched);
     watched.flush();
-    bytes = watched.Count();
+    bytes = ticker.Done();
 }
 
 }  // namespace

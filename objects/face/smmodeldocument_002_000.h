@@ -16,7 +16,10 @@ struct SMLoadOptions {
     SMXMLLimits limits;
     /** Stands in diagnostics; empty: the path of the document. */
     std::string name;
-    /** The directory of the model's separate files; empty: that of the document, or the working directory for bytes. */
+    /**
+     * The directory of the model's separate files; empty: that of the document, or the working directory for bytes. No file outside
+     * of it is opened, whatever the document says.
+     */
     std::string baseDirectory;
 };
 
@@ -35,7 +38,10 @@ struct SMSaveResult : SMResult {
     std::size_t bytes = 0;
 };
 
-/** Reads a model document. A root element that is not "project" makes it fail. */
+/**
+ * Reads a model document. A root element that is not "project" makes it fail. A separate file that cannot be read is an error among
+ * the diagnostics, and `m_partFiles` of the project counts it: the model lacks what it holds.
+ */
 SM_API SMLoadResult SMLoadModel(const std::string& path, const SMLoadOptions& options = {});
 /** The same for a document in memory, which is not copied. */
 SM_API SMLoadResult SMLoadModelBytes(std::string_view document, const SMLoadOptions& options = {});

@@ -12,6 +12,7 @@
 #include "objects/base/smenums_002_000.h"
 #include "objects/base/smnameindex_002_000.h"
 #include "objects/base/smobjectbuilder_002_000.h"
+#include "objects/base/smpartfiles_002_000.h"
 
 class CLTask;
 
@@ -174,6 +175,8 @@ class SM_API SMProject2 : public SMObjectBase {
     std::map<QvULString, SMObjectBase*> m_idMap;
     /** The directory against which the model's separate files are found. */
     I18NString m_baseDirectory;
+    /** How these files are read. */
+    SMPartFiles m_partFiles;
     /** Borrowed; the name of the data source that is the target of an export. */
     QvULString* m_targetDataSourceName = nullptr;
     /** Whether data sources tell their connection and schema in a document. True again after each document that is written. */

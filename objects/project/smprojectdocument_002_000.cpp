@@ -39,6 +39,7 @@ const I18NString& GetModelSchemaLocation() {
 // ---- writing
 
 void SMProject2::WriteXMLDocument(IOHelper* helper, QvContentHandler* handler, QvXMLFormatTarget& target) const {
+    if (MultiFileHelper* files = FilesOf(helper)) files->BeginDocument();
     handler->startDocument();
     WriteXMLElement(helper, handler, target);
     handler->endDocument();

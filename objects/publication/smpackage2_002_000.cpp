@@ -1,9 +1,6 @@
 #include "objects/publication/smpackage2_002_000.h"
 
-#include "core/qvutils/diag/tklerrors.h"
-#include "core/qvutils/io/tklsmdir.h"
 #include "core/qvutils/persist/cltask.h"
-#include "core/qvutils/xml/qvsax2parser.h"
 #include "objects/base/smprint_002_000.h"
 #include "objects/project/smproject2_002_000.h"
 
@@ -18,11 +15,6 @@ const QvULString COL_LASTPUBLISHED = SMColumn("LASTPUBLISHED");
 const QvULString COL_MAXVERSIONS = SMColumn("MAXVERSIONS");
 const I18NString FILE_EXTENSION = I18NString::Immortal("qva");
 const QvULString NAME_PROJECT = QvULString::Immortal("project");
-
-void LogFileFailure(const char* message, const I18NString& detail) {
-    // as the log has it: these two words, in this order
-    QvLogEvent(SM_FAILURE, "QvOne", "qve", WORDS.module, WORDS.className, "ReadFromXMLFile", 0, message, detail).Log();
-}
 
 }  // namespace
 
@@ -101,21 +93,8 @@ void SMPackage2::WriteXMLEmptyPlaceholder(MultiFileHelper*, QvContentHandler* ha
 }
 
 bool SMPackage2::ReadFromXMLFile(const I18NString& filepath, const I18NString& filename) {
-    try {
-        I18NString path = m_project ? m_project->m_baseDirectory : EMPTY_QVSTRING;
-        TklSmDir::joinPath(path, filepath);
-        TklSmDir::joinPath(path, filename);
-        QvSAX2Parser parser;
-        SMPackageBuilder builder(this);
-        parser.setContentHandler(&builder);
-        parser.parse(path);
-        return true;
-    } catch (const TklRuntimeError& error) {
-        LogFileFailure("Error reading SM model from XML", error.what());
-    } catch (...) {
-        LogFileFailure("Unknown error reading SM model from XML.", I18NString());
-    }
-    return false;
+    SMPackageBuilder builder(this);
+    return ReadPartFile(filepath, filename, m_tags->package, WORDS, builder);
 }
 
 // ---- repository

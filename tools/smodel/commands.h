@@ -14,5 +14,7 @@ void AddLs(CLI::App& app, int& status);
 void AddShow(CLI::App& app, int& status);
 /** `words`, borrowed as well: the command line as it was given. */
 void AddRename(CLI::App& app, int& status, const std::vector<std::string>& words);
+void AddSplit(CLI::App& app, int& status);
+void AddJoin(CLI::App& app, int& status);
 void AddRepo(CLI::App& app, int& status);
 void AddDemo(CLI::App& app, int& status);

@@ -28,6 +28,8 @@ int Run(int argc, char** argv) {
     AddLs(app, status);
     AddShow(app, status);
     AddRename(app, status, words);
+    AddSplit(app, status);
+    AddJoin(app, status);
     AddRepo(app, status);
     AddDemo(app, status);
     try {

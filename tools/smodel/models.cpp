@@ -19,17 +19,22 @@ std::string NameOfOutput(const std::string& given) {
     return given == "-" ? "<stdout>" : given;
 }
 
+SMLoadOptions LoadOptionsFor(const std::string& given) {
+    SMLoadOptions options;
+    if (given == "-") {
+        options.name = "<stdin>";
+        options.baseDirectory = ".";
+    }
+    return options;
+}
+
 SMLoadResult ReadModel(const std::string& given, bool quiet) {
     SMLoadResult result;
     {
         const LeaveAtOnce nothingToTidyUp;
         ProgressLine line("reading " + given);
-        SMLoadOptions options;
+        SMLoadOptions options = LoadOptionsFor(given);
         options.control = line.Control();
-        if (given == "-") {
-            options.name = "<stdin>";
-            options.baseDirectory = ".";
-        }
         result = SMLoadModel(InputPath(given), options);
     }
     if (!quiet || !result.IsDone()) PrintDiagnostics(stderr, result.diagnostics, true);

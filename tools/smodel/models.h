@@ -11,6 +11,9 @@ std::string OutputPath(const std::string& given);
 /** What messages call it. */
 std::string NameOfOutput(const std::string& given);
 
+/** How to read what the user gave. */
+schema_002_000::SMLoadOptions LoadOptionsFor(const std::string& given);
+
 /** Reads a model while progress is shown. What the reading found is not printed when `quiet`; why it failed always is. */
 schema_002_000::SMLoadResult ReadModel(const std::string& given, bool quiet = false);
 

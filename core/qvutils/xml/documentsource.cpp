@@ -60,6 +60,14 @@ FileSource::FileSource(std::string path) : m_path(std::move(path)) {
     const bool isInherited = m_path == "/dev/stdin";
     do m_file = isInherited ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0) : ::open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
     while (m_file < 0 && errno == EINTR);
+    Begin();
+}
+
+FileSource::FileSource(int descriptor, std::string path) : m_path(std::move(path)), m_file(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0)) {
+    Begin();
+}
+
+void FileSource::Begin() {
     if (m_file < 0) Fail("cannot open", errno);
     try {
         FillHead();

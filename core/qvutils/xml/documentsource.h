@@ -33,6 +33,8 @@ class MemorySource final : public DocumentSource {
 class FileSource final : public DocumentSource {
   public:
     explicit FileSource(std::string path);
+    /** Reads on in an open file, which stays the caller's; `path` is for errors. */
+    FileSource(int descriptor, std::string path);
     ~FileSource() override;
     FileSource(const FileSource&) = delete;
     FileSource& operator=(const FileSource&) = delete;
@@ -41,6 +43,7 @@ class FileSource final : public DocumentSource {
 
   private:
     std::size_t ReadFile(char* to, std::size_t room);
+    void Begin();
     void FillHead();
     [[noreturn]] void Fail(const char* what, int error) const;
 

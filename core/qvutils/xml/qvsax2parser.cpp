@@ -95,6 +95,12 @@ void QvSAX2Parser::parse(const I18NString& path) {
     Parse(source, name, m_handler, m_limits);
 }
 
+void QvSAX2Parser::parseOpenFile(int descriptor, const I18NString& path) {
+    const std::string name(path.utf8());
+    qv::FileSource source(descriptor, name);
+    Parse(source, name, m_handler, m_limits);
+}
+
 void QvSAX2Parser::parse(const TklByteBuffer& document) {
     parse(document.str(), document.pcount());
 }

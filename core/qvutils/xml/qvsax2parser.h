@@ -49,6 +49,8 @@ class SM_API QvSAX2Parser {
     void setSourceName(const I18NString& name) { m_sourceName = name; }
     /** Parses a local file. */
     void parse(const I18NString& path);
+    /** Parses what an open file holds from where it stands. The descriptor stays the caller's; `path` is for diagnostics. */
+    void parseOpenFile(int descriptor, const I18NString& path);
     /** Parses the bytes in place, without a copy. */
     void parse(const TklByteBuffer& document);
     void parse(const char* bytes, std::size_t length);

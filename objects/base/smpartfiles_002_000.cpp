@@ -1,0 +1,155 @@
+#include "objects/base/smpartfiles_002_000.h"
+
+#include <algorithm>
+#include <optional>
+
+#include <sys/stat.h>
+
+#include "core/qvutils/diag/diagnostics.h"
+#include "core/qvutils/diag/tklerrors.h"
+#include "core/qvutils/io/openbeneath.h"
+#include "core/qvutils/io/tklsmdir.h"
+#include "objects/base/smenum_xmltag_002_000.h"
+#include "objects/base/smenums_002_000.h"
+
+namespace schema_002_000 {
+
+namespace {
+
+/** Files that stand for several objects are read each time, so a few of them could unfold without end. */
+constexpr std::size_t MOST_READ_AGAIN = 10'000;
+
+void LogFailure(const SMLogWords& words, const char* message, const I18NString& detail) {
+    // as the log has it: these two words, in this order
+    QvLogEvent(SM_FAILURE, "QvOne", "qve", words.module, words.className, "ReadFromXMLFile", 0, message, detail).Log();
+}
+
+/** Hands all on to the handler of a file; looks at its root, and tells the watcher of each element. */
+class PartHandler final : public QvContentHandler, public SMObjectLocator {
+  public:
+    PartHandler(const SMPartFiles::Part& part, QvContentHandler& handler, const std::function<void()>& watch)
+        : m_part(part), m_handler(handler), m_locator(dynamic_cast<SMObjectLocator*>(&handler)), m_watch(watch) {}
+
+    void startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) override {
+        if (m_watch) Watch();
+        if (m_atRoot) LookAtRoot(localName, qName, attrs);
+        m_handler.startElement(uri, localName, qName, attrs);
+    }
+    void endElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) override {
+        m_handler.endElement(uri, localName, qName);
+    }
+    void characters(const I18NString& text) override { m_handler.characters(text); }
+    void ignorableWhitespace(const I18NString& text) override { m_handler.ignorableWhitespace(text); }
+    void processingInstruction(const I18NString& target, const I18NString& data) override { m_handler.processingInstruction(target, data); }
+    void startDocument() override { m_handler.startDocument(); }
+    void endDocument() override { m_handler.endDocument(); }
+    void startPrefixMapping(const I18NString& prefix, const I18NString& uri) override { m_handler.startPrefixMapping(prefix, uri); }
+    void endPrefixMapping(const I18NString& prefix) override { m_handler.endPrefixMapping(prefix); }
+    void skippedEntity(const I18NString& name) override { m_handler.skippedEntity(name); }
+
+    const IOObject* InnermostObject() const override { return m_locator ? m_locator->InnermostObject() : nullptr; }
+
+  private:
+    void Watch() {
+        try {
+            m_watch();
+        } catch (const SMReadEnded&) {
+            throw;
+        } catch (...) {
+            throw SMReadEnded{std::current_exception()};
+        }
+    }
+
+    void LookAtRoot(const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) {
+        m_atRoot = false;
+        if (localName != m_part.rootTag) {
+            const SMSourceContext at = SMSourceFrame::Innermost()->Describe();
+            throw TklRuntimeError(
+                "the root element is <" + std::string(qName.utf8()) + ">, not <" + std::string(m_part.rootTag.utf8()) + ">",
+                std::string(at.file), at.line, at.column);
+        }
+        // as the format has it: the placeholder says nothing of it, and the file is not asked
+        const SMEnum_xmltag* tags = SMEnum_xmltag::GetInstance();
+        if (m_part.rootTag == tags->package && SMEnum_bool::string2bool(attrs.getValue(tags->isRoleBased)))
+            SMLog(SM_NOTICE, m_part.words, "ReadFromXMLFile", "That a package is based on roles is not read from a file of its own.");
+    }
+
+    const SMPartFiles::Part& m_part;
+    QvContentHandler& m_handler;
+    SMObjectLocator* m_locator;
+    const std::function<void()>& m_watch;
+    bool m_atRoot = true;
+};
+
+bool IsAbsolute(const I18NString& path) {
+    return !path.empty() && path.utf8().front() == '/';
+}
+
+}  // namespace
+
+bool SMPartFiles::Read(const Part& part, QvContentHandler& handler) {
+    const std::size_t depth = m_open.size();
+    try {
+        I18NString path = part.baseDirectory;
+        TklSmDir::joinPath(path, part.filepath);
+        TklSmDir::joinPath(path, part.filename);
+        Parse(part, path, handler);
+        m_open.resize(depth);
+        ++m_read[QvULString(part.rootTag)];
+        return true;
+    } catch (const SMReadEnded&) {
+        m_open.resize(depth);
+        throw;
+    } catch (const TklRuntimeError& error) {
+        LogFailure(part.words, "Error reading SM model from XML", error.what());
+    } catch (...) {
+        LogFailure(part.words, "Unknown error reading SM model from XML.", I18NString());
+    }
+    m_open.resize(depth);
+    ++m_unread;
+    return false;
+}
+
+std::size_t SMPartFiles::ReadCount(const I18NString& rootTag) const {
+    const auto found = m_read.find(QvULString(rootTag));
+    return found == m_read.end() ? 0 : found->second;
+}
+
+void SMPartFiles::Parse(const Part& part, const I18NString& path, QvContentHandler& handler) {
+    const std::string name(path.utf8());
+    qv::Descriptor file;
+    struct stat status {};
+    if (!m_root.empty()) file = qv::OpenBeneath(m_root, BelowRoot(part, name), name);
+    if ((file ? ::fstat(file.Get(), &status) : ::stat(name.c_str(), &status)) == 0) Enter({status.st_dev, status.st_ino}, name);
+    QvSAX2Parser parser;
+    parser.setLimits(m_limits);
+    if (!file) {
+        parser.setContentHandler(&handler);
+        parser.parse(path);
+        return;
+    }
+    PartHandler strict(part, handler, m_watch);
+    parser.setContentHandler(&strict);
+    parser.parseOpenFile(file.Get(), path);
+}
+
+std::string SMPartFiles::BelowRoot(const Part& part, const std::string& path) const {
+    const auto refuse = [&]() -> std::string {
+        throw TklRuntimeError("cannot open: it leads out of the directory of the model, " + m_root, path);
+    };
+    if (IsAbsolute(part.filepath) || IsAbsolute(part.filename)) return refuse();
+    if (m_root == ".") return path.starts_with('/') ? refuse() : path;
+    std::string directory = m_root;
+    if (directory.back() != '/') directory += '/';
+    return path.starts_with(directory) ? path.substr(directory.size()) : refuse();
+}
+
+void SMPartFiles::Enter(const Identity& file, const std::string& path) {
+    if (std::find(m_open.begin(), m_open.end(), file) != m_open.end())
+        throw TklRuntimeError("the file would be read inside itself; take the placeholder that names it out of it", path);
+    if (!m_known.insert(file).second && ++m_again > MOST_READ_AGAIN)
+        throw TklRuntimeError("the placeholders of the model name the same files too often", path);
+    m_open.push_back(file);
+}
+
+}  // namespace schema_002_000

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <exception>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/qvutils/text/qvulstring.h"
+#include "core/qvutils/xml/qvsax2parser.h"
+#include "objects/base/smlog_002_000.h"
+
+namespace schema_002_000 {
+
+/** Raised to end the read of a whole model: the read of a separate file lets it pass, and nothing else. */
+struct SMReadEnded {
+    /** What a watcher raised instead; null when it raised this. */
+    std::exception_ptr why;
+};
+
+/** How the separate files of a model are read, and what came of it. */
+class SM_API SMPartFiles {
+  public:
+    /**
+     * From now on no file outside of this directory is opened, whatever a document says: not by "..", an absolute path or a symbolic
+     * link. Also, a file must have the root element of its object. Empty, as at the start: paths are followed as they are.
+     */
+    void SetRoot(const std::string& directory) { m_root = directory; }
+    void SetLimits(const SMXMLLimits& limits) { m_limits = limits; }
+    /** Called at each element of the separate files; may raise. Null: nobody watches. */
+    void SetWatch(std::function<void()> watch) { m_watch = std::move(watch); }
+
+    /** What is to be read, and in whose words failures are logged. All is borrowed. */
+    struct Part {
+        const I18NString& baseDirectory;
+        const I18NString& filepath;
+        const I18NString& filename;
+        /** The element that the object is written as. */
+        const I18NString& rootTag;
+        const SMLogWords& words;
+    };
+    /** Reads a file into a handler. False, with the event logged, when it cannot be read; raises nothing but SMReadEnded. */
+    bool Read(const Part& part, QvContentHandler& handler);
+
+    /** Files that were read with this root element. */
+    std::size_t ReadCount(const I18NString& rootTag) const;
+    /** Files that could not be read: the model lacks what they hold. */
+    std::size_t UnreadCount() const { return m_unread; }
+
+  private:
+    /** Device and number of a file. */
+    using Identity = std::pair<unsigned long long, unsigned long long>;
+
+    void Parse(const Part& part, const I18NString& path, QvContentHandler& handler);
+    std::string BelowRoot(const Part& part, const std::string& path) const;
+    void Enter(const Identity& file, const std::string& path);
+
+    std::string m_root;
+    SMXMLLimits m_limits;
+    std::function<void()> m_watch;
+    /** The files being read now, one inside the other. */
+    std::vector<Identity> m_open;
+    std::set<Identity> m_known;
+    std::map<QvULString, std::size_t> m_read;
+    std::size_t m_unread = 0, m_again = 0;
+};
+
+}  // namespace schema_002_000

@@ -4,7 +4,7 @@
 set -eu
 
 wanted="g++ make cmake ninja-build ccache pkg-config libxerces-c-dev libicu-dev libsqlite3-dev
-        libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev"
+        libpq-dev postgresql-15 libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev"
 for extra in "$@"; do
     case $extra in
     clang) wanted="$wanted clang" ;;
@@ -22,7 +22,7 @@ installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' 2>/dev/null | se
 present() {
     case $1 in
     ninja-build) command -v ninja >/dev/null ;;
-    *-dev) printf '%s\n' "$installed" | grep -qx "$1" ;;
+    *-dev | postgresql-*) printf '%s\n' "$installed" | grep -qx "$1" ;;
     *) command -v "$1" >/dev/null ;;
     esac
 }
@@ -41,10 +41,18 @@ root=
 [ "$(id -u)" -eq 0 ] || root=sudo
 
 apt() { $root env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300 "$@"; }
+# The tests start servers of their own; that of the package is not to run beside them.
+no_main_cluster() {
+    case $missing in *postgresql*) ;; *) return 0 ;; esac
+    ! ls /usr/lib/postgresql/*/bin/postgres >/dev/null 2>&1 || return 0
+    $root mkdir -p /etc/postgresql-common/createcluster.d
+    echo 'create_main_cluster = false' | $root tee /etc/postgresql-common/createcluster.d/no-main-cluster.conf >/dev/null
+}
 # shellcheck disable=SC2086 # a list of words
 install() { apt install -y --no-install-recommends $missing; }
 
 echo "setup: installing${root:+ with sudo}:$missing"
+no_main_cluster
 known=yes
 for package in $missing; do
     [ -n "$(apt-cache madison "$package" 2>/dev/null)" ] || known=no

@@ -7,7 +7,7 @@ foreach(header IN LISTS SMODEL_HEADERS)
   list(APPEND SMODEL_HEADER_SOURCES ${CMAKE_CURRENT_BINARY_DIR}/headers/${header}.cpp)
 endforeach()
 add_library(smodel-headers OBJECT EXCLUDE_FROM_ALL ${SMODEL_HEADER_SOURCES})
-target_link_libraries(smodel-headers PRIVATE smodel XercesC::XercesC SQLite::SQLite3 GTest::gtest)
+target_link_libraries(smodel-headers PRIVATE smodel XercesC::XercesC SQLite::SQLite3 PostgreSQL::PostgreSQL GTest::gtest)
 target_compile_options(smodel-headers PRIVATE -O0)
 add_test(NAME Tree.EachHeaderCompilesAlone COMMAND ${CMAKE_COMMAND} --build ${CMAKE_BINARY_DIR} --target smodel-headers)
 

@@ -86,7 +86,11 @@ struct ViewShape {
 /** A store refused or failed. */
 class SM_API StoreError : public TklRuntimeError {
   public:
-    enum Reason { failed, busy, movedOn };
+    /**
+     * `again`: the transaction was undone for the sake of others, and may succeed when it is run once more from its beginning.
+     * `unknown`: whether the transaction stands cannot be told.
+     */
+    enum Reason { failed, busy, movedOn, again, unknown };
 
     explicit StoreError(std::string message, Reason reason = failed) : TklRuntimeError(std::move(message)), m_reason(reason) {}
     Reason reason() const noexcept { return m_reason; }
@@ -110,6 +114,11 @@ class RowChange {
     virtual ~RowChange() = default;
     /** The number of rows that fitted. */
     virtual std::int64_t Run(std::span<const Cell> parameters) = 0;
+    /** Changes one row, which must be there. It may reach the store, and fail, as late as `Finish`. */
+    virtual void Add(std::span<const Cell> parameters) {
+        if (Run(parameters) != 1) throw StoreError("The row to change is not in the store.");
+    }
+    virtual void Finish() {}
 };
 
 /** A prepared bulk insert, used inside a transaction. What it is given may reach the store as late as `Finish`. */

@@ -1,6 +1,8 @@
 #include "core/repository/rowwriter.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 #include "core/repository/celldate.h"
 
@@ -11,10 +13,18 @@ namespace {
 /** What is gathered before it goes out. Bigger batches are better sorted; this much is small beside the model being saved. */
 constexpr std::size_t BATCH_BYTES = 64 * 1024 * 1024;
 constexpr std::size_t OVERHEAD = 64;
+/** How often a transaction is run that the store undoes for the sake of others. */
+constexpr int TRIES = 5;
 
 [[noreturn]] void RaiseFor(const StoreError& error, std::string_view table, std::string_view id, const IOObject* object) {
     if (error.reason() != StoreError::failed) throw error;
     throw StoreError(TellRow(table, id, object) + error.message(), error.reason());
+}
+
+/** For rows that went out together, so that the store alone can tell which one it was. */
+[[noreturn]] void RaiseFor(const StoreError& error, std::string_view table) {
+    if (error.reason() != StoreError::failed) throw error;
+    throw StoreError("table " + std::string(table) + ": " + error.message(), error.reason());
 }
 
 }  // namespace
@@ -44,7 +54,13 @@ void RowWriter::Start(std::int64_t project, std::int64_t base) {
 
 void RowWriter::Count(std::size_t bytes) {
     m_pending += bytes + OVERHEAD;
-    if (m_pending > BATCH_BYTES) Flush();
+    if (m_pending <= BATCH_BYTES) return;
+    try {
+        Flush();
+    } catch (const StoreError& error) {
+        if (error.reason() == StoreError::again) throw StoreError(error.message(), StoreError::busy);
+        throw;
+    }
 }
 
 void RowWriter::Insert(const RowTable& table, const char* row, IOObject* object) {
@@ -74,34 +90,27 @@ void RowWriter::Begin() {
     if (m_begun) return;
     m_session.Begin();
     m_begun = true;
-    if (m_entry.number != 0) {
-        const std::optional<ProjectEntry> entry = m_session.Project(m_entry.number);
-        if (!entry || entry->head != m_base) throw StoreError("", StoreError::movedOn);
-        m_entry = *entry;
+    if (m_base == 0) {
+        // those who make projects go one after the other, or two would take one number
+        m_session.LockRegistry();
+        m_entry = {};
+        for (const ProjectEntry& entry : m_session.Projects()) m_entry.number = std::max(m_entry.number, entry.number);
+        ++m_entry.number;
+        m_entry.head = revision();
+        m_session.InsertProject(m_entry);
         return;
     }
-    for (const ProjectEntry& entry : m_session.Projects()) m_entry.number = std::max(m_entry.number, entry.number);
-    ++m_entry.number;
-    m_session.InsertProject(m_entry);
+    // what comes first makes other saves of the project wait for this one, and then see that they came too late
+    if (!m_session.AdvanceHead(m_entry.number, m_base, revision())) throw StoreError("", StoreError::movedOn);
 }
 
-void RowWriter::FlushRows(const RowTable& table, PendingTable& pending) {
-    const auto before = [](const PendingRow& a, const PendingRow& b) { return rowcodec::Id(a.row) < rowcodec::Id(b.row); };
-    if (!std::is_sorted(pending.rows.begin(), pending.rows.end(), before))
-        std::stable_sort(pending.rows.begin(), pending.rows.end(), before);
-    for (PendingRow& row : pending.rows) {
+void RowWriter::SendRows(const RowTable& table, const PendingTable& pending) {
+    for (const PendingRow& row : pending.rows) {
         try {
             m_session.InsertRow(table, m_entry.number, revision(), row.row);
         } catch (const StoreError& error) {
             RaiseFor(error, table.name(), rowcodec::Id(row.row), row.object);
         }
-        RowArena::Release(std::exchange(row.row, nullptr));
-    }
-    pending.rows.clear();
-    try {
-        m_session.FinishRows(table);
-    } catch (const StoreError& error) {
-        RaiseFor(error, table.name(), "", nullptr);
     }
     for (const PendingEnd& end : pending.ends) {
         try {
@@ -110,10 +119,14 @@ void RowWriter::FlushRows(const RowTable& table, PendingTable& pending) {
             RaiseFor(error, table.name(), end.id, nullptr);
         }
     }
-    pending.ends.clear();
+    try {
+        m_session.FinishRows(table);
+    } catch (const StoreError& error) {
+        RaiseFor(error, table.name());
+    }
 }
 
-void RowWriter::FlushOrders() {
+void RowWriter::SendOrders() {
     for (const PendingOrder& order : m_orders) {
         try {
             if (order.first == 0)
@@ -124,36 +137,73 @@ void RowWriter::FlushOrders() {
             RaiseFor(error, "REPO_ORDER", order.parent, nullptr);
         }
     }
-    m_orders.clear();
+    try {
+        m_session.FinishOrders();
+    } catch (const StoreError& error) {
+        RaiseFor(error, "REPO_ORDER");
+    }
+}
+
+void RowWriter::Sort() {
+    const auto before = [](const PendingRow& a, const PendingRow& b) { return rowcodec::Id(a.row) < rowcodec::Id(b.row); };
+    for (PendingTable& table : m_tables)
+        if (!std::is_sorted(table.rows.begin(), table.rows.end(), before)) std::stable_sort(table.rows.begin(), table.rows.end(), before);
+}
+
+void RowWriter::Send() {
+    Begin();
+    if (m_pending == 0) return;
+    for (const RowTable& table : Schema::Get().rowTables()) SendRows(table, m_tables[table.index]);
+    SendOrders();
 }
 
 void RowWriter::Flush() {
-    if (m_pending == 0) return;
-    Begin();
-    for (const RowTable& table : Schema::Get().rowTables()) FlushRows(table, m_tables[table.index]);
-    FlushOrders();
-    m_pending = 0;
+    Sort();
+    Send();
+    Forget();
+    m_flushed = true;
 }
 
-void RowWriter::Commit(const std::string* id, const std::string* name) {
-    Flush();
-    Begin();
-    if (id) m_entry.id = *id;
-    if (name) m_entry.name = *name;
-    for (const ProjectEntry& other : m_session.Projects())
-        if (id && !other.id.empty() && other.id == *id && other.number != m_entry.number)
-            throw StoreError("The repository has another project with the id '" + *id + "'.");
-    const ProjectEntry advanced{m_entry.number, m_entry.id, m_entry.name, revision()};
-    if (!m_session.AdvanceProject(advanced, m_base)) throw StoreError("", StoreError::movedOn);
+void RowWriter::Close(const std::string* id, const std::string* name) {
+    if (id) {
+        m_session.LockRegistry();
+        for (const ProjectEntry& other : m_session.Projects())
+            if (!other.id.empty() && other.id == *id && other.number != m_entry.number)
+                throw StoreError("The repository has another project with the id '" + *id + "'.");
+    }
+    if (id && name) m_session.NameProject(m_entry.number, *id, *name);
     m_session.InsertRevision(m_entry.number, revision(), CellOf(QvDate(true)).number);
     m_session.Commit();
     m_begun = false;
 }
 
-void RowWriter::Rollback() noexcept {
+void RowWriter::Commit(const std::string* id, const std::string* name) {
+    Sort();
+    for (int tries = 1;; ++tries) {
+        try {
+            Send();
+            Close(id, name);
+            break;
+        } catch (const StoreError& error) {
+            if (error.reason() != StoreError::again) throw;
+            if (m_flushed || tries == TRIES) throw StoreError(error.message(), StoreError::busy);
+            // all of it is still here
+            Undo();
+            std::this_thread::sleep_for(std::chrono::milliseconds(10) * tries);
+        }
+    }
+    Forget();
+}
+
+void RowWriter::Undo() noexcept {
     if (m_begun) m_session.Rollback();
     m_begun = false;
+}
+
+void RowWriter::Rollback() noexcept {
+    Undo();
     Forget();
+    m_flushed = false;
 }
 
 void RowWriter::Forget() noexcept {

@@ -13,8 +13,9 @@ std::string TellRow(std::string_view table, std::string_view id, const IOObject*
 
 /**
  * Gathers what a save writes and brings it to the store table by table, in the order of the keys. The transaction begins with the
- * first rows that go out, so a save that writes nothing takes no lock; whether the project still has the revision that the save is
- * based on is looked at then. Failures raise StoreError, whose text names table, id and object.
+ * first rows that go out, so a save that writes nothing takes no lock; the project is then advanced from the revision that the save
+ * is based on, so that of several saves of one revision a single one gets beyond that. A save that fits into one batch is run again
+ * when the store asks for that. Failures raise StoreError, whose text names table, id and object.
  */
 class RowWriter {
   public:
@@ -58,10 +59,16 @@ class RowWriter {
         std::int64_t first;
     };
 
-    void Flush();
-    void FlushRows(const RowTable& table, PendingTable& pending);
-    void FlushOrders();
     void Begin();
+    void Sort();
+    /** Brings to the store what was gathered, which stays gathered. */
+    void Send();
+    void SendRows(const RowTable& table, const PendingTable& pending);
+    void SendOrders();
+    void Flush();
+    /** Writes the revision and the registry's entry, and commits. */
+    void Close(const std::string* id, const std::string* name);
+    void Undo() noexcept;
     void Count(std::size_t bytes);
     void Forget() noexcept;
 
@@ -69,6 +76,8 @@ class RowWriter {
     ProjectEntry m_entry;
     std::int64_t m_base = 0;
     bool m_begun = false;
+    /** Rows of the running transaction have been let go. */
+    bool m_flushed = false;
     std::vector<PendingTable> m_tables;
     std::vector<PendingOrder> m_orders;
     /** Bytes gathered, and a little for each thing gathered. */

@@ -49,6 +49,8 @@ enum : std::size_t { project, revision, savedAt };
 namespace storetable {
 enum : std::size_t { name, value };
 }
+/** The name under which REPO_STORE tells the format. */
+inline constexpr std::string_view STORE_FORMAT = "format";
 
 /** All tables of a store, made once from the catalogue. */
 class Schema {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/repository/celldate.h"
+#include "core/repository/postgres/postgresbackend.h"
 #include "core/repository/sqlite/sqlitebackend.h"
 #include "core/repository/storesession.h"
 
@@ -10,20 +11,20 @@ namespace {
 
 /** Version 1 is that of the first release that promises to upgrade; until then a store of another format is refused. */
 constexpr std::string_view FORMAT = "0.1";
-constexpr std::string_view FORMAT_NAME = "format";
 
 std::shared_ptr<qv::StoreBackend> BackendFor(const std::string& location) {
     const std::size_t colon = location.find(':');
     const std::string scheme = colon == std::string::npos ? "" : location.substr(0, colon);
     if (scheme == "sqlite") return qv::MakeSqliteBackend(location.substr(colon + 1));
-    if (scheme == "postgresql" || scheme == "postgres" || location.compare(std::min(colon, location.size()), 3, "://") == 0)
+    if (scheme == "postgresql" || scheme == "postgres") return qv::MakePostgresBackend(location);
+    if (location.compare(std::min(colon, location.size()), 3, "://") == 0)
         throw TklRuntimeError("Repositories of the kind '" + scheme + "' are not supported by this build.");
     return qv::MakeSqliteBackend(location);
 }
 
 void FillNewStore(qv::StoreConnection& connection) {
     const auto insert = connection.PrepareInsert(qv::Schema::Get().store());
-    const qv::Cell row[] = {qv::Cell::Text(FORMAT_NAME), qv::Cell::Text(FORMAT)};
+    const qv::Cell row[] = {qv::Cell::Text(qv::STORE_FORMAT), qv::Cell::Text(FORMAT)};
     insert->Add(row);
     insert->Finish();
 }
@@ -32,7 +33,7 @@ std::string FormatOf(qv::StoreBackend& backend) {
     using namespace qv::storetable;
     const auto connection = backend.Connect();
     const auto source = connection->Prepare(qv::Query{&qv::Schema::Get().store(), {value}, {{name, qv::Condition::equal}}});
-    const qv::Cell parameters[] = {qv::Cell::Text(FORMAT_NAME)};
+    const qv::Cell parameters[] = {qv::Cell::Text(qv::STORE_FORMAT)};
     qv::Cell row[1];
     source->Start(parameters);
     return source->Next(row) ? std::string(row[0].view) : std::string();

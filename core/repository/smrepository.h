@@ -31,8 +31,8 @@ class SM_API SMRepository {
     enum Mode { existing, createIfAbsent };
 
     /**
-     * `location` is a file name or "sqlite:" and a file name. Words of other kinds of stores ("postgresql://...") are refused as
-     * not supported by this build; what stands behind the word is not repeated in the message, for it may hold a password.
+     * `location` is a file name, "sqlite:" and a file name, or the address of a schema in a server, "postgresql://...". Words of
+     * other kinds of stores are refused; what stands behind the word is not repeated in the message, for it may hold a password.
      */
     explicit SMRepository(const std::string& location, Mode mode = existing);
     /** A store of the caller's. */

@@ -167,6 +167,7 @@ void StoreSession::InsertRow(const RowTable& table, std::int64_t project, std::i
 
 void StoreSession::FinishRows(const RowTable& table) {
     if (Of(table).insert) Of(table).insert->Finish();
+    if (Of(table).end) Of(table).end->Finish();
 }
 
 void StoreSession::EndRow(const RowTable& table, std::int64_t project, std::int64_t revision, const RowHead& key) {
@@ -182,7 +183,7 @@ void StoreSession::EndRow(const RowTable& table, std::int64_t project, std::int6
         default: parameters.push_back(Cell::Text(key.parentId)); break;
         }
     }
-    if (end.Run(parameters) != 1) throw StoreError("The row to end is not in the store.");
+    end.Add(parameters);
     ++m_counters.rowsEnded;
 }
 
@@ -195,8 +196,9 @@ void StoreSession::AddOne(std::unique_ptr<RowInsert>& slot, const TableShape& ta
 
 void StoreSession::InsertOrder(std::int64_t project, std::string_view parent, std::string_view table, std::int64_t revision,
                                std::string_view ids) {
-    AddOne(m_insertOrder, m_schema.orders(),
-           {Cell::Number(project), Cell::Text(parent), Cell::Text(table), Cell::Number(revision), Cell{}, Cell::Text(ids)});
+    const Cell row[] = {Cell::Number(project), Cell::Text(parent), Cell::Text(table), Cell::Number(revision), Cell{}, Cell::Text(ids)};
+    PreparedInsert(m_insertOrder, m_schema.orders()).Add(row);
+    ++m_counters.rowsWritten;
 }
 
 void StoreSession::EndOrder(std::int64_t projectNo, std::string_view parentId, std::string_view tableName, std::int64_t firstRevision,
@@ -206,8 +208,13 @@ void StoreSession::EndOrder(std::int64_t projectNo, std::string_view parentId, s
     for (const std::size_t part : m_schema.orders().key) change.where.push_back({part, Condition::equal});
     const Cell parameters[] = {Cell::Number(revision), Cell::Number(projectNo), Cell::Text(parentId), Cell::Text(tableName),
                                Cell::Number(firstRevision)};
-    if (Prepared(m_endOrder, change).Run(parameters) != 1) throw StoreError("The record of an order to end is not in the store.");
+    Prepared(m_endOrder, change).Add(parameters);
     ++m_counters.rowsEnded;
+}
+
+void StoreSession::FinishOrders() {
+    if (m_insertOrder) m_insertOrder->Finish();
+    if (m_endOrder) m_endOrder->Finish();
 }
 
 void StoreSession::InsertProject(const ProjectEntry& entry) {
@@ -215,13 +222,25 @@ void StoreSession::InsertProject(const ProjectEntry& entry) {
            {Cell::Number(entry.number), Cell::Text(entry.id), Cell::Text(entry.name), Cell::Number(entry.head)});
 }
 
-bool StoreSession::AdvanceProject(const ProjectEntry& entry, std::int64_t expectedHead) {
+void StoreSession::LockRegistry() {
+    using namespace storetable;
+    RowChange& touch = Prepared(m_lockRegistry, {&m_schema.store(), {name}, {{name, Condition::equal}}});
+    const Cell parameters[] = {Cell::Text(STORE_FORMAT), Cell::Text(STORE_FORMAT)};
+    if (touch.Run(parameters) != 1) throw StoreError("The repository does not tell its format.");
+}
+
+bool StoreSession::AdvanceHead(std::int64_t projectNo, std::int64_t expected, std::int64_t next) {
     using namespace projecttable;
-    RowChange& advance =
-        Prepared(m_advanceProject, {&m_schema.projects(), {id, name, head}, {{project, Condition::equal}, {head, Condition::equal}}});
-    const Cell parameters[] = {Cell::Text(entry.id), Cell::Text(entry.name), Cell::Number(entry.head), Cell::Number(entry.number),
-                               Cell::Number(expectedHead)};
+    RowChange& advance = Prepared(m_advanceHead, {&m_schema.projects(), {head}, {{project, Condition::equal}, {head, Condition::equal}}});
+    const Cell parameters[] = {Cell::Number(next), Cell::Number(projectNo), Cell::Number(expected)};
     return advance.Run(parameters) == 1;
+}
+
+void StoreSession::NameProject(std::int64_t projectNo, const std::string& projectId, const std::string& projectName) {
+    using namespace projecttable;
+    RowChange& change = Prepared(m_nameProject, {&m_schema.projects(), {id, name}, {{project, Condition::equal}}});
+    const Cell parameters[] = {Cell::Text(projectId), Cell::Text(projectName), Cell::Number(projectNo)};
+    change.Run(parameters);
 }
 
 void StoreSession::InsertRevision(std::int64_t project, std::int64_t revision, std::int64_t moment) {

@@ -52,9 +52,13 @@ class StoreSession {
     void EndRow(const RowTable& table, std::int64_t project, std::int64_t revision, const RowHead& key);
     void InsertOrder(std::int64_t project, std::string_view parent, std::string_view table, std::int64_t revision, std::string_view ids);
     void EndOrder(std::int64_t project, std::string_view parent, std::string_view table, std::int64_t first, std::int64_t revision);
+    void FinishOrders();
+    /** Until the transaction ends, nobody else makes a project or gives one another id. */
+    void LockRegistry();
     void InsertProject(const ProjectEntry& entry);
     /** False when the head is not the one expected: another save came first. */
-    bool AdvanceProject(const ProjectEntry& entry, std::int64_t expectedHead);
+    bool AdvanceHead(std::int64_t project, std::int64_t expected, std::int64_t head);
+    void NameProject(std::int64_t project, const std::string& id, const std::string& name);
     void InsertRevision(std::int64_t project, std::int64_t revision, std::int64_t moment);
 
     SMRepositoryCounters& counters() { return m_counters; }
@@ -84,7 +88,7 @@ class StoreSession {
     SMRepositoryCounters m_counters;
     std::vector<TableStatements> m_tables;
     std::unique_ptr<RowSource> m_projects, m_project, m_revision, m_orders;
-    std::unique_ptr<RowChange> m_advanceProject, m_endOrder;
+    std::unique_ptr<RowChange> m_lockRegistry, m_advanceHead, m_nameProject, m_endOrder;
     std::unique_ptr<RowInsert> m_insertProject, m_insertRevision, m_insertOrder;
     std::vector<Cell> m_cells;
 };

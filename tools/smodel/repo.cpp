@@ -21,8 +21,9 @@ struct Arguments {
 class NewFile {
   public:
     explicit NewFile(const std::string& location)
-        : m_path(location.compare(0, PREFIX.size(), PREFIX) == 0 ? location.substr(PREFIX.size()) : location),
-          m_wasThere(std::filesystem::exists(std::filesystem::symlink_status(m_path))) {}
+        : m_path(location.starts_with(PREFIX) ? location.substr(PREFIX.size()) : location),
+          m_wasThere(location.starts_with("postgresql:") || location.starts_with("postgres:") ||
+                     std::filesystem::exists(std::filesystem::symlink_status(m_path))) {}
     ~NewFile() {
         std::error_code ignored;
         if (!m_wasThere) std::filesystem::remove(m_path, ignored);
@@ -68,7 +69,7 @@ int Get(const Arguments& arguments) {
 }
 
 void AddRepository(CLI::App& command, Arguments& arguments) {
-    command.add_option("REPO", arguments.repository, "The repository: a file name, or sqlite:FILE")->required();
+    command.add_option("REPO", arguments.repository, "The repository: a file name, sqlite:FILE, or postgresql://...")->required();
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include "core/repository/sqlite/sqlitebackend.h"
 
 #include "core/repository/rowcodec.h"
-#include "core/repository/sqlite/sqlitesql.h"
+#include "core/repository/sqltext.h"
 
 #include <sqlite3.h>
 #include <sys/stat.h>
@@ -13,6 +13,27 @@ namespace {
 /** Marks a file as a store of models: "SMDL". */
 constexpr int APPLICATION_ID = 0x534d444c;
 constexpr int BUSY_MILLISECONDS = 10000;
+
+const char* TypeName(ColumnType type) {
+    switch (type) {
+    case ColumnType::integer: return "INTEGER";
+    case ColumnType::flag: return "BOOLEAN";
+    case ColumnType::moment: return "TIMESTAMP";
+    case ColumnType::bytes: return "BLOB";
+    case ColumnType::text: break;
+    }
+    return "TEXT";
+}
+
+/** Without a row number of its own a table is its primary key: a project's rows stand together. */
+constexpr SqlDialect SQLITE = {'?', false, TypeName, "", " WITHOUT ROWID"};
+
+std::string InsertSql(const TableShape& table) {
+    const SqlText sql(SQLITE);
+    const std::string values = JoinedSql(table.columns, ", ", [](const TableShape::Column&) { return "?"; });
+    return std::string(table.replaces ? "INSERT OR REPLACE" : "INSERT") + " INTO " + sql.Quoted(table.name) + " (" + sql.ColumnList(table) +
+           ") VALUES (" + values + ")";
+}
 
 struct CloseDatabase {
     void operator()(sqlite3* database) const { sqlite3_close(database); }
@@ -140,7 +161,9 @@ class Parameters {
 class SqliteSource : public RowSource {
   public:
     SqliteSource(sqlite3* database, const Query& query)
-        : m_database(database), m_statement(PrepareSql(database, sqlite::Select(query))), m_parameters(*query.table, {}, query.where) {
+        : m_database(database),
+          m_statement(PrepareSql(database, SqlText(SQLITE).Select(query))),
+          m_parameters(*query.table, {}, query.where) {
         for (const std::size_t column : query.columns) m_types.push_back(query.table->columns[column].type);
     }
 
@@ -167,11 +190,11 @@ class SqliteChange : public RowChange {
   public:
     SqliteChange(sqlite3* database, const Change& change)
         : m_database(database),
-          m_statement(PrepareSql(database, sqlite::Update(change))),
+          m_statement(PrepareSql(database, SqlText(SQLITE).Update(change))),
           m_parameters(*change.table, change.set, change.where) {}
     SqliteChange(sqlite3* database, const Removal& removal)
         : m_database(database),
-          m_statement(PrepareSql(database, sqlite::Delete(removal))),
+          m_statement(PrepareSql(database, SqlText(SQLITE).Delete(removal))),
           m_parameters(*removal.table, {}, removal.where) {}
 
     std::int64_t Run(std::span<const Cell> parameters) override {
@@ -189,7 +212,7 @@ class SqliteChange : public RowChange {
 class SqliteInsert : public RowInsert {
   public:
     SqliteInsert(sqlite3* database, const TableShape& table)
-        : m_database(database), m_statement(PrepareSql(database, sqlite::Insert(table))), m_bound(table.columns.size(), false) {
+        : m_database(database), m_statement(PrepareSql(database, InsertSql(table))), m_bound(table.columns.size(), false) {
         for (const TableShape::Column& column : table.columns) m_types.push_back(column.type);
         m_moments.resize(m_types.size());
     }
@@ -234,12 +257,12 @@ class SqliteConnection : public StoreConnection {
     std::unique_ptr<RowInsert> PrepareInsert(const TableShape& table) override {
         return std::make_unique<SqliteInsert>(m_database.get(), table);
     }
-    void MakeTable(const TableShape& table) override { Execute(m_database.get(), sqlite::CreateTable(table)); }
+    void MakeTable(const TableShape& table) override { Execute(m_database.get(), SqlText(SQLITE).CreateTable(table)); }
     void AddColumns(const TableShape& table, std::size_t count) override {
         for (std::size_t at = table.columns.size() - count; at < table.columns.size(); ++at)
-            Execute(m_database.get(), sqlite::AddColumn(table, table.columns[at]));
+            Execute(m_database.get(), SqlText(SQLITE).AddColumn(table, at));
     }
-    void MakeView(const ViewShape& view) override { Execute(m_database.get(), sqlite::CreateView(view)); }
+    void MakeView(const ViewShape& view) override { Execute(m_database.get(), SqlText(SQLITE).CreateView(view)); }
     void Begin() override { Execute(m_database.get(), "BEGIN IMMEDIATE"); }
     void Commit() override { Execute(m_database.get(), "COMMIT"); }
     void Rollback() noexcept override {

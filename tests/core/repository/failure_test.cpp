@@ -64,7 +64,7 @@ TEST_P(RepositoryFailure, OfAnyWriteOfALaterSaveLeavesTheRevisionBefore) {
 }
 
 TEST_P(RepositoryFailure, IsToldWithTableIdAndObject) {
-    plan->failsAt = 3;
+    plan->failsAt = 4;
     CaughtLog log;
     EXPECT_FALSE(Sample()->write(*repository->NewProject()));
     EXPECT_EQ(log.Only(), "table SM_SECTION_TYPE, id 'r', object 'path of r': the disk is on fire");

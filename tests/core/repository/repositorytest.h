@@ -8,10 +8,22 @@
 #include <string>
 
 #include "core/repository/memory/memorybackend.h"
+#include "core/repository/postgres/postgresbackend.h"
 #include "core/repository/smrepository.h"
 #include "core/repository/sqlite/sqlitebackend.h"
 #include "tests/core/repository/failingbackend.h"
 #include "tests/core/repository/testnode.h"
+#include "tests/support/postgresserver.h"
+
+/** A store in a schema of its own, which goes with it. */
+inline std::shared_ptr<qv::StoreBackend> MakeSchemaBackend() {
+    struct Kept {
+        PostgresSchema schema;
+        std::shared_ptr<qv::StoreBackend> backend = qv::MakePostgresBackend(schema.Location());
+    };
+    const auto kept = std::make_shared<Kept>();
+    return {kept, kept->backend.get()};
+}
 
 /** A kind of store that the conformance suite runs on. */
 struct StoreKind {
@@ -22,6 +34,7 @@ struct StoreKind {
 inline const StoreKind STORE_KINDS[] = {
     {"Memory", [](const std::string&) { return qv::MakeMemoryBackend("memory"); }},
     {"Sqlite", [](const std::string& file) { return qv::MakeSqliteBackend(file); }},
+    {"Postgres", [](const std::string&) { return MakeSchemaBackend(); }},
 };
 
 inline void PrintTo(const StoreKind& kind, std::ostream* out) {

@@ -94,6 +94,13 @@ TEST(SMFunctionBuilder, StartsEachParameterAndTheResultAnew) {
     EXPECT_TRUE(function->GetResult().isPresent);
 }
 
+TEST(SMFunctionBuilder, GivesAResultNothingOfTheParameterBeforeIt) {
+    Function function(std::string(PARAMETER) + "<result></result>");
+    EXPECT_EQ(function->GetProcParameters().at(0).properties.size, 4);
+    EXPECT_EQ(function->GetResult().size, 0);
+    EXPECT_EQ(function->GetResult().dataType, -1);
+}
+
 TEST(SMFunctionBuilder, HandsUnknownTagsToTheBase) {
     CapturedLog log;
     Function function("<sql></sql><property name=\"p\">x</property><description locale=\"en\">d</description>");

@@ -92,6 +92,7 @@ TEST_F(ParameterMapModel, ComparesWithACopyByKey) {
 
 TEST_F(ParameterMapModel, SeesEachDifferenceFromACopy) {
     map->SetName("n");
+    map->SetDefaultValue("by default");
     map->AddOrUpdateParameterMapEntry("a", "1");
     SetQueryItemMap("k", "v");
     SMParameterMapContents same;
@@ -120,7 +121,9 @@ TEST_F(ParameterMapModel, KeepsWhatACopyHoldsUnderAKey) {
     copy.entries["a"] = "before";
     copy.hasQueryItemMap = true;
     copy.keyRef = "before";
+    copy.text2 = "before";
     map->CopyContents(copy);
+    EXPECT_EQ(copy.text2, "");
     EXPECT_EQ(copy.entries["a"], "before");
     EXPECT_FALSE(copy.hasQueryItemMap);
     EXPECT_EQ(copy.keyRef, "");
@@ -219,6 +222,10 @@ TEST_F(ParameterMapBuilder, EmptiesTheReferencesOfEachQueryItemMap) {
     Read("<queryItemMap><valueRef>v</valueRef><keyRef>k</keyRef></queryItemMap><queryItemMap><keyRef>k2</keyRef></queryItemMap>");
     EXPECT_EQ(map->GetQueryItemMap()->keyRef, "k2");
     EXPECT_EQ(map->GetQueryItemMap()->valueRef, "");
+    Read("<queryItemMap><valueRef>v3</valueRef></queryItemMap>");
+    EXPECT_EQ(map->GetQueryItemMap()->keyRef, "");
+    Read("<queryItemMap><keyRef>k</keyRef><valueRef>v</valueRef></queryItemMap><queryItemMap></queryItemMap>");
+    EXPECT_EQ(map->GetQueryItemMap()->keyRef, "");
 }
 
 TEST_F(ParameterMapBuilder, LogsWhatItDoesNotKnowAtBothEnds) {

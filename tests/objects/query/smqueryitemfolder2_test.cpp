@@ -63,6 +63,20 @@ TEST(SMQueryItemFolder2Builder, NumbersItsChildrenAndSortsThemAtItsEnd) {
     EXPECT_EQ(outer.GetItems()[1]->displayOrder, 2);
 }
 
+TEST(SMQueryItemFolder2Builder, SortsAFolderAtTheEndOfItsElement) {
+    const Fixture fixture;
+    SMQueryItemFolderBuilder builder(fixture.folder);
+    builder.startElement("", "queryItemFolder", "queryItemFolder", QvXMLAttributesImpl());
+    SMQueryItemFolder2& inner = *fixture.folder->GetQueryItemFolders().at(0);
+    for (const int number : {5, 1}) {
+        auto* item = new SMQueryItem2(&inner, fixture.project);
+        item->displayOrder = number;
+        inner.AddQueryItem(item);
+    }
+    builder.endElement("", "queryItemFolder", "queryItemFolder");
+    EXPECT_EQ(inner.GetDisplayOrderItems().at(0), inner.GetItems().at(1));
+}
+
 TEST(SMQueryItemFolder2Builder, TakesPropertiesHiddenAndTexts) {
     const CapturedLog log;
     const Fixture fixture(

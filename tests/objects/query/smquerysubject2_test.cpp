@@ -264,6 +264,9 @@ TEST(SMQuerySubject2Model, GivesAnItemItsScreenTipAsExternalNameAndLeavesAnExpre
     EXPECT_EQ(item->GetExternalName(), "tip");
     EXPECT_EQ(item->GetDescription(), "d");
     EXPECT_EQ(item->GetExpressionStr(), "x");
+    EXPECT_EQ(item->GetEnumDatatype(), SMEnum_datatype::decimal);
+    EXPECT_EQ(item->GetPrecision() * 100 + item->GetScale() * 10 + item->GetSize(), 123);
+    EXPECT_TRUE(item->IsNullable());
     item->SetLastChangedDate(UNSET);
     EXPECT_EQ(update("tip", ""), item);
     EXPECT_EQ(item->GetExpressionStr(), "x");
@@ -280,6 +283,8 @@ TEST(SMQuerySubject2Model, AppendsReferencesToADeterminantAtEveryCall) {
     attributes.push_back(fixture.Item("a"));
     SMDeterminant2* made = fixture.subject->AddOrUpdateDeterminant("d", keys, attributes, true, false);
     EXPECT_EQ(made->displayOrder, 0);
+    EXPECT_TRUE(made->CanGroup());
+    EXPECT_FALSE(made->IdentifiesRow());
     EXPECT_EQ(fixture.subject->TakeDisplayOrder(), 1);
     made->SetLastChangedDate(UNSET);
     EXPECT_EQ(fixture.subject->AddOrUpdateDeterminant("d", keys, attributes, false, true), made);
@@ -288,8 +293,27 @@ TEST(SMQuerySubject2Model, AppendsReferencesToADeterminantAtEveryCall) {
     EXPECT_FALSE(made->CanGroup());
     EXPECT_TRUE(made->IdentifiesRow());
     EXPECT_NE(made->GetLastChangedDate(), UNSET);
+    for (const bool isKey : {true, false}) {
+        made->SetLastChangedDate(UNSET);
+        fixture.subject->AddOrUpdateDeterminant("d", isKey ? keys : SMQuerySubject2::ItemCollection(),
+                                                isKey ? SMQuerySubject2::ItemCollection() : attributes, false, true);
+        EXPECT_NE(made->GetLastChangedDate(), UNSET) << isKey;
+    }
+    made->SetLastChangedDate(UNSET);
+    fixture.subject->AddOrUpdateDeterminant("d", {}, {}, true, true);
+    EXPECT_EQ(made->GetLastChangedDate(), UNSET) << "flags alone leave the date";
     EXPECT_EQ(fixture.subject->GetDeterminants().size(), 1u);
     EXPECT_EQ(fixture.subject->GetDisplayOrderItems().size(), 2u) << "determinants have no place in the display list";
+}
+
+TEST(SMQuerySubject2Model, FindsADeterminantByItsPresentName) {
+    const Fixture fixture;
+    const SMQuerySubject2::ItemCollection none;
+    SMDeterminant2* first = fixture.subject->AddOrUpdateDeterminant("d", none, none, false, false);
+    EXPECT_TRUE(first->GetLastChangedDate().IsSet()) << "made, and so changed, also without references";
+    first->SetName("e");
+    EXPECT_NE(fixture.subject->AddOrUpdateDeterminant("d", none, none, false, false), first);
+    EXPECT_EQ(fixture.subject->AddOrUpdateDeterminant("e", none, none, false, false), first);
 }
 
 TEST(SMQuerySubject2Model, MakesAnEmptyDefinitionForAFilterAndLogsThatItHasNoQuery) {
@@ -490,6 +514,7 @@ TEST(SMQuerySubject2Rows, KeepTheLastOfSeveralDefinitions) {
     ASSERT_TRUE(fixture.subject->read(context));
     ASSERT_NE(fixture.subject->GetDefinition(), nullptr);
     EXPECT_EQ(fixture.subject->GetDefinition()->GetId(), "d2");
+    EXPECT_THAT(context.noted, testing::ElementsAre("d1", "d2"));
     EXPECT_EQ(fixture.subject->GetPhysicalObjectId(), "t");
     EXPECT_EQ(fixture.subject->GetTargetQSIdentifier(), "k");
     EXPECT_THAT(log.Events(), testing::IsEmpty());

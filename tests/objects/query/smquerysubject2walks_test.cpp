@@ -6,6 +6,7 @@
 #include "objects/query/smqueryitemfolder2_002_000.h"
 #include "objects/query/smquerysubject2_002_000.h"
 #include "objects/transforms/smrenamelist2_002_000.h"
+#include "tests/support/contexts.h"
 #include "tests/support/documents.h"
 
 using namespace schema_002_000;
@@ -75,9 +76,32 @@ TEST(SMQuerySubject2Walks, EntersAllBelowIntoTheSetsOfASave) {
     const Subject fixture(
         "<property name=\"id\">s</property><definition id=\"d\"><modelQuery></modelQuery></definition>"
         "<determinant id=\"k\"></determinant><queryItem><property name=\"id\">i</property></queryItem>"
-        "<queryItemFolder><property name=\"id\">f</property><queryItem><property name=\"id\">j</property></queryItem></queryItemFolder>");
+        "<queryItemFolder><property name=\"id\">f</property><queryItem><property "
+        "name=\"id\">j</property></queryItem><queryItemFolder><property name=\"id\">g</property></queryItemFolder></queryItemFolder>");
     fixture.project->GetRootNamespace()->AddQuerySubject(fixture.subject);
     std::set<QvULString> pairs;
     fixture.project->InitAndAddSetPIDIDAndMiniObject(&pairs, nullptr, nullptr, nullptr);
-    for (const char* pair : {"s+d", "s+k", "s+i", "s+f", "f+j"}) EXPECT_EQ(pairs.count(pair), 1u) << pair;
+    for (const char* pair : {"s+d", "s+k", "s+i", "s+f", "f+j", "f+g"}) EXPECT_EQ(pairs.count(pair), 1u) << pair;
+}
+
+TEST(SMQuerySubject2Walks, SortsWhatItShowsAtTheEndOfItsElementAndOfItsRows) {
+    const Subject fixture(
+        "<queryItemFolder><property name=\"id\">f</property></queryItemFolder>"
+        "<queryItem><property name=\"id\">i</property></queryItem>");
+    const SMQuerySubject2& subject = *fixture.subject;
+    subject.GetQueryItemFolders()[0]->displayOrder = 9;
+    SMQuerySubjectBuilder builder(fixture.subject);
+    builder.startElement("", "querySubject", "querySubject", QvXMLAttributesImpl());
+    builder.endElement("", "querySubject", "querySubject");
+    EXPECT_EQ(subject.GetDisplayOrderItems()[0], subject.GetQueryItems()[0]);
+    subject.GetQueryItems()[0]->displayOrder = 10;
+    StoreContext store;
+    fixture.subject->SetId("s");
+    fixture.subject->SetDefinition(new SMDefinition2(fixture.subject, fixture.project));
+    ASSERT_TRUE(fixture.subject->write(store));
+    const Subject other("");
+    other.subject->constructFromIOParameter(*store.RowOf("SM_QUERY_SUBJECT", "s"));
+    ASSERT_TRUE(other.subject->read(store));
+    ASSERT_EQ(other.subject->GetDisplayOrderItems().size(), 2u);
+    EXPECT_EQ(other.subject->GetDisplayOrderItems()[0]->GetId(), "f");
 }

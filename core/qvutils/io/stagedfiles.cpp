@@ -123,8 +123,10 @@ void StagedFiles::MakeStaging() {
             Fail(m_directory, errno);
         }
         m_lock = OpenDirectory(m_staging);
-        // somebody who tidies up may have it for a moment, and takes it away then
-        if (m_lock && ::flock(m_lock.Get(), LOCK_EX | LOCK_NB) == 0 && fs::exists(m_staging)) return;
+        if (!m_lock && errno != ENOENT) Fail(m_directory, errno);
+        // somebody who tidies up may have it for a moment, and takes it away then; where nothing can be locked nobody tidies up
+        const bool taken = !m_lock || (::flock(m_lock.Get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK);
+        if (!taken && fs::exists(m_staging)) return;
         ::rmdir(m_staging.c_str());
     }
     Fail(m_directory, EEXIST);

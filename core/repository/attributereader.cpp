@@ -29,6 +29,11 @@ std::string WrongKind(CellKind kind, const IOParameter& value) {
     return "takes a " + std::string(NameOf(kind)) + ", not a " + std::string(NameOfParameterKind(value.GetKind()));
 }
 
+/** Stores end a text at its first NUL, or refuse it in words of their own. */
+std::string FaultOf(std::string_view text) {
+    return text.find('\0') == std::string_view::npos ? "" : "cannot hold the character NUL";
+}
+
 }  // namespace
 
 AttributeReader::AttributeReader(const RowTable& table) : cells(table.columns.size()), m_table(table) {}
@@ -63,8 +68,8 @@ std::string AttributeReader::Read(const IOParameter& attributes) {
     head = {};
     std::fill(cells.begin(), cells.end(), Cell{});
     if (m_plan.size() < pairs.size()) {
-        m_plan.resize(pairs.size());
         m_texts.resize(pairs.size());
+        m_plan.resize(pairs.size());  // last: it is what tells how many there are
     }
     for (std::size_t at = 0; at < pairs.size(); ++at)
         if (std::string fault = Take(at, pairs[at].key, pairs[at].value.get()); !fault.empty()) return fault;
@@ -88,11 +93,13 @@ std::string AttributeReader::TakeHead(std::size_t at, int target, const IOParame
     const bool text = target == id || target == parentId;
     const CellKind kind = text ? HEAD_TEXT : HEAD_NUMBER;
     if (value->GetKind() != ParameterKind(kind)) return WrongKind(kind, *value);
-    if (text)
-        (target == id ? head.id : head.parentId) = Keep(at, value->GetQvStringValue());
-    else
+    if (!text) {
         (target == version ? head.version : head.parentVersion) = value->GetLongValue();
-    return {};
+        return {};
+    }
+    const std::string_view kept = Keep(at, value->GetQvStringValue());
+    (target == id ? head.id : head.parentId) = kept;
+    return FaultOf(kept);
 }
 
 std::string AttributeReader::TakeCell(std::size_t at, int target, const IOParameter* value) {
@@ -100,10 +107,7 @@ std::string AttributeReader::TakeCell(std::size_t at, int target, const IOParame
     if (value->GetKind() != ParameterKind(kind)) return WrongKind(kind, *value);
     Cell& cell = cells[static_cast<std::size_t>(target)];
     switch (kind) {
-    case CellKind::text:
-        cell = Cell::Text(Keep(at, value->GetQvStringValue()));
-        if (cell.view.find('\0') != std::string_view::npos) return "cannot hold the character NUL";
-        break;
+    case CellKind::text: cell = Cell::Text(Keep(at, value->GetQvStringValue())); return FaultOf(cell.view);
     case CellKind::number: cell = Cell::Number(value->GetLongValue()); break;
     case CellKind::flag: cell = Cell::Number(value->GetBoolValue() ? 1 : 0); break;
     case CellKind::date: cell = CellOf(value->GetDateValue()); break;

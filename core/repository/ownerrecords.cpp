@@ -39,8 +39,8 @@ void OwnerRecords::Load(SaveState& state, std::string_view owner) {
     for (const TableRows::Index index : below) {
         const char* const row = rows.Row(index);
         const RowHead head = rowcodec::Head(Table(), row);
-        RowArena::Share(row);
         m_records.push_back({std::string(head.id), head.version, head.parentVersion, row, 0});
+        RowArena::Share(row);
     }
 }
 
@@ -74,14 +74,18 @@ void OwnerRecords::Write(SaveState& state, RowWriter& writer, RowArena& arena, I
         writer.End(Table(), {known->name, known->version, head.parentId, 0});
     }
     const char* const row = rowcodec::Encode(arena, Table(), head, attributes.cells);
-    RowArena::Share(row);
+    RowUse use(row);
     if (known == m_records.end()) {
         m_records.push_back({std::string(head.id), head.version, head.parentVersion, row, 1});
     } else {
         RowArena::Release(known->row);
-        *known = {known->name, head.version, head.parentVersion, row, std::max(known->uses, 1)};
+        known->version = head.version;
+        known->parentVersion = head.parentVersion;
+        known->row = row;
+        known->uses = std::max(known->uses, 1);
     }
-    writer.Insert(Table(), row, owner);
+    RowArena::Share(row);
+    writer.Insert(Table(), use.HandOn(), owner);
 }
 
 void OwnerRecords::EndRest(RowWriter& writer, std::string_view owner) {

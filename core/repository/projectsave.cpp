@@ -60,14 +60,15 @@ bool ProjectSave::Guarded(const char* method, Work&& work) {
 
 template <class Work>
 bool ProjectSave::RunAsSave(const char* method, IOObject* outermost, Work&& work) {
-    bool success = Begin(outermost);
-    try {
-        success = success && Guarded(method, work);
-    } catch (...) {
-        End(false, nullptr);
-        throw;
-    }
-    return End(success, outermost);
+    const struct Ending {
+        ProjectSave& save;
+        ~Ending() { save.End(); }
+    } ending{*this};
+    return Begin(outermost) && Guarded(method, work) && Guarded("WriteObject", [&] {
+               if (outermost) EndUnvisited(*outermost);
+               Commit();
+               return true;
+           });
 }
 
 bool ProjectSave::Begin(IOObject* outermost) {
@@ -86,21 +87,19 @@ bool ProjectSave::Begin(IOObject* outermost) {
     });
 }
 
-bool ProjectSave::End(bool success, IOObject* outermost) {
-    success = success && Guarded("WriteObject", [&] {
-                  if (outermost) EndUnvisited(*outermost);
-                  if (m_writer.WroteNothing()) return true;
-                  m_writer.Commit(m_projectChanged ? &m_projectId : nullptr, m_projectChanged ? &m_projectName : nullptr);
-                  m_project = m_writer.project();
-                  m_base = m_writer.revision();
-                  return true;
-              });
+void ProjectSave::Commit() {
+    if (m_writer.WroteNothing()) return;
+    m_writer.Commit(m_projectChanged ? &m_projectId : nullptr, m_projectChanged ? &m_projectName : nullptr);
+    m_project = m_writer.project();
+    m_base = m_writer.revision();
+}
+
+void ProjectSave::End() {
     m_writer.Rollback();
     while (m_open > 0) Pop();
     m_looseRecords.Clear();
     m_running = false;
     m_state.Start(m_project, m_base);
-    return success;
 }
 
 bool ProjectSave::WriteObject(IOObject& object) {
@@ -146,10 +145,8 @@ bool ProjectSave::SettleId(IOObject& object, const RowTable& table) {
     const IdEntry* other = m_state.ids().Find(object.GetId().utf8());
     while (other && !other->object) other = other->sameId;
     if (!other) return false;
-    I18NString path;
-    object.getPath(path);
-    const std::string message = "The id '" + std::string(object.GetId().utf8()) + "' is that of another object; object '" +
-                                std::string(path.utf8()) + "' gets a new one.";
+    const std::string message =
+        "The id '" + std::string(object.GetId().utf8()) + "' is that of another object; object '" + PathOf(object) + "' gets a new one.";
     QvLogEvent(1, "code", "QvOne", "smrepositoryhelper", "SMRepositoryHelper", "WriteObject", 0, I18NString(std::string_view(message)), "")
         .Log();
     object.SetId(QvUUIDGen::Create().GetAsQvULString());

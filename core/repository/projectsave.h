@@ -49,7 +49,9 @@ class ProjectSave {
     };
 
     bool Begin(IOObject* outermost);
-    bool End(bool success, IOObject* outermost);
+    void Commit();
+    /** However a save went: what was not committed is undone, and the next one can begin. */
+    void End();
     /** Gives false, and makes the save fail, when the work does or the store raises. */
     template <class Work>
     bool Guarded(const char* method, Work&& work);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <utility>
 
 namespace qv {
 
@@ -34,6 +35,21 @@ class RowArena {
     Chunk* m_chunk = nullptr;
     std::size_t m_used = 0;
     std::size_t m_size = 0;
+};
+
+/** A use of a row, given back unless it is handed on: for the steps between that may raise. */
+class RowUse {
+  public:
+    explicit RowUse(const char* row) noexcept : m_row(row) {}
+    RowUse(const RowUse&) = delete;
+    RowUse& operator=(const RowUse&) = delete;
+    ~RowUse() {
+        if (m_row) RowArena::Release(m_row);
+    }
+    const char* HandOn() noexcept { return std::exchange(m_row, nullptr); }
+
+  private:
+    const char* m_row;
 };
 
 }  // namespace qv

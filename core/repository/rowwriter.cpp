@@ -4,6 +4,7 @@
 #include <chrono>
 #include <thread>
 
+#include "core/qvutils/diag/diagnostics.h"
 #include "core/repository/celldate.h"
 
 namespace qv {
@@ -29,13 +30,19 @@ constexpr int TRIES = 5;
 
 }  // namespace
 
+std::string PathOf(const IOObject& object) {
+    struct : SMLogSink {
+        void Take(const QvLogEvent&, const SMSourceContext*) override {}
+    } quiet;
+    const SMLogScope scope(quiet);
+    I18NString path;
+    object.getPath(path);
+    return std::string(path.utf8());
+}
+
 std::string TellRow(std::string_view table, std::string_view id, const IOObject* object) {
     std::string text = "table " + std::string(table) + ", id '" + std::string(id) + "'";
-    if (object) {
-        I18NString path;
-        object->getPath(path);
-        text += ", object '" + std::string(path.utf8()) + "'";
-    }
+    if (object) text += ", object '" + PathOf(*object) + "'";
     return text + ": ";
 }
 
@@ -66,7 +73,9 @@ void RowWriter::Count(std::size_t bytes) {
 void RowWriter::Insert(const RowTable& table, const char* row, IOObject* object) {
     // an object that nobody counts stands on a stack, where a reference taken and given back would delete it
     const bool counted = object && object->getReferenceCount() > 0;
+    RowUse use(row);
     m_tables[table.index].rows.push_back({row, counted ? object : nullptr, object});
+    use.HandOn();
     Count(rowcodec::Size(row));
 }
 

@@ -8,6 +8,8 @@
 
 namespace qv {
 
+/** The path of an object, for a message; what an object logs because it has none is dropped. */
+std::string PathOf(const IOObject& object);
 /** "table T, id 'I', object 'P': ", the beginning of what is told of a row that failed. `object` may be null. */
 std::string TellRow(std::string_view table, std::string_view id, const IOObject* object);
 

@@ -22,9 +22,14 @@ TableRows& SaveState::Rows(const RowTable& table) {
     auto fetched = std::make_unique<TableRows>(table);
     fetched->Fetch(m_session, m_project, m_base);
     rows = std::move(fetched);
-    if (!table.catalogue->idWithinParent)
+    if (table.catalogue->idWithinParent) return *rows;
+    try {
         for (TableRows::Index index = 0; index < rows->size(); ++index)
             m_ids.AddRow(table, rows->Row(index), rowcodec::Id(rows->Row(index)));
+    } catch (...) {
+        Start(m_project, m_base);  // a book of some of the ids would make the other rows look new
+        throw;
+    }
     return *rows;
 }
 

@@ -50,10 +50,13 @@ class SM_API SMRepositoryHelper : public IOHelper {
     bool MovedOn() const;
     const SMRepositoryCounters& Counters() const;
 
+  protected:
+    /** For contexts that watch or refuse what passes: `project` and `head` as the repository tells them, 0 for a new project. */
+    SMRepositoryHelper(const std::shared_ptr<qv::StoreBackend>& backend, std::int64_t project, std::int64_t head);
+
   private:
     friend class SMRepository;
     struct State;
-    SMRepositoryHelper(const std::shared_ptr<qv::StoreBackend>& backend, std::int64_t project, std::int64_t head);
 
     std::unique_ptr<State> m_state;
 };

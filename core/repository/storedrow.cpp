@@ -59,6 +59,9 @@ class StoredValue : public IOParameter {
 
 namespace {
 
+/** Rows that a layout keeps for the next ones. */
+constexpr std::size_t MAX_SPARE = 256;
+
 class SlotWalk : public IOParamPairIterator {
   public:
     SlotWalk(const StoredRow& row, RowLayout& layout) : m_row(const_cast<StoredRow*>(&row)), m_layout(layout) {}
@@ -85,6 +88,7 @@ class SlotWalk : public IOParamPairIterator {
 }  // namespace
 
 RowLayout::RowLayout(const RowTable& table, const CatalogueKind* kind) : m_table(table), m_cells(table.columns.size()) {
+    m_spare.reserve(MAX_SPARE);  // a row that is given back must not need memory
     if (&table == &Schema::Get().remainInfo()) {
         AddSlot("name", Slot::id, CellKind::text);
         AddSlot("xml_element_version", Slot::version, CellKind::number);
@@ -112,6 +116,7 @@ void RowLayout::AddSlot(std::string_view key, Slot::Source source, CellKind read
 }
 
 QvSmartPtr<IOParameter> RowLayout::MakeRow(const char* row, std::string_view computedType) {
+    RowUse use(row);
     StoredRow* made;
     if (m_spare.empty()) {
         made = new StoredRow(*this);
@@ -120,13 +125,12 @@ QvSmartPtr<IOParameter> RowLayout::MakeRow(const char* row, std::string_view com
         m_spare.pop_back();
         made->m_layout = this;
     }
-    made->m_row = row;
+    made->m_row = use.HandOn();
     made->m_computedType = computedType;
     return made;
 }
 
 void RowLayout::Recycle(StoredRow* row) {
-    static constexpr std::size_t MAX_SPARE = 256;
     if (m_loaded == row) m_loaded = nullptr;
     RowArena::Release(row->m_row);
     row->m_row = nullptr;

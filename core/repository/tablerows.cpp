@@ -20,14 +20,20 @@ TableRows::~TableRows() {
 
 void TableRows::Fetch(StoreSession& session, std::int64_t project, std::int64_t revision) {
     RowArena arena;
-    if (revision > 0) session.FetchRows(m_table, project, revision, arena, [this](const char* row) { m_rows.push_back(row); });
+    if (revision > 0) session.FetchRows(m_table, project, revision, arena, [this](const char* row) { Add(row); });
     Group();
 }
 
 void TableRows::FetchEnded(StoreSession& session, std::int64_t project) {
     RowArena arena;
-    session.FetchEndedRows(m_table, project, arena, [this](const char* row) { m_rows.push_back(row); });
+    session.FetchEndedRows(m_table, project, arena, [this](const char* row) { Add(row); });
     Group();
+}
+
+void TableRows::Add(const char* row) {
+    RowUse use(row);
+    m_rows.push_back(row);
+    use.HandOn();
 }
 
 const char* TableRows::Take(Index index, std::uintptr_t taker) {

@@ -37,6 +37,8 @@ class TableRows {
     void Below(std::string_view parent, std::vector<Index>& out) const;
 
   private:
+    /** The row is the collection's from now on. */
+    void Add(const char* row);
     static constexpr std::uintptr_t TAKERS = 256;
     static constexpr Index NONE = UINT32_MAX;
 

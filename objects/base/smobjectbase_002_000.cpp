@@ -4,6 +4,7 @@
 
 #include "core/qvutils/base/qvuuid.h"
 #include "core/qvutils/text/qvstringformat.h"
+#include "objects/base/smreadguard_002_000.h"
 #include "objects/project/smproject2_002_000.h"
 
 namespace schema_002_000 {
@@ -175,8 +176,10 @@ bool SMObjectBase::InsertRow(IOHelper& helper, const SMTable& table) {
 bool SMObjectBase::SelectRows(IOHelper& helper, const I18NString& objectName, QvSmartPtr<IOArrayParam>& rows) {
     rows = new IOArrayParam();
     if (!helper.MayHaveRows(objectName, GetId())) return true;
-    const QvSmartPtr<IOParameter> params = PrepareReadAttributes(helper, objectName);
-    return helper.DoReadAction(IOAction::AT_ReadSMObject, static_cast<const IOHashParam&>(*params), *rows);
+    return ReadGuarded(WORDS, "read", [&] {
+        const QvSmartPtr<IOParameter> params = PrepareReadAttributes(helper, objectName);
+        return helper.DoReadAction(IOAction::AT_ReadSMObject, static_cast<const IOHashParam&>(*params), *rows);
+    });
 }
 
 void SMObjectBase::AdoptRow(IOHelper& helper, SMObjectBase& child, const IOParameter& row) {

@@ -3,6 +3,7 @@
 #include "core/qvutils/xml/qvsax2parser.h"
 #include "objects/base/smobjectbase_002_000.h"
 #include "objects/base/smobjectbuilder_002_000.h"
+#include "objects/base/smreadguard_002_000.h"
 #include "objects/base/smxmlobject2_002_000.h"
 
 namespace schema_002_000 {
@@ -25,6 +26,25 @@ void ReplayFragment(const I18NString& value, SMObjectBuilder* builder) {
     QvSAX2Parser parser;
     parser.setContentHandler(&reader);
     parser.parse(document);
+}
+
+/** Whether a record is of the present state of its owner. While lost records are being repaired each one counts. */
+bool IsOfOwner(const IOHelper& helper, const IOParameter& row, const SMObjectBase& owner, const char* method) {
+    if (helper.GetFixingLostRemainingInfo()) return true;
+    const auto parentVersion = IfPresent(row, IOParamTag::XML_ELEMENT_PARENT_VERSION);
+    if (!parentVersion) SMLog(SM_MISUSE, WORDS, method, "No parent_version column in remaining info result set.");
+    return parentVersion && parentVersion->GetLongValue() == owner.GetVersionNo();
+}
+
+/** The same with what does not parse logged; gives false then. */
+bool ReplayRecord(const I18NString& value, SMObjectBuilder* builder, const char* method) {
+    try {
+        ReplayFragment(value, builder);
+        return true;
+    } catch (const TklRuntimeError& error) {
+        SMLog(SM_FAILURE, WORDS, method, "Unable to parse remaining info.", error.what());
+        return false;
+    }
 }
 
 }  // namespace
@@ -81,19 +101,8 @@ bool SMObjectBase::SelectRemainingInfo(IOHelper& helper, const SMObjectBase* own
     clause.Text(IOParamTag::XML_ELEMENT_PARENT_ID, owner->GetId());
     clause.Number(IOParamTag::XML_ELEMENT_PARENT_VERSION, owner->GetVersionNo());
     SMLocal<IOArrayParam> found;
-    if (!helper.DoReadAction(IOAction::AT_ReadRemainingInfo, params, found)) return false;
-    for (int i = 0; i < found.Size(); ++i) {
-        QvSmartPtr<IOParameter> row = found.At(i);
-        if (!helper.GetFixingLostRemainingInfo()) {
-            const auto parentVersion = IfPresent(*row, IOParamTag::XML_ELEMENT_PARENT_VERSION);
-            if (!parentVersion) {
-                SMLog(SM_MISUSE, WORDS, method, "No parent_version column in remaining info result set.");
-                continue;
-            }
-            if (parentVersion->GetLongValue() != owner->GetVersionNo()) continue;  // of another state of the owner
-        }
-        rows.push_back(row);
-    }
+    if (!ReadGuarded(WORDS, method, [&] { return helper.DoReadAction(IOAction::AT_ReadRemainingInfo, params, found); })) return false;
+    for (int i = 0; i < found.Size(); ++i) rows.push_back(found.At(i));
     return true;
 }
 
@@ -119,19 +128,22 @@ bool SMObjectBase::read_remaining_info_into_smxmlobject(IOHelper& helper, const 
     result = nullptr;
     QvSmartVector<IOParameter> rows;
     if (!SelectRemainingInfo(helper, owner, METHOD, rows)) return false;
-    for (const auto& row : rows) {
-        const auto name = IfPresent(*row, IOParamTag::XML_ELEMENT_NAME);
-        if (!name || name->GetQvULStringValue() != tag || !row->HasKey(IOParamTag::XML_ELEMENT_VALUE)) continue;
-        long version = 0;
-        const bool hasVersion = NoteRemainingInfo(helper, *row, owner, METHOD, version);
-        const I18NString value = TextOf(*row, IOParamTag::XML_ELEMENT_VALUE);
-        if (!value.empty()) {
-            result = new SMXMLObject2(tag, value, false);
-            if (hasVersion) result->version = version;
+    return ReadGuarded(WORDS, METHOD, [&] {
+        for (const auto& row : rows) {
+            if (!IsOfOwner(helper, *row, *owner, METHOD)) continue;
+            const auto name = IfPresent(*row, IOParamTag::XML_ELEMENT_NAME);
+            if (!name || name->GetQvULStringValue() != tag || !row->HasKey(IOParamTag::XML_ELEMENT_VALUE)) continue;
+            long version = 0;
+            const bool hasVersion = NoteRemainingInfo(helper, *row, owner, METHOD, version);
+            const I18NString value = TextOf(*row, IOParamTag::XML_ELEMENT_VALUE);
+            if (!value.empty()) {
+                result = new SMXMLObject2(tag, value, false);
+                if (hasVersion) result->version = version;
+            }
+            break;
         }
-        break;
-    }
-    return true;
+        return true;
+    });
 }
 
 bool SMObjectBase::read_remaining_info_into_builder(IOHelper& helper, const SMObjectBase* owner, SMObjectBuilder* builder,
@@ -139,22 +151,19 @@ bool SMObjectBase::read_remaining_info_into_builder(IOHelper& helper, const SMOb
     static constexpr const char* METHOD = "read_remaining_info_into_builder";
     QvSmartVector<IOParameter> rows;
     if (!SelectRemainingInfo(helper, owner, METHOD, rows)) return false;
-    for (const auto& row : rows) {
-        const auto name = IfPresent(*row, IOParamTag::XML_ELEMENT_NAME);
-        const auto target = name ? wanted.find(name->GetQvULStringValue()) : wanted.end();
-        if (target == wanted.end() || !row->HasKey(IOParamTag::XML_ELEMENT_VALUE)) continue;
-        NoteRemainingInfo(helper, *row, owner, METHOD, *target->second);
-        const I18NString value = TextOf(*row, IOParamTag::XML_ELEMENT_VALUE);
-        if (value.empty()) continue;
-        try {
-            ReplayFragment(value, builder);
-        } catch (const TklRuntimeError& error) {
+    return ReadGuarded(WORDS, METHOD, [&] {
+        for (const auto& row : rows) {
+            if (!IsOfOwner(helper, *row, *owner, METHOD)) continue;
+            const auto name = IfPresent(*row, IOParamTag::XML_ELEMENT_NAME);
+            const auto target = name ? wanted.find(name->GetQvULStringValue()) : wanted.end();
+            if (target == wanted.end() || !row->HasKey(IOParamTag::XML_ELEMENT_VALUE)) continue;
+            NoteRemainingInfo(helper, *row, owner, METHOD, *target->second);
+            const I18NString value = TextOf(*row, IOParamTag::XML_ELEMENT_VALUE);
             // a record that is read in part must not be saved over the whole one
-            SMLog(SM_FAILURE, WORDS, METHOD, "Unable to parse remaining info.", error.what());
-            return false;
+            if (!value.empty() && !ReplayRecord(value, builder, METHOD)) return false;
         }
-    }
-    return true;
+        return true;
+    });
 }
 
 bool SMObjectBase::read_custom_property_locale(IOHelper& helper, const SMObjectBase* owner, SMObjectBuilder* builder) {

@@ -1,6 +1,7 @@
 #include "objects/containers/smsectiontype2_002_000.h"
 
 #include "core/qvutils/persist/multifilehelper.h"
+#include "objects/base/smreadguard_002_000.h"
 #include "objects/containers/smsectionchildren_002_000.h"
 #include "objects/project/smproject2_002_000.h"
 #include "objects/containers/smsectiontypebuilder_002_000.h"
@@ -11,6 +12,7 @@ namespace schema_002_000 {
 namespace {
 
 const SMTable TABLE = {"SM_SECTION_TYPE", "SECTION_ID", "SECTION_VERSION_NO", "PROJECT_ID", "PROJECT_VERSION_NO"};
+const SMLogWords WORDS = {"smsectiontype2", "SMSectionType2"};
 const QvULString COL_SECTION_TYPE_NAME = SMColumn("SECTION_TYPE_NAME");
 const QvULString COL_DISPLAY_ORDER = SMColumn("DISPLAY_ORDER");
 const I18NString KIND_SECTION = I18NString::Immortal("generic_section_type");
@@ -196,9 +198,11 @@ bool SMSectionType2::WriteChildren(IOHelper& helper, const SMLogWords& words, co
 bool SMSectionType2::readObjectType(IOHelper& helper, const I18NString& type, QvSmartPtr<IOArrayParam>& result, bool addObjectParameter) {
     result = new IOArrayParam();
     if (!helper.MayHaveRows(type, GetId())) return true;
-    const QvSmartPtr<IOParameter> params = PrepareReadAttributes(helper, type);
-    if (addObjectParameter) params->GetByName(IOParamTag::ATTRIBUTES)->insertOrReplace(IOParamTag::OBJECT, new IOQvStringParam());
-    return helper.DoReadAction(IOAction::AT_ReadSMObject, static_cast<const IOHashParam&>(*params), *result);
+    return ReadGuarded(WORDS, "read", [&] {
+        const QvSmartPtr<IOParameter> params = PrepareReadAttributes(helper, type);
+        if (addObjectParameter) params->GetByName(IOParamTag::ATTRIBUTES)->insertOrReplace(IOParamTag::OBJECT, new IOQvStringParam());
+        return helper.DoReadAction(IOAction::AT_ReadSMObject, static_cast<const IOHashParam&>(*params), *result);
+    });
 }
 
 template <class T>
@@ -259,8 +263,9 @@ bool SMSectionType2::ReadSubjects(IOHelper& helper) {
 
 bool SMSectionType2::read(IOHelper& helper) {
     SMSectionTypeBuilder builder(this);
-    if (!read_custom_property_locale(helper, this, &builder) || !ReadSections(helper) || !ReadSubjects(helper) ||
-        !ReadKind(helper, m_tags->updateSubject, &SMSectionType2::AddUpdateSubject) ||
+    const auto guarded = [&](auto step) { return ReadGuarded(WORDS, "read", [&] { return (this->*step)(helper); }); };
+    if (!read_custom_property_locale(helper, this, &builder) || !guarded(&SMSectionType2::ReadSections) ||
+        !guarded(&SMSectionType2::ReadSubjects) || !ReadKind(helper, m_tags->updateSubject, &SMSectionType2::AddUpdateSubject) ||
         !ReadKind(helper, m_tags->calculation, &SMSectionType2::AddCalculation) ||
         !ReadKind(helper, m_tags->scopeRelationship, &SMSectionType2::AddScopeRelationship) ||
         !ReadKind(helper, m_tags->shortcut, &SMSectionType2::AddShortcut) ||

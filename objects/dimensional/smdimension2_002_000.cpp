@@ -3,6 +3,7 @@
 #include "objects/dimensional/smhierarchy2_002_000.h"
 #include "objects/dimensional/smmeasure2_002_000.h"
 #include "objects/dimensional/smmeasurefolder2_002_000.h"
+#include "objects/base/smreadguard_002_000.h"
 #include "objects/project/smproject2_002_000.h"
 #include "objects/query/smdefinition2_002_000.h"
 #include "objects/query/smqueryitem2_002_000.h"
@@ -205,13 +206,16 @@ void SMDimension2::constructFromIOParameter(const IOParameter& row) {
 
 bool SMDimension2::read(IOHelper& helper) {
     const auto isItem = [](const IOParameter& row) { return !SMMeasure2::IsMeasureRow(row); };
-    if (!SMQuerySubjectType2::read(helper) ||
-        !ReadChildren<SMHierarchy2>(helper, m_tags->hierarchy, [&](SMHierarchy2* hierarchy) { AddHierarchy(hierarchy); }) ||
-        !ReadChildrenIf<SMMeasure2>(helper, m_tags->measure, SMMeasure2::IsMeasureRow, [&](SMMeasure2* measure) { AddMeasure(measure); }) ||
-        !ReadChildren<SMMeasureFolder2>(helper, m_tags->measureFolder, [&](SMMeasureFolder2* folder) { AddMeasureFolder(folder); }) ||
-        !ReadChildrenIf<SMQueryItem2>(helper, m_tags->queryItem, isItem, [&](SMQueryItem2* item) { AddQueryItem(item); }) ||
-        !ReadChildren<SMQueryItemFolder2>(helper, m_tags->queryItemFolder, [&](SMQueryItemFolder2* folder) { AddQueryItemFolder(folder); }))
-        return false;
+    const auto readChildren = [&] {
+        return ReadChildren<SMHierarchy2>(helper, m_tags->hierarchy, [&](SMHierarchy2* hierarchy) { AddHierarchy(hierarchy); }) &&
+               ReadChildrenIf<SMMeasure2>(helper, m_tags->measure, SMMeasure2::IsMeasureRow,
+                                          [&](SMMeasure2* measure) { AddMeasure(measure); }) &&
+               ReadChildren<SMMeasureFolder2>(helper, m_tags->measureFolder, [&](SMMeasureFolder2* folder) { AddMeasureFolder(folder); }) &&
+               ReadChildrenIf<SMQueryItem2>(helper, m_tags->queryItem, isItem, [&](SMQueryItem2* item) { AddQueryItem(item); }) &&
+               ReadChildren<SMQueryItemFolder2>(helper, m_tags->queryItemFolder,
+                                                [&](SMQueryItemFolder2* folder) { AddQueryItemFolder(folder); });
+    };
+    if (!SMQuerySubjectType2::read(helper) || !ReadGuarded(WORDS, "read", readChildren)) return false;
     SortDisplayOrder();
     return true;
 }

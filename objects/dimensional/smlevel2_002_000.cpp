@@ -76,9 +76,10 @@ SMQueryItem2* SMLevel2::FindItem(const I18NString& name) const {
 SMQueryItem2* SMLevel2::AddOrReturnExistingSMQueryItem(const I18NString& name) {
     if (SMQueryItem2* item = GetQueryItemByName(name)) return item;
     auto* item = new SMQueryItem2(this, m_project);
+    const QvSmartPtr<SMQueryItem2> held = item;
+    item->ChangeDefaultName(name);
     item->displayOrder = TakeDisplayOrder();
     AddQueryItem(item);
-    item->ChangeDefaultName(name);
     if (m_project) m_project->RecordObject(item);
     return item;
 }

@@ -1,6 +1,7 @@
 #include "objects/dimensional/smmeasure2_002_000.h"
 
 #include "core/qvutils/text/qvstringformat.h"
+#include "objects/base/smreadguard_002_000.h"
 #include "objects/project/smproject2_002_000.h"
 #include "objects/transforms/smrenamelist2_002_000.h"
 
@@ -103,8 +104,10 @@ void SMMeasure2::constructFromIOParameter(const IOParameter& row) {
 }
 
 bool SMMeasure2::read(IOHelper& helper) {
-    return SMQueryItem2::read(helper) && ReadKeptInfo(helper, m_aggregateRules, m_tags->aggregateRules) &&
-           ReadChildrenIf<SMMeasure2>(helper, m_tags->measure, IsMeasureRow, [&](SMMeasure2* measure) { AppendMeasure(measure); });
+    if (!SMQueryItem2::read(helper) || !ReadKeptInfo(helper, m_aggregateRules, m_tags->aggregateRules)) return false;
+    return ReadGuarded(WORDS, "read", [&] {
+        return ReadChildrenIf<SMMeasure2>(helper, m_tags->measure, IsMeasureRow, [&](SMMeasure2* measure) { AppendMeasure(measure); });
+    });
 }
 
 bool SMMeasure2::write_next(IOHelper& helper) {

@@ -1,6 +1,7 @@
 #include "objects/dimensional/smmeasurefolder2_002_000.h"
 
 #include "objects/dimensional/smmeasure2_002_000.h"
+#include "objects/base/smreadguard_002_000.h"
 #include "objects/project/smproject2_002_000.h"
 #include "objects/transforms/smrenamelist2_002_000.h"
 
@@ -54,8 +55,9 @@ SMMeasure2* SMMeasureFolder2::AddOrReturnExistingMeasure(const I18NString& name)
     SMMeasure2* measure = m_measures.Find(name.utf8(), *this);
     if (!measure) {
         measure = new SMMeasure2(this, m_project);
-        AddMeasure(measure);
+        const QvSmartPtr<SMMeasure2> held = measure;
         measure->ChangeDefaultName(name);
+        AddMeasure(measure);
     }
     if (m_project) m_project->RecordObject(measure);
     return measure;
@@ -133,9 +135,11 @@ void SMMeasureFolder2::constructFromIOParameter(const IOParameter& row) {
 }
 
 bool SMMeasureFolder2::read(IOHelper& helper) {
-    return ReadChildrenIf<SMMeasure2>(helper, m_tags->measure, SMMeasure2::IsMeasureRow,
-                                      [&](SMMeasure2* measure) { AddMeasure(measure); }) &&
-           ReadChildren<SMMeasureFolder2>(helper, m_tags->measureFolder, [&](SMMeasureFolder2* folder) { AddMeasureFolder(folder); });
+    return ReadGuarded(WORDS, "read", [&] {
+        return ReadChildrenIf<SMMeasure2>(helper, m_tags->measure, SMMeasure2::IsMeasureRow,
+                                          [&](SMMeasure2* measure) { AddMeasure(measure); }) &&
+               ReadChildren<SMMeasureFolder2>(helper, m_tags->measureFolder, [&](SMMeasureFolder2* folder) { AddMeasureFolder(folder); });
+    });
 }
 
 bool SMMeasureFolder2::write_no_seq_inc(IOHelper& helper) {

@@ -1,4 +1,5 @@
 // The project's face towards the repository, and the sets and maps of a save.
+#include "objects/base/smreadguard_002_000.h"
 #include "objects/base/smxmlobject2_002_000.h"
 #include "objects/containers/smnamespace2_002_000.h"
 #include "objects/project/smproject2_002_000.h"
@@ -68,7 +69,7 @@ bool SMProject2::read(IOHelper& helper) {
     AddHash(params, IOParamTag::CLAUSES);
     SMRowWriter(params).Text(IOParamTag::OBJECT, m_tags->project);
     SMLocal<IOArrayParam> rows;
-    if (!helper.DoReadAction(IOAction::AT_ReadSMProject, params, rows)) return false;
+    if (!ReadGuarded(WORDS, "read", [&] { return helper.DoReadAction(IOAction::AT_ReadSMProject, params, rows); })) return false;
     if (rows.Size() > 0) AdoptRow(helper, *this, *rows.At(0));
 
     std::map<QvULString, long*> wanted{{m_tags->locales, &m_localesVersion}};
@@ -101,20 +102,25 @@ bool SMProject2::WriteOwned(IOHelper& helper, const Owned& owned, const char* fa
 }
 
 bool SMProject2::write_next(IOHelper& helper) {
+    const struct EndOfWrite {
+        SMProject2& project;
+        IOHelper& helper;
+        ~EndOfWrite() {
+            project.m_packages.ForgetIndex();          // the write gives ids to packages that had none
+            helper.SetFixingLostRemainingInfo(false);  // also after a failure
+        }
+    } end{*this, helper};
     if (helper.GetFixingLostRemainingInfo())
         SMLog(SM_NOTICE, WORDS, "write_next", "This save will be slow - saving upgraded Meridian database.  This should only happen once.");
     const auto writeLocales = [&] {
         return m_locales.empty() || write_remaining_info(helper, m_tags->locales,
                                                          WriteListToString(m_tags->locales, m_tags->locale, m_locales), m_localesVersion);
     };
-    const bool success = writeLocales() && (!m_rootNamespace || m_rootNamespace->write(helper)) &&
-                         WriteOwned(helper, m_dataSources, "Failed to write a Datasource child of smproject.") &&
-                         WriteOwned(helper, m_packages, "Failed to write a Package child of smproject.") &&
-                         WriteOwned(helper, m_securityViews, "Failed to write a SecurityViews child of smproject.") &&
-                         WriteOwned(helper, m_parameterMaps, "Failed to write a ParameterMap child of smproject.");
-    m_packages.ForgetIndex();                  // the write gives ids to packages that had none
-    helper.SetFixingLostRemainingInfo(false);  // also after a failure
-    return success;
+    return writeLocales() && (!m_rootNamespace || m_rootNamespace->write(helper)) &&
+           WriteOwned(helper, m_dataSources, "Failed to write a Datasource child of smproject.") &&
+           WriteOwned(helper, m_packages, "Failed to write a Package child of smproject.") &&
+           WriteOwned(helper, m_securityViews, "Failed to write a SecurityViews child of smproject.") &&
+           WriteOwned(helper, m_parameterMaps, "Failed to write a ParameterMap child of smproject.");
 }
 
 // ---- sets and maps of a save

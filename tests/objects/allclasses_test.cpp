@@ -9,6 +9,7 @@
 #include "tests/support/capturedlog.h"
 #include "tests/support/contexts.h"
 #include "tests/support/documents.h"
+#include "tests/support/golden.h"
 #include "tests/support/modelclasses.h"
 
 using namespace schema_002_000;
@@ -20,23 +21,6 @@ ProjectPtr ProjectFor() {
     ProjectPtr project = NewProject();
     project->SetId("project");
     return project;
-}
-
-/** The file of a class under tests/data/golden; written anew when SMODEL_UPDATE_GOLDENS is set. */
-void ExpectGolden(const std::string& file, const std::string& text) {
-    const std::string path = std::string(SMODEL_TEST_DATA) + "/golden/" + file;
-    if (std::getenv("SMODEL_UPDATE_GOLDENS")) std::ofstream(path, std::ios::binary) << text;
-    const std::string golden = ReadFile(path);
-    if (golden == text) return;
-    std::istringstream goldenLines(golden), textLines(text);
-    std::string was, is;
-    int line = 0;
-    do {
-        ++line;
-        if (!std::getline(goldenLines, was)) was = "(end)";
-        if (!std::getline(textLines, is)) is = "(end)";
-    } while (was == is && was != "(end)");
-    ADD_FAILURE() << path << ":" << line << ": golden: " << was << "\n  now: " << is << "\n(SMODEL_UPDATE_GOLDENS=1 writes the file anew)";
 }
 
 /** Every action, and below it what it carries, one value a line. */

@@ -6,6 +6,8 @@
 #include <sqlite3.h>
 #include <sys/stat.h>
 
+#include <optional>
+
 namespace qv {
 
 namespace {
@@ -118,20 +120,23 @@ void Bind(sqlite3* database, sqlite3_stmt* statement, int parameter, const Cell&
     Check(database, code);
 }
 
-Cell ReadCell(sqlite3_value* value, ColumnType type) {
-    switch (sqlite3_value_type(value)) {
-    case SQLITE_INTEGER: return Cell::Number(sqlite3_value_int64(value));
-    case SQLITE_TEXT: {
-        const auto* const text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-        const std::string_view view(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
-        return type == ColumnType::moment ? ReadMoment(view) : Cell::Text(view);
+/** The bytes of a value; none for null. The column's type tells what to ask for, which saves asking each value for its own. */
+std::optional<std::string_view> ReadBytes(sqlite3* database, sqlite3_stmt* statement, int column, ColumnType type) {
+    const void* const bytes = type == ColumnType::bytes ? sqlite3_column_blob(statement, column) : sqlite3_column_text(statement, column);
+    if (bytes) return std::string_view(static_cast<const char*>(bytes), static_cast<std::size_t>(sqlite3_column_bytes(statement, column)));
+    if (sqlite3_column_type(statement, column) == SQLITE_NULL) return std::nullopt;
+    if (sqlite3_column_bytes(statement, column) > 0) Raise(database, sqlite3_errcode(database));
+    return std::string_view("", 0);
+}
+
+Cell ReadCell(sqlite3* database, sqlite3_stmt* statement, int column, ColumnType type) {
+    if (type == ColumnType::integer || type == ColumnType::flag) {
+        const std::int64_t number = sqlite3_column_int64(statement, column);
+        return number == 0 && sqlite3_column_type(statement, column) == SQLITE_NULL ? Cell() : Cell::Number(number);
     }
-    case SQLITE_BLOB: {
-        const auto* const bytes = static_cast<const char*>(sqlite3_value_blob(value));
-        return Cell::Text({bytes ? bytes : "", static_cast<std::size_t>(sqlite3_value_bytes(value))});
-    }
-    default: return {};
-    }
+    const std::optional<std::string_view> bytes = ReadBytes(database, statement, column, type);
+    if (!bytes) return {};
+    return type == ColumnType::moment ? ReadMoment(*bytes) : Cell::Text(*bytes);
 }
 
 /** The parameters of a statement, bound together. */
@@ -175,7 +180,7 @@ class SqliteSource : public RowSource {
     bool Next(std::span<Cell> row) override {
         if (!StepRow(m_database, m_statement.get())) return false;
         for (std::size_t at = 0; at < m_types.size(); ++at)
-            row[at] = ReadCell(sqlite3_column_value(m_statement.get(), static_cast<int>(at)), m_types[at]);
+            row[at] = ReadCell(m_database, m_statement.get(), static_cast<int>(at), m_types[at]);
         return true;
     }
 

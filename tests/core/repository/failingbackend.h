@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "core/repository/backend.h"
 
@@ -11,9 +12,17 @@ struct FailurePlan {
     /** From 1; 0 for none. */
     long failsAt = 0;
     bool commits = false;
+    /** Counts, and fails at, all that is asked of a connection: reads too, and what prepares and ends a write. */
+    bool everything = false;
+
+    /** What the store was made of. */
+    std::vector<qv::TableShape> tables;
 
     void Write() {
         if (++writes == failsAt) throw qv::StoreError("the disk is on fire");
+    }
+    void Ask() {
+        if (everything) Write();
     }
 };
 
@@ -25,10 +34,31 @@ class FailingBackend : public qv::StoreBackend {
 
     std::string Name() const override { return m_inner->Name(); }
     State Inspect() override { return m_inner->Inspect(); }
-    void Create(std::span<const qv::TableShape> tables, void (*fill)(qv::StoreConnection&)) override { m_inner->Create(tables, fill); }
+    void Create(std::span<const qv::TableShape> tables, void (*fill)(qv::StoreConnection&)) override {
+        m_plan->tables.assign(tables.begin(), tables.end());
+        m_inner->Create(tables, fill);
+    }
     std::unique_ptr<qv::StoreConnection> Connect() override { return std::make_unique<Connection>(m_inner->Connect(), m_plan); }
 
   private:
+    class Source : public qv::RowSource {
+      public:
+        Source(std::unique_ptr<qv::RowSource> inner, std::shared_ptr<FailurePlan> plan)
+            : m_inner(std::move(inner)), m_plan(std::move(plan)) {}
+        void Start(std::span<const qv::Cell> parameters) override {
+            m_plan->Ask();
+            m_inner->Start(parameters);
+        }
+        bool Next(std::span<qv::Cell> row) override {
+            m_plan->Ask();
+            return m_inner->Next(row);
+        }
+
+      private:
+        std::unique_ptr<qv::RowSource> m_inner;
+        std::shared_ptr<FailurePlan> m_plan;
+    };
+
     class Insert : public qv::RowInsert {
       public:
         Insert(std::unique_ptr<qv::RowInsert> inner, std::shared_ptr<FailurePlan> plan)
@@ -37,7 +67,10 @@ class FailingBackend : public qv::StoreBackend {
             m_plan->Write();
             m_inner->Add(row);
         }
-        void Finish() override { m_inner->Finish(); }
+        void Finish() override {
+            m_plan->Ask();
+            m_inner->Finish();
+        }
 
       private:
         std::unique_ptr<qv::RowInsert> m_inner;
@@ -62,8 +95,12 @@ class FailingBackend : public qv::StoreBackend {
       public:
         Connection(std::unique_ptr<qv::StoreConnection> inner, std::shared_ptr<FailurePlan> plan)
             : m_inner(std::move(inner)), m_plan(std::move(plan)) {}
-        std::unique_ptr<qv::RowSource> Prepare(const qv::Query& query) override { return m_inner->Prepare(query); }
+        std::unique_ptr<qv::RowSource> Prepare(const qv::Query& query) override {
+            m_plan->Ask();
+            return std::make_unique<Source>(m_inner->Prepare(query), m_plan);
+        }
         std::unique_ptr<qv::RowChange> Prepare(const qv::Change& change) override {
+            m_plan->Ask();
             return std::make_unique<Change>(m_inner->Prepare(change), m_plan);
         }
         std::unique_ptr<qv::RowChange> Prepare(const qv::Removal& removal) override {
@@ -82,11 +119,15 @@ class FailingBackend : public qv::StoreBackend {
             m_inner->MakeView(view);
         }
         std::unique_ptr<qv::RowInsert> PrepareInsert(const qv::TableShape& table) override {
+            m_plan->Ask();
             return std::make_unique<Insert>(m_inner->PrepareInsert(table), m_plan);
         }
-        void Begin() override { m_inner->Begin(); }
+        void Begin() override {
+            m_plan->Ask();
+            m_inner->Begin();
+        }
         void Commit() override {
-            if (m_plan->commits) m_plan->Write();
+            if (m_plan->commits || m_plan->everything) m_plan->Write();
             m_inner->Commit();
         }
         void Rollback() noexcept override { m_inner->Rollback(); }

@@ -384,6 +384,10 @@ TEST_P(RepositorySave, RefusesWhatTheTableDoesNotKnow) {
               row + "the table column 'HIDDEN' takes a text, not a flag");
     EXPECT_EQ(refused([](TestNode& map) { map.Named(std::string("a\0b", 3)); }),
               row + "the table column 'NAME' cannot hold the character NUL");
+    EXPECT_NE(refused([](TestNode& map) {
+                  map.SetId(QvULString(std::string_view("m\0x", 3)));
+              }).find("the table column 'PARAMETER_MAP_ID' cannot hold the character NUL"),
+              std::string::npos);
     EXPECT_EQ(refused([](TestNode& map) { map.sentTable = "SM_NOTHING"; }),
               "table SM_NOTHING, id 'm', object 'path of m': there is no such table of objects");
     EXPECT_TRUE(repository->Projects().empty());

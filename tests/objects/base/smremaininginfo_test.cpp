@@ -262,3 +262,37 @@ TEST_F(RemainingInfoRead, ComesBackAsItWasSent) {
     EXPECT_EQ(other->GetName("fr"), "nom");
     EXPECT_EQ(other->WritePropertiesToString(), object->WritePropertiesToString());
 }
+
+TEST_F(RemainingInfoRead, LooksAtNoRecordBehindTheOneOfItsTag) {
+    context.answers = {{Record("tag", "<tag></tag>"), Row().Text("name", "tag")}};
+    QvSmartPtr<SMXMLObject2> result;
+    EXPECT_TRUE(ReadKept(result, "tag"));
+    EXPECT_TRUE(result);
+    EXPECT_THAT(log.Events(), IsEmpty());
+}
+
+TEST_F(RemainingInfoRead, FailsWithAValueOfAnotherKind) {
+    const std::vector<QvSmartPtr<IOParameter>> rows = {
+        Record("tag", "<tag></tag>").Text("xml_element_parent_version", "2"), Record("tag", "<tag></tag>").Text("xml_element_version", "5"),
+        Record("tag", "<tag></tag>").Number("xml_element_id", 1), Record("tag", "<tag></tag>").Number("name", 1),
+        Record("tag", "").Number("value", 1)};
+    for (const auto& row : rows) {
+        for (const char* method : {"read_remaining_info_into_smxmlobject", "read_remaining_info_into_builder"}) {
+            RecordingContext other;
+            other.answers = {{row}};
+            log.Clear();
+            QvSmartPtr<SMXMLObject2> result;
+            SMNestedObjectBuilder builder(object);
+            std::map<QvULString, long*> wanted{{"tag", &version}};
+            if (method[25] == 's')
+                EXPECT_FALSE(object->read_remaining_info_into_smxmlobject(other, object, result, "tag"));
+            else
+                EXPECT_FALSE(object->read_remaining_info_into_builder(other, object, &builder, wanted));
+            EXPECT_FALSE(result);
+            ASSERT_EQ(log.Events().size(), 1u) << Str(row->toString(""));
+            EXPECT_EQ(log.Events()[0].level, 1);
+            EXPECT_EQ(log.Events()[0].method, method);
+            EXPECT_THAT(log.Events()[0].message, testing::StartsWith("Error reading object. Message: A "));
+        }
+    }
+}

@@ -273,3 +273,27 @@ TEST_F(SectionRows, KeepPropertiesOfNamespacesOnly) {
     EXPECT_TRUE(folder->write_next(other));
     EXPECT_THAT(other.Names(), IsEmpty());
 }
+
+TEST_F(SectionRows, FailWithATypeOfAnotherKind) {
+    for (const std::size_t place : {1u, 2u}) {
+        RecordingContext context;
+        context.answers.resize(place + 1);
+        context.answers[place] = {Row().Text("id", "x").Number("object_type", 1).Number("object", 1)};
+        EXPECT_FALSE(root->read(context));
+        EXPECT_EQ(context.Actions().size(), place + 1);
+    }
+    const std::string refused = "Error reading object. Message: A number was asked for a text.";
+    EXPECT_THAT(log.Events(), ElementsAre(LoggedEvent{1, "smsectiontype2", "SMSectionType2", "read", refused, ""},
+                                          LoggedEvent{1, "smsectiontype2", "SMSectionType2", "read", refused, ""}));
+}
+
+TEST_F(SectionRows, FailWithAContextThatRefusesItsParameters) {
+    struct : IOHelper {
+        bool DoReadAction(const I18NString& action, const IOHashParam& params, IOArrayParam&) override {
+            if (action == IOAction::AT_ReadSMObject) params.GetByName("nowhere");
+            return true;
+        }
+    } context;
+    EXPECT_FALSE(root->read(context));
+    EXPECT_THAT(log.Messages(), ElementsAre("1 Error reading object. Message: There is no parameter 'nowhere'."));
+}

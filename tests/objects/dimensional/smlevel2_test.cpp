@@ -180,3 +180,12 @@ TEST(SMLevel2Rows, LogTheChildThatFails) {
     EXPECT_THAT(messages(2), testing::ElementsAre("1 Failed to write a queryitem of a level."));
     EXPECT_THAT(messages(4), testing::ElementsAre("1 Failed to write a queryitemfolder of a level."));
 }
+
+TEST(SMLevel2Model, FollowsNewIdsInItsSorting) {
+    const Fixture fixture("<memberSort>'old'</memberSort>");
+    fixture.level->m_memberSort->version = 4;
+    std::map<QvULString, QvULString> ids{{"old", "new"}};
+    fixture.level->RegenerateIds(ids);
+    EXPECT_EQ(InnerXmlOf(fixture.level->m_memberSort), "'new'");
+    EXPECT_EQ(fixture.level->m_memberSort->version, 1);
+}

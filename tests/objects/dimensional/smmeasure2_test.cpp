@@ -157,3 +157,29 @@ TEST(SMMeasure2Rows, TakeRowsOfMeasuresAlone) {
     EXPECT_EQ(read->GetMeasures()[0]->GetParentSMObj(), read.get());
     EXPECT_THAT(context.noted, testing::ElementsAre("m"));
 }
+
+TEST(SMMeasure2Model, FollowsNewIdsInItsRules) {
+    const Fixture fixture(Named("m", "<aggregateRules>'old'</aggregateRules>"));
+    fixture.Measure().m_aggregateRules->version = 4;
+    std::map<QvULString, QvULString> ids{{"old", "new"}};
+    fixture.Measure().RegenerateIds(ids);
+    EXPECT_EQ(InnerXmlOf(fixture.Measure().m_aggregateRules), "'new'");
+    EXPECT_EQ(fixture.Measure().m_aggregateRules->version, 1);
+}
+
+TEST(SMMeasure2Rows, FailWithATypeOfAnotherKind) {
+    const CapturedLog log;
+    const Fixture fixture("");
+    const auto refused = [&](SMObjectBase& object, std::size_t place) {
+        RecordingContext context;
+        context.answers.resize(place + 1);
+        context.answers[place] = {Row().Text("id", "m").Number("object_type", 1)};
+        EXPECT_FALSE(object.read(context));
+        EXPECT_EQ(context.Names().back(), "AT_ReadSMObject measure");
+    };
+    refused(*QvSmartPtr<SMMeasure2>(new SMMeasure2(fixture.dimension, fixture.project)), 4);
+    refused(*QvSmartPtr<SMMeasureFolder2>(new SMMeasureFolder2(fixture.dimension, fixture.project)), 0);
+    refused(*fixture.dimension, 5);
+    EXPECT_THAT(log.Messages(), testing::Each("1 Error reading object. Message: A number was asked for a text."));
+    EXPECT_EQ(log.Messages().size(), 3u);
+}

@@ -9,11 +9,6 @@
 #include "objects/base/smenums_002_000.h"
 #include "objects/containers/smnamespace2_002_000.h"
 #include "objects/dimensional/smhierarchy2_002_000.h"
-#include "objects/links/smrelationship2_002_000.h"
-#include "objects/links/smrelationshipshortcut2_002_000.h"
-#include "objects/links/smscope2_002_000.h"
-#include "objects/links/smscoperelationship2_002_000.h"
-#include "objects/links/smshortcut2_002_000.h"
 #include "tests/support/capturedlog.h"
 #include "tests/support/documents.h"
 #include "tests/support/facemodel.h"
@@ -155,22 +150,13 @@ class Pages {
     std::set<std::string> m_unseen;
 };
 
-/** The kinds that link objects, without content. */
-std::vector<QvSmartPtr<SMObjectBase>> LinksOf(SMProject2& project) {
-    SMNamespace2* root = RootOf(project);
-    return {new SMRelationship2(root, &project), new SMScopeRelationship2(root, &project), new SMShortcut2(root, &project),
-            new SMRelationshipShortcut2(root, &project)};
-}
-
 /** What none of the other documents has. */
 std::vector<std::string> RareElements() {
     const ProjectPtr project = NewProject();
     const QvSmartPtr<SMHierarchy2> hierarchy = new SMHierarchy2(RootOf(*project), project);
     hierarchy->AddNestedChild(new SMHierarchy2(hierarchy, project));
-    const QvSmartPtr<SMRelationship2> relationship = new SMRelationship2(RootOf(*project), project);
-    relationship->SetStatus(SMEnum_status::invalid);
     const auto folder = SMLoadModelBytes(ModelDocument("<namespace><folder><updateSubject/></folder></namespace>"));
-    return {WriteElement(*hierarchy), WriteElement(*relationship), WriteElement(*folder.project)};
+    return {WriteElement(*hierarchy), WriteElement(*folder.project)};
 }
 
 const ModelClass& ClassNamed(const std::string& name) {
@@ -195,8 +181,6 @@ TEST(DocumentPage, ListsWhatIsWrittenInItsOrder) {
         for (unsigned seed = 0; seed <= ROUNDS; ++seed)
             pages.Check(TreeOf(WriteElement(*entry.Filled(*NewProject(), seed == 0 ? Values() : Values(seed)))));
     }
-    const ProjectPtr project = NewProject();
-    for (const auto& link : LinksOf(*project)) pages.CheckFresh(TreeOf(WriteElement(*link)));
     for (const char* const name : {"everything", "foodmart", "tpcds", "reader_forms", "multifile/single"})
         pages.Check(TreeOf(CanonicalText(*SMLoadModel(std::string(SMODEL_SOURCE_DIR "/examples/models/") + name + ".xml").project)));
     pages.Check(TreeOf(ReadFile(SMODEL_SOURCE_DIR "/examples/models/multifile/main.xml")));  // names its part files

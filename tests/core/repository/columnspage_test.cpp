@@ -11,11 +11,6 @@
 #include "core/repository/smrepository.h"
 #include "objects/containers/smnamespace2_002_000.h"
 #include "objects/face/smmodelstore_002_000.h"
-#include "objects/links/smrelationship2_002_000.h"
-#include "objects/links/smrelationshipshortcut2_002_000.h"
-#include "objects/links/smscope2_002_000.h"
-#include "objects/links/smscoperelationship2_002_000.h"
-#include "objects/links/smshortcut2_002_000.h"
 #include "objects/query/smdefinition2_002_000.h"
 #include "tests/support/capturedlog.h"
 #include "tests/support/contexts.h"
@@ -97,16 +92,11 @@ std::map<std::string, PageTable> TablesOnThePage() {
     return tables;
 }
 
-/** Objects without content: one of each class, one of each kind of link, and a definition without a query. */
+/** Objects without content: one of each class, and a definition without a query. */
 std::vector<QvSmartPtr<SMObjectBase>> FreshObjects(SMProject2& project) {
     std::vector<QvSmartPtr<SMObjectBase>> objects;
     for (const ModelClass& entry : ModelClasses()) objects.push_back(entry.make(project));
-    SMNamespace2* root = RootOf(project);
-    objects.emplace_back(new SMRelationship2(root, &project));
-    objects.emplace_back(new SMScopeRelationship2(root, &project));
-    objects.emplace_back(new SMShortcut2(root, &project));
-    objects.emplace_back(new SMRelationshipShortcut2(root, &project));
-    objects.emplace_back(new SMDefinition2(root, &project));
+    objects.emplace_back(new SMDefinition2(RootOf(project), &project));
     return objects;
 }
 
@@ -124,6 +114,32 @@ std::map<std::string, std::vector<std::set<std::string>>> RowsSent(const std::ve
         }
     }
     return rows;
+}
+
+/** The names of the records that classes send when they are filled, by the table of their owner. */
+std::map<std::string, std::set<std::string>> RecordsSent() {
+    std::map<std::string, std::set<std::string>> records;
+    for (const ModelClass& entry : ModelClasses()) {
+        const ProjectPtr project = NewProject();
+        project->SetId("project");
+        const auto object = entry.Filled(*project);
+        RecordingContext context;
+        EXPECT_TRUE(object->write(context)) << entry.name;
+        std::map<std::string, std::string> tables;  // by the id of the row
+        for (const RecordingContext::Action& action : context.Actions()) {
+            if (!action.params || !action.params->HasKey(IOParamTag::ATTRIBUTES)) continue;
+            const auto attributes = action.params->GetByName(IOParamTag::ATTRIBUTES);
+            const auto text = [&](const I18NString& key) { return Str(attributes->GetByName(key)->GetQvStringValue()); };
+            if (action.name == "AT_WriteRemainingInfo SM_REMAIN_INFO") {
+                records[tables[text(IOParamTag::XML_ELEMENT_PARENT_ID)]].insert(text(IOParamTag::XML_ELEMENT_NAME));
+            } else if (const std::size_t at = action.name.find(" SM_"); at != std::string::npos) {
+                const qv::CatalogueTable& table = *qv::FindTable(action.name.substr(at + 1));
+                const I18NString id(table.id);
+                tables[text(attributes->HasKey(id) ? id : I18NString("ID"))] = std::string(table.name);  // functions name no columns
+            }
+        }
+    }
+    return records;
 }
 
 using Edges = std::set<std::string>;
@@ -201,6 +217,36 @@ TEST(ColumnsPage, TellsWhichColumnsAreAlwaysWritten) {
             EXPECT_EQ(always, line.at(3) == "always") << table.name << "." << column;
         }
     }
+}
+
+TEST(ColumnsPage, ListsTheRecordsOfEachTable) {
+    const CapturedLog log;
+    std::map<std::string, std::set<std::string>> stored;
+    Store store({"everything"});
+    for (const qv::CatalogueTable& table : qv::CatalogueTables()) {
+        if (table.name == qv::REMAIN_INFO || table.name == qv::LANG_TEXT) continue;
+        const std::string name(table.name);
+        for (const Cells& row : store.Ask("SELECT DISTINCT r.NAME FROM SM_REMAIN_INFO r JOIN " + name +
+                                          " o ON o.PROJECT_NO = r.PROJECT_NO AND o." + std::string(table.id) + " = r.PARENT_ID"))
+            stored[name].insert(row[0]);
+    }
+    for (const auto& [name, records] : RecordsSent()) stored[name].insert(records.begin(), records.end());
+    std::map<std::string, std::set<std::string>> listed;
+    for (const PageTable& table : TablesOf(COLUMNS_PAGE)) {
+        if (table.head.at(0) != "Owner") continue;
+        for (const PageTable::Row& row : table.rows) {
+            std::set<std::string>& records = listed[CodesIn(row.at(0)).at(0)];
+            for (const std::string& record : CodesIn(row.at(1))) records.insert(record);
+            for (const std::string& record : CodesIn(row.at(2))) records.insert(record);
+            const auto unread = qv::UnreadRecords();
+            for (const std::string& record : records) {
+                const bool isUnread = std::find(unread.begin(), unread.end(), record) != unread.end();
+                const Cells told = CodesIn(row.at(2));
+                EXPECT_EQ(isUnread, std::find(told.begin(), told.end(), record) != told.end()) << row.at(0) << " " << record;
+            }
+        }
+    }
+    EXPECT_EQ(stored, listed);
 }
 
 TEST(RepositoryPage, AsksQuestionsThatAStoreAnswers) {

@@ -2,13 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <map>
+#include <regex>
 #include <set>
 
 #include "objects/base/smenums_002_000.h"
 #include "objects/containers/smnamespace2_002_000.h"
 #include "objects/dimensional/smhierarchy2_002_000.h"
+#include "objects/transforms/smrenamelist2_002_000.h"
 #include "tests/support/capturedlog.h"
 #include "tests/support/documents.h"
 #include "tests/support/facemodel.h"
@@ -83,8 +84,10 @@ class Pages {
                 for (const PageTable::Row& row : table.rows) section.push_back({CodesIn(row.at(0)), row.at(1), row.at(2)});
                 for (const std::string& element : WordsIn(table.heading)) {
                     EXPECT_TRUE(m_sections.emplace(element, section).second) << element << " has two sections";
-                    for (const Line& line : section)
+                    for (const Line& line : section) {
+                        if (!line.IsAlways()) m_neverMissing.insert(element + " " + line.names.front());
                         for (const std::string& name : line.names) m_unseen.insert(element + " " + name);
+                    }
                 }
             }
     }
@@ -95,26 +98,29 @@ class Pages {
         ASSERT_NE(found, m_sections.end()) << "nothing tells what stands in the element " << element.tag;
         const Section& section = found->second;
         CheckOrder(element, section);
-        for (const Line& line : section)
-            EXPECT_TRUE(!line.IsAlways() || Has(element, line)) << element.tag << " without " << line.names.front();
+        for (const Line& line : section) {
+            if (Has(element, line)) continue;
+            EXPECT_FALSE(line.IsAlways()) << element.tag << " without " << line.names.front();
+            m_neverMissing.erase(element.tag + " " + line.names.front());
+        }
         for (const Element& child : element.children) {
             const Line* line = LineOf(section, child.tag);
             if (line && !line->IsKept()) CheckChild(child, line->content);
         }
     }
 
-    /** An object without content has nothing but what is always written. */
-    void CheckFresh(const Element& element) {
-        Check(element);
-        for (const std::string& name : element.names) {
-            const Line* line = LineOf(m_sections.at(element.tag), name);
-            const bool isGiven = name == "definition" || name == "dbQuery" || name == "modelQuery";  // by the maker
-            EXPECT_TRUE(!line || line->IsAlways() || isGiven) << name << " in an empty " << element.tag << ": " << line->written;
-        }
+    std::set<std::string> KeptElements() const {
+        std::set<std::string> kept;
+        for (const auto& [element, section] : m_sections)
+            for (const Line& line : section)
+                if (line.IsKept()) kept.insert(line.names.begin(), line.names.end());
+        return kept;
     }
 
     /** What the pages name and no document had. */
     const std::set<std::string>& Unseen() const { return m_unseen; }
+    /** What the pages do not tell to be always written, and every document had. */
+    const std::set<std::string>& NeverMissing() const { return m_neverMissing; }
 
   private:
     static bool Has(const Element& element, const Line& line) {
@@ -147,7 +153,7 @@ class Pages {
     }
 
     std::map<std::string, Section> m_sections;
-    std::set<std::string> m_unseen;
+    std::set<std::string> m_unseen, m_neverMissing;
 };
 
 /** What none of the other documents has. */
@@ -171,13 +177,45 @@ std::string MeasureLikeItem(unsigned seed) {
     return WriteElement(*ClassNamed("SMMeasure2").read(*project, "<measure>" + inside + "</measure>"));
 }
 
+/** A document with a reference for each text of its elements, but for those that the model needs to stand. */
+std::string FullOfReferences(const std::string& document) {
+    static const std::regex text(">([^<>]*[^<>\\s][^<>]*)</(\\w+)>");
+    static const std::set<std::string> needed = {"name", "locale", "defaultLocale", "property"};
+    std::string result;
+    auto from = document.begin();
+    for (std::sregex_iterator at(document.begin(), document.end(), text), end; at != end; ++at) {
+        if (needed.count(at->str(2))) continue;
+        result.append(from, (*at)[1].first).append("[Old].[object].[item]");
+        from = (*at)[1].second;
+    }
+    return result.append(from, document.end());
+}
+
+/** The elements whose text holds a word; of kept XML, the whole of it. */
+std::set<std::string> ElementsWith(const std::string& word, const std::string& document, const std::set<std::string>& kept) {
+    static const std::regex token("<(/?)(\\w+)[^>]*>|([^<]+)");
+    std::set<std::string> elements;
+    std::vector<std::string> open;
+    for (std::sregex_iterator at(document.begin(), document.end(), token), end; at != end; ++at) {
+        if (at->str(3).find(word) != std::string::npos) {
+            const auto outermost = std::find_if(open.begin(), open.end(), [&](const std::string& tag) { return kept.count(tag) > 0; });
+            elements.insert(outermost == open.end() ? open.back() : *outermost);
+        } else if ((*at)[2].matched && at->str(1).empty()) {
+            open.push_back(at->str(2));
+        } else if ((*at)[2].matched) {
+            open.pop_back();
+        }
+    }
+    return elements;
+}
+
 }  // namespace
 
 TEST(DocumentPage, ListsWhatIsWrittenInItsOrder) {
     const CapturedLog log;
     Pages pages;
     for (const ModelClass& entry : ModelClasses()) {
-        pages.CheckFresh(TreeOf(WriteElement(*entry.make(*NewProject()))));
+        pages.Check(TreeOf(WriteElement(*entry.make(*NewProject()))));
         for (unsigned seed = 0; seed <= ROUNDS; ++seed)
             pages.Check(TreeOf(WriteElement(*entry.Filled(*NewProject(), seed == 0 ? Values() : Values(seed)))));
     }
@@ -187,6 +225,7 @@ TEST(DocumentPage, ListsWhatIsWrittenInItsOrder) {
     for (const std::string& element : RareElements()) pages.Check(TreeOf(element));
     for (unsigned seed = 1; seed <= ROUNDS; ++seed) pages.Check(TreeOf(MeasureLikeItem(seed)));
     for (const std::string& name : pages.Unseen()) ADD_FAILURE() << name << " is on a page, but never written";
+    for (const std::string& name : pages.NeverMissing()) ADD_FAILURE() << name << " is always written";
 }
 
 TEST(DocumentPage, ListsTheWordsOfEachVocabulary) {
@@ -206,4 +245,19 @@ TEST(DocumentPage, ListsTheWordsOfEachVocabulary) {
         }
     }
     EXPECT_EQ(listed, words.size());
+}
+
+TEST(DocumentPage, ListsTheElementsThatARenameFollows) {
+    const CapturedLog log;
+    const auto model = SMLoadModelBytes(FullOfReferences(ReadFile(SMODEL_SOURCE_DIR "/examples/models/everything.xml")));
+    SMRenameList2 renames;
+    renames.AddRenameNamespace("Old", "New");
+    model.project->RenameObjects(renames);
+    const std::string document = CanonicalText(*model.project).substr(std::string("<?xml version=\"1.0\" encoding=\"UTF-8\"?>").size());
+    std::set<std::string> listed;
+    for (const PageTable& table : TablesOf(PAGES[0]))
+        if (table.heading == "What a rename follows")
+            for (const PageTable::Row& row : table.rows)
+                for (const std::string& element : CodesIn(row.at(0))) listed.insert(element);
+    EXPECT_EQ(ElementsWith("[New]", document, Pages().KeptElements()), listed);
 }

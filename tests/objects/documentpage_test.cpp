@@ -161,8 +161,11 @@ std::vector<std::string> RareElements() {
     const ProjectPtr project = NewProject();
     const QvSmartPtr<SMHierarchy2> hierarchy = new SMHierarchy2(RootOf(*project), project);
     hierarchy->AddNestedChild(new SMHierarchy2(hierarchy, project));
-    const auto folder = SMLoadModelBytes(ModelDocument("<namespace><folder><updateSubject/></folder></namespace>"));
-    return {WriteElement(*hierarchy), WriteElement(*folder.project)};
+    const auto model = SMLoadModelBytes(
+        ModelDocument("<namespace><folder><updateSubject/></folder><querySubject/>"
+                      "<function><result/><procParameters><procParameter/></procParameters></function></namespace>"
+                      "<securityViews><securityView><qosOverrides><qosOverride/></qosOverrides></securityView></securityViews>"));
+    return {WriteElement(*hierarchy), WriteElement(*model.project)};
 }
 
 const ModelClass& ClassNamed(const std::string& name) {

@@ -50,12 +50,15 @@ class Ratio {
     }
     template <class Floor, class Work>
     void Run(Floor floor, Work work) {
-        for (auto _ : m_state) {
-            m_floor = std::min(m_floor, TimeOf(floor));
-            const double seconds = TimeOf(work);
-            m_work = std::min(m_work, seconds);
-            m_state.SetIterationTime(seconds);
-        }
+        for (auto _ : m_state) Take(floor, work);
+    }
+    /** One turn, for those who have something to do between them. */
+    template <class Floor, class Work>
+    void Take(Floor floor, Work work) {
+        m_floor = std::min(m_floor, TimeOf(floor));
+        const double seconds = TimeOf(work);
+        m_work = std::min(m_work, seconds);
+        m_state.SetIterationTime(seconds);
     }
 
   private:

@@ -191,6 +191,10 @@ void PostgresServer::Kill() {
         if (tries == 3000) throw std::runtime_error("the processes of a server do not end");
         ::usleep(10000);
     }
+    // where nobody waits for orphans, the number of the process stays taken, and the next start would believe that it lives
+    std::error_code ignored;
+    fs::remove(m_directory + "/data/postmaster.pid", ignored);
+    fs::remove(m_directory + "/.s.PGSQL.5432.lock", ignored);
 }
 
 void PostgresServer::Promote() {

@@ -21,6 +21,9 @@ constexpr const char* SETTINGS =
     "  THEN set_config('idle_in_transaction_session_timeout', '10min', false) END,"
     " CASE WHEN current_setting('jit', true) IS NOT NULL THEN set_config('jit', 'off', false) END";
 
+/** How a server refuses a transaction that writes. */
+constexpr const char *STANDBY = "0A000", *READ_ONLY = "25006";
+
 std::string Trimmed(const char* message) {
     std::string text = message ? message : "";
     while (!text.empty() && text.back() == '\n') text.pop_back();
@@ -39,7 +42,6 @@ std::string Field(const PGresult* result, int field) {
         throw LineLost("The server ended the connection: " + message);
     if (code == "40001" || code == "40P01") throw ServerError("Others were writing at the same time: " + message, StoreError::again, code);
     if (code == "55P03") throw ServerError("Another process is writing to the repository.", StoreError::busy, code);
-    if (code == "25006") throw ServerError("This server only reads; a save needs the one that writes.", StoreError::failed, code);
     if (code == "23505") message += " (" + Field(result, PG_DIAG_MESSAGE_DETAIL) + ")";
     throw ServerError(message, StoreError::failed, code);
 }
@@ -198,7 +200,12 @@ void Link::Abandon(const Activity& activity) noexcept {
 
 void Link::Begin() {
     ++m_transaction;
-    Run("BEGIN ISOLATION LEVEL READ COMMITTED READ WRITE");
+    try {
+        Run("BEGIN ISOLATION LEVEL READ COMMITTED READ WRITE");
+    } catch (const ServerError& error) {
+        if (error.Code() != STANDBY && error.Code() != READ_ONLY) throw;
+        throw StoreError("This server only reads; a save needs the one that writes.");
+    }
     m_inTransaction = true;
 }
 

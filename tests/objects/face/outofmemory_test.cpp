@@ -1,0 +1,127 @@
+// What a load and a save leave behind when the memory ends at any of their allocations.
+#include <gmock/gmock.h>
+
+#include <new>
+#include <optional>
+
+#include "objects/face/smmodelstore_002_000.h"
+#include "tests/core/repository/repositorytest.h"
+#include "tests/support/facemodel.h"
+#include "tests/support/failingnew.h"
+#include "tests/support/storerows.h"
+
+using namespace schema_002_000;
+
+namespace {
+
+/** A few objects of several kinds, with texts in two locales, kept XML and a custom property. */
+const std::string SMALL =
+    ModelDocument(NamespaceElement("root",
+                                   "<property name=\"id\">r</property><property name=\"p\" type=\"t\">v</property>"
+                                   "<querySubject><name locale=\"en\">subject</name><name locale=\"fr\">sujet</name>"
+                                   "<property name=\"id\">s</property><definition id=\"d\"><modelQuery></modelQuery></definition>"
+                                   "<queryItem><name locale=\"en\">item</name><property name=\"id\">i</property>"
+                                   "<expression>1 + <refobj>[root].[other]</refobj></expression></queryItem></querySubject>") +
+                  MapElement("map", "value"));
+
+/** Runs `step` with its n-th allocation failing; true when one failed. What the step raises must be std::bad_alloc. */
+template <class Step>
+bool RunsOutOfMemory(long n, Step step) {
+    const FailingNew failing(n);
+    try {
+        step();
+    } catch (const std::bad_alloc&) {
+    }
+    return failing.HasFailed();
+}
+
+class OutOfMemory : public RepositoryTest {
+  protected:
+    /** How far the next failure is from the last one: a server is slow, so that some of the places must do. */
+    static long Stride() { return std::string_view(GetParam().name) == "Postgres" ? 13 : 1; }
+    std::string Rows() { return RowsOf(*backend, plan->tables); }
+    static std::string TextIn(SMRepositoryHelper& context) {
+        const SMGetResult got = SMGetModel(context);
+        return got.IsDone() ? CanonicalText(*got.project) : "not read";
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Stores, OutOfMemory, testing::ValuesIn(STORE_KINDS), [](const auto& kind) { return kind.param.name; });
+
+}  // namespace
+
+TEST(OutOfMemoryLoad, GivesTheWholeModelOrNone) {
+    const std::string text = CanonicalText(*SMLoadModelBytes(SMALL).project);
+    long n = 1;
+    for (bool failed = true; failed; ++n) {
+        std::optional<SMLoadResult> loaded;
+        failed = RunsOutOfMemory(n, [&] { loaded = SMLoadModelBytes(SMALL); });
+        if (loaded && loaded->IsDone()) {
+            ASSERT_EQ(CanonicalText(*loaded->project), text) << n;
+        } else if (loaded) {
+            ASSERT_FALSE(loaded->project || loaded->diagnostics.empty()) << n;
+        }
+        ASSERT_EQ(CanonicalText(*SMLoadModelBytes(SMALL).project), text) << "the load behind allocation " << n;
+    }
+    EXPECT_GT(n, 40);
+}
+
+TEST_P(OutOfMemory, LeavesTheStoreAsItWasInAFirstSave) {
+    const SMLoadResult model = SMLoadModelBytes(SMALL);
+    const std::string before = Rows();
+    const auto context = repository->NewProject();
+    long n = 1;
+    for (bool done = false; !done; n += Stride()) {
+        const bool failed = RunsOutOfMemory(n, [&] { done = model.project->write(*context); });
+        if (!done) {
+            ASSERT_EQ(Rows(), before) << n;
+        }
+        if (!failed) {
+            ASSERT_TRUE(done) << n;
+        }
+    }
+    EXPECT_GT(n, 100);
+    EXPECT_EQ(TextIn(*context), CanonicalText(*model.project));
+}
+
+TEST_P(OutOfMemory, LeavesTheRevisionBeforeInALaterSave) {
+    const SMLoadResult model = SMLoadModelBytes(SMALL);
+    const auto context = repository->NewProject();
+    ASSERT_TRUE(SMPutModel(*model.project, *context).IsDone());
+    model.project->SetName("other");
+    model.project->AddParameterMapOrReturnExisting("map", true);
+    model.project->AddParameterMapOrReturnExisting("new", true);
+    const std::string before = Rows();
+    long n = 1;
+    for (bool done = false; !done; n += Stride()) {
+        const bool failed = RunsOutOfMemory(n, [&] { done = model.project->write(*context); });
+        if (!done) {
+            ASSERT_EQ(Rows(), before) << n;
+        }
+        if (!failed) {
+            ASSERT_TRUE(done) << n;
+        }
+    }
+    EXPECT_GT(n, 50);
+    EXPECT_EQ(TextIn(*context), CanonicalText(*model.project));
+}
+
+TEST_P(OutOfMemory, GivesTheWholeModelOrNoneInARead) {
+    const SMLoadResult model = SMLoadModelBytes(SMALL);
+    const auto context = repository->NewProject();
+    ASSERT_TRUE(SMPutModel(*model.project, *context).IsDone());
+    const std::string text = TextIn(*context);
+    long n = 1;
+    for (bool failed = true; failed; ++n) {
+        std::optional<SMGetResult> got;
+        failed = RunsOutOfMemory(n, [&] { got = SMGetModel(*context); });
+        if (got && got->IsDone()) {
+            ASSERT_EQ(CanonicalText(*got->project), text) << n;
+        }
+        if (!failed) {
+            ASSERT_TRUE(got && got->IsDone()) << n;
+        }
+    }
+    EXPECT_GT(n, 100);
+    EXPECT_EQ(TextIn(*context), text);
+}

@@ -1,0 +1,39 @@
+#include "tests/support/failingnew.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+thread_local bool t_counting = false;
+thread_local long t_left = 0;
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+    if (t_counting && --t_left == 0) throw std::bad_alloc();
+    void* const block = std::malloc(size ? size : 1);
+    if (!block) throw std::bad_alloc();
+    return block;
+}
+
+void operator delete(void* block) noexcept {
+    std::free(block);
+}
+
+void operator delete(void* block, std::size_t) noexcept {
+    operator delete(block);
+}
+
+FailingNew::FailingNew(long n) {
+    t_left = n;
+    t_counting = true;
+}
+
+FailingNew::~FailingNew() {
+    t_counting = false;
+}
+
+bool FailingNew::HasFailed() const {
+    return t_left <= 0;
+}

@@ -18,5 +18,7 @@ struct SMRepositoryHelper::State {
     qv::StoreSession session;
     qv::ProjectReader reader;
     qv::ProjectSave save;
+    /** Loads stay with the revision that was asked for. */
+    bool pinned = false;
     std::vector<QvSmartPtr<IOParameter>> mappings{qv::CatalogueKinds().size()};
 };

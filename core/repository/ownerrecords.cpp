@@ -71,7 +71,7 @@ void OwnerRecords::Write(SaveState& state, RowWriter& writer, RowArena& arena, I
         head.version = std::max(head.version, state.EndedVersion(Table(), head) + 1);
     } else {
         head.version = std::max(head.version, known->version + 1);
-        writer.End(Table(), {known->name, known->version, head.parentId, 0});
+        writer.End(Table(), known->row);
     }
     const char* const row = rowcodec::Encode(arena, Table(), head, attributes.cells);
     RowUse use(row);
@@ -88,11 +88,10 @@ void OwnerRecords::Write(SaveState& state, RowWriter& writer, RowArena& arena, I
     writer.Insert(Table(), use.HandOn(), owner);
 }
 
-void OwnerRecords::EndRest(RowWriter& writer, std::string_view owner) {
+void OwnerRecords::EndRest(RowWriter& writer) {
     const std::span<const std::string_view> unread = UnreadRecords();
     for (const Record& record : m_records)
-        if (record.uses == 0 && std::find(unread.begin(), unread.end(), record.name) == unread.end())
-            writer.End(Table(), {record.name, record.version, owner, 0});
+        if (record.uses == 0 && std::find(unread.begin(), unread.end(), record.name) == unread.end()) writer.End(Table(), record.row);
 }
 
 }  // namespace qv

@@ -28,7 +28,7 @@ class OwnerRecords {
     /** Takes a record that was read into the state's attributes for it, and hands its row to the writer. */
     void Write(SaveState& state, RowWriter& writer, RowArena& arena, IOObject* owner);
     /** Ends what was neither looked up nor written, but for the records that no reader asks for. */
-    void EndRest(RowWriter& writer, std::string_view owner);
+    void EndRest(RowWriter& writer);
 
   private:
     struct Record {

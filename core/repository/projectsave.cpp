@@ -6,6 +6,7 @@
 #include "core/qvutils/base/qvuuid.h"
 #include "core/qvutils/diag/qvlogevent.h"
 #include "core/qvutils/params/ionames.h"
+#include "core/repository/documents/documentreader.h"
 
 namespace qv {
 
@@ -80,26 +81,58 @@ bool ProjectSave::Begin(IOObject* outermost) {
     m_writer.Start(m_project, m_base);
     if (outermost) m_adoption.Start(*outermost);
     return Guarded("WriteObject", [&] {
-        if (m_project == 0) return true;
+        if (m_project == 0 || m_writer.Comparing()) return true;
         const std::optional<ProjectEntry> entry = m_session.Project(m_project);
         if (!entry || entry->head != m_base) throw StoreError("", StoreError::movedOn);
         return true;
     });
 }
 
-void ProjectSave::Commit() {
-    if (m_writer.WroteNothing()) return;
-    m_writer.Commit(m_projectChanged ? &m_projectId : nullptr, m_projectChanged ? &m_projectName : nullptr);
-    m_project = m_writer.project();
-    m_base = m_writer.revision();
-}
-
 void ProjectSave::End() {
     m_writer.Rollback();
+    m_document.reset();
     while (m_open > 0) Pop();
     m_looseRecords.Clear();
     m_running = false;
     m_state.Start(m_project, m_base);
+}
+
+void ProjectSave::Commit() {
+    if (m_writer.Comparing()) return;
+    RevisionEntry entry;
+    entry.author = m_author;
+    entry.message = m_message;
+    std::vector<DocumentRecorder::Piece> pieces;
+    bool sameDocument = true;
+    if (m_document) {
+        entry.document = m_document->Finish();
+        pieces = m_document->TakePieces();
+        const std::optional<RevisionEntry> base = m_session.Revision(m_project, m_base);
+        sameDocument = base && base->document == entry.document;
+    }
+    if (m_writer.WroteNothing() && sameDocument) return;
+    const std::string* const id = m_projectChanged ? &m_projectId : nullptr;
+    const std::string* const name = m_projectChanged ? &m_projectName : nullptr;
+    m_writer.Commit(id, name, std::move(entry), pieces);
+    m_project = m_writer.project();
+    m_base = m_writer.revision();
+}
+
+void ProjectSave::Describe(std::string author, std::string message) {
+    m_author = std::move(author);
+    m_message = std::move(message);
+}
+
+QvXMLFormatTarget& ProjectSave::RecordDocument() {
+    std::unordered_set<std::string> known;
+    try {
+        if (const std::optional<RevisionEntry> base = m_session.Revision(m_project, m_base); base && base->document)
+            DocumentReader(m_session, m_project).Collect(*base->document, known);
+    } catch (const StoreError&) {
+        known.clear();  // what cannot be read is written anew
+    }
+    m_document = std::make_unique<DocumentRecorder>(std::move(known));
+    return *m_document;
 }
 
 bool ProjectSave::WriteObject(IOObject& object) {
@@ -176,6 +209,16 @@ bool ProjectSave::WriteRow(IOObject& object, const IdEntry& entry, bool freshId)
     return object.write_no_seq_inc(m_helper);
 }
 
+bool ProjectSave::Compare(IOObject& object, ChangeList& changes) {
+    if (m_running) return Fail("Compare", "A comparison cannot begin within a save.");
+    const struct Comparison {
+        RowWriter& writer;
+        Comparison(RowWriter& rowWriter, ChangeList& list) : writer(rowWriter) { writer.SetComparison(&list); }
+        ~Comparison() { writer.SetComparison(nullptr); }
+    } comparison(m_writer, changes);
+    return RunAsSave("Compare", &object, [&] { return WriteOne(object); });
+}
+
 bool ProjectSave::CompareStored(IOObject& object) {
     bool differs = true;
     const auto work = [&] {
@@ -239,7 +282,7 @@ void ProjectSave::Close(Frame& frame) {
     }
     if (m_state.empty()) return;
     frame.records.Load(m_state, id);
-    frame.records.EndRest(m_writer, id);
+    frame.records.EndRest(m_writer);
 }
 
 void ProjectSave::CloseOrder(std::string_view parent, const RowTable& table, const std::vector<std::string_view>& ids) {
@@ -298,7 +341,7 @@ bool ProjectSave::Insert(const IOHashParam& params) {
         return Fail("DoWriteAction", TellRow(name.utf8(), attributes.head.id, object) + "the row is not that of the object being written");
     if (entry.row) {
         KeepStored(*table, entry.row, attributes.cells);
-        m_writer.End(*table, rowcodec::Head(*table, entry.row));
+        m_writer.End(*table, entry.row);
     }
     if (table->name() == "SM_PROJECT") {
         m_projectChanged = true;

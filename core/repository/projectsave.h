@@ -26,6 +26,10 @@ class ProjectSave {
     bool DoWriteAction(const I18NString& action, const IOHashParam& params);
     const RemainingInfoEntry* LookUpRemainingInfo(const QvULString& id);
 
+    /** Goes the way of a save and gathers what it would change, row by row, without writing anything. Ids and versions are given as in a
+     * save. */
+    bool Compare(IOObject& object, ChangeList& changes);
+
     /** A save is under way. */
     bool Running() const { return m_running; }
     std::int64_t project() const { return m_project; }
@@ -33,6 +37,11 @@ class ProjectSave {
     /** Bases the next save on another revision. */
     void SetBase(std::int64_t base);
     bool MovedOn() const { return m_movedOn; }
+
+    /** What the revisions of the saves to come tell of themselves. */
+    void Describe(std::string author, std::string message);
+    /** A target for the document of what the next save writes. */
+    QvXMLFormatTarget& RecordDocument();
 
   private:
     /** The children of one table that were written below an object, by id, in their order. */
@@ -104,6 +113,8 @@ class ProjectSave {
     std::deque<Frame> m_frames;
     std::size_t m_open = 0;
     RowArena m_arena;
+    std::string m_author, m_message;
+    std::unique_ptr<DocumentRecorder> m_document;
     std::string m_projectId, m_projectName;
     bool m_projectChanged = false;
     /** Parents, by id and table of child, below which children were written that no reader asks for. */

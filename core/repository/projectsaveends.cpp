@@ -7,7 +7,7 @@ void ProjectSave::EndUnvisited(IOObject& outermost) {
     m_state.FetchAll();
     const bool whole = outermost.GetIdCol().utf8() == m_schema.Find("SM_PROJECT")->catalogue->id;
     for (IdEntry& entry : m_state.ids().entries())
-        if (entry.row && !entry.object && IsGone(entry, whole)) m_writer.End(*entry.table, rowcodec::Head(*entry.table, entry.row));
+        if (entry.row && !entry.object && IsGone(entry, whole)) m_writer.End(*entry.table, entry.row);
     EndRecordsOfGone(whole);
     EndOrdersOfGone(whole);
 }
@@ -55,8 +55,8 @@ void ProjectSave::EndRecordsOfGone(bool whole) {
     const RowTable& table = m_schema.remainInfo();
     const TableRows& rows = m_state.Rows(table);
     for (TableRows::Index index = 0; index < rows.size(); ++index) {
-        const RowHead head = rowcodec::Head(table, rows.Row(index));
-        if (IsGone(head.parentId, whole)) m_writer.End(table, head);
+        const char* const row = rows.Row(index);
+        if (IsGone(rowcodec::ParentId(table, row), whole)) m_writer.End(table, row);
     }
 }
 

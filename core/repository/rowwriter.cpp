@@ -54,6 +54,7 @@ RowWriter::~RowWriter() {
 
 void RowWriter::Start(std::int64_t project, std::int64_t base) {
     Rollback();
+    m_textOwners.reset();
     m_entry = {};
     m_entry.number = project;
     m_base = base;
@@ -71,6 +72,10 @@ void RowWriter::Count(std::size_t bytes) {
 }
 
 void RowWriter::Insert(const RowTable& table, const char* row, IOObject* object) {
+    if (m_changes) {
+        m_changes->After(table, row);
+        return RowArena::Release(row);
+    }
     // an object that nobody counts stands on a stack, where a reference taken and given back would delete it
     const bool counted = object && object->getReferenceCount() > 0;
     RowUse use(row);
@@ -79,18 +84,22 @@ void RowWriter::Insert(const RowTable& table, const char* row, IOObject* object)
     Count(rowcodec::Size(row));
 }
 
-void RowWriter::End(const RowTable& table, const RowHead& key) {
+void RowWriter::End(const RowTable& table, const char* row) {
+    if (m_changes) return m_changes->Before(table, row);
+    const RowHead key = rowcodec::Head(table, row);
     m_tables[table.index].ends.push_back({std::string(key.id), std::string(key.parentId), key.version});
     Count(key.id.size() + key.parentId.size());
 }
 
 void RowWriter::Order(std::string_view parent, const RowTable& table, std::string ids) {
+    if (m_changes) return m_changes->Order(parent);
     const std::size_t bytes = ids.size();
     m_orders.push_back({std::string(parent), std::move(ids), table.name(), 0});
     Count(bytes);
 }
 
 void RowWriter::EndOrder(std::string_view parent, std::string_view table, std::int64_t first) {
+    if (m_changes) return m_changes->Order(parent);
     m_orders.push_back({std::string(parent), {}, table, first});
     Count(0);
 }
@@ -113,6 +122,11 @@ void RowWriter::Begin() {
     if (!m_session.AdvanceHead(m_entry.number, m_base, revision())) throw StoreError("", StoreError::movedOn);
 }
 
+void RowWriter::EndTexts(std::string_view id, std::int64_t version) {
+    if (!m_textOwners) m_textOwners = m_session.TextOwners(m_entry.number);
+    if (m_textOwners->count(std::string(id)) != 0) m_session.EndTexts(m_entry.number, revision(), id, version);
+}
+
 void RowWriter::SendRows(const RowTable& table, const PendingTable& pending) {
     for (const PendingRow& row : pending.rows) {
         try {
@@ -124,6 +138,7 @@ void RowWriter::SendRows(const RowTable& table, const PendingTable& pending) {
     for (const PendingEnd& end : pending.ends) {
         try {
             m_session.EndRow(table, m_entry.number, revision(), {end.id, end.version, end.parentId, 0});
+            if (&table != &Schema::Get().remainInfo()) EndTexts(end.id, end.version);
         } catch (const StoreError& error) {
             RaiseFor(error, table.name(), end.id, nullptr);
         }
@@ -173,7 +188,12 @@ void RowWriter::Flush() {
     m_flushed = true;
 }
 
-void RowWriter::Close(const std::string* id, const std::string* name) {
+void RowWriter::SendPieces(const std::vector<DocumentRecorder::Piece>& pieces) {
+    for (const DocumentRecorder::Piece& piece : pieces) m_session.InsertPiece(m_entry.number, piece);
+    m_session.FinishPieces();
+}
+
+void RowWriter::Close(const std::string* id, const std::string* name, const RevisionEntry& entry) {
     if (id) {
         m_session.LockRegistry();
         for (const ProjectEntry& other : m_session.Projects())
@@ -181,17 +201,21 @@ void RowWriter::Close(const std::string* id, const std::string* name) {
                 throw StoreError("The repository has another project with the id '" + *id + "'.");
     }
     if (id && name) m_session.NameProject(m_entry.number, *id, *name);
-    m_session.InsertRevision(m_entry.number, revision(), CellOf(QvDate(true)).number);
+    m_session.InsertRevision(m_entry.number, entry);
     m_session.Commit();
     m_begun = false;
 }
 
-void RowWriter::Commit(const std::string* id, const std::string* name) {
+void RowWriter::Commit(const std::string* id, const std::string* name, RevisionEntry entry,
+                       const std::vector<DocumentRecorder::Piece>& pieces) {
+    entry.number = revision();
+    entry.savedAt = CellOf(QvDate(true));
     Sort();
     for (int tries = 1;; ++tries) {
         try {
             Send();
-            Close(id, name);
+            SendPieces(pieces);
+            Close(id, name, entry);
             break;
         } catch (const StoreError& error) {
             if (error.reason() != StoreError::again) throw;

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <string>
+#include <optional>
+#include <unordered_set>
 #include <vector>
 
 #include "core/qvutils/persist/ioobject.h"
+#include "core/repository/history/changelist.h"
 #include "core/repository/storesession.h"
 
 namespace qv {
@@ -24,17 +27,25 @@ class RowWriter {
     explicit RowWriter(StoreSession& session);
     ~RowWriter();
 
+    /** Everything goes to the list from now on, and nothing to the store; null ends that. The list is borrowed. */
+    void SetComparison(ChangeList* changes) { m_changes = changes; }
+    bool Comparing() const { return m_changes != nullptr; }
+
     /** Begins anew, for a project that is not there yet when the number is 0. */
     void Start(std::int64_t project, std::int64_t base);
     /** Takes the row over. `object` is held until the row went out when it is counted, else borrowed; it may be null. */
     void Insert(const RowTable& table, const char* row, IOObject* object);
-    void End(const RowTable& table, const RowHead& key);
+    /** Ends a stored row, and the texts of its version in other locales. The row is not kept. */
+    void End(const RowTable& table, const char* row);
     void Order(std::string_view parent, const RowTable& table, std::string ids);
     void EndOrder(std::string_view parent, std::string_view table, std::int64_t first);
 
     bool WroteNothing() const { return !m_begun && m_pending == 0; }
-    /** Sends all, with the revision and the registry's entry, and commits. `name` and `id` are null when they did not change. */
-    void Commit(const std::string* id, const std::string* name);
+    /**
+     * Sends all, with the pieces of the document, the revision and the registry's entry, and commits. The revision's number and moment
+     * are filled in here. `name` and `id` are null when they did not change.
+     */
+    void Commit(const std::string* id, const std::string* name, RevisionEntry entry, const std::vector<DocumentRecorder::Piece>& pieces);
     void Rollback() noexcept;
 
     std::int64_t project() const { return m_entry.number; }
@@ -69,17 +80,22 @@ class RowWriter {
     void SendOrders();
     void Flush();
     /** Writes the revision and the registry's entry, and commits. */
-    void Close(const std::string* id, const std::string* name);
+    void Close(const std::string* id, const std::string* name, const RevisionEntry& entry);
+    void SendPieces(const std::vector<DocumentRecorder::Piece>& pieces);
+    void EndTexts(std::string_view id, std::int64_t version);
     void Undo() noexcept;
     void Count(std::size_t bytes);
     void Forget() noexcept;
 
     StoreSession& m_session;
+    ChangeList* m_changes = nullptr;
     ProjectEntry m_entry;
     std::int64_t m_base = 0;
     bool m_begun = false;
     /** Rows of the running transaction have been let go. */
     bool m_flushed = false;
+    /** The objects that have texts in the store; looked up when the first row ends. */
+    std::optional<std::unordered_set<std::string>> m_textOwners;
     std::vector<PendingTable> m_tables;
     std::vector<PendingOrder> m_orders;
     /** Bytes gathered, and a little for each thing gathered. */

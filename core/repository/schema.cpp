@@ -86,8 +86,16 @@ Schema::Schema() {
                   {projecttable::project}};
     m_revisions = {"REPO_REVISION",
                    {Required("PROJECT_NO", ColumnType::integer), Required("REVISION_NO", ColumnType::integer),
-                    Required("SAVED_AT", ColumnType::moment)},
+                    Required("SAVED_AT", ColumnType::moment), Optional("AUTHOR", ColumnType::text), Optional("MESSAGE", ColumnType::text),
+                    Optional("DOCUMENT", ColumnType::text), Optional("DOCUMENT_DEPTH", ColumnType::integer),
+                    Optional("DOCUMENT_BYTES", ColumnType::integer)},
                    {revisiontable::project, revisiontable::revision}};
+    m_pieces = {"REPO_PIECE",
+                {Required("PROJECT_NO", ColumnType::integer), Required("DIGEST", ColumnType::text), Required("SIZE", ColumnType::integer),
+                 Required("BYTES", ColumnType::bytes)},
+                {piecetable::project, piecetable::digest}};
+    // a piece is its digest, so one that came a second time is the same
+    m_pieces.replaces = true;
     m_store = {"REPO_STORE", {Required("NAME", ColumnType::text), Required("VALUE", ColumnType::text)}, {storetable::name}};
 }
 
@@ -107,7 +115,7 @@ const RowTable* Schema::FindByIdColumn(std::string_view idColumn) const {
 }
 
 std::vector<TableShape> Schema::AllShapes() const {
-    std::vector<TableShape> shapes = {m_store, m_projects, m_revisions, m_orders};
+    std::vector<TableShape> shapes = {m_store, m_projects, m_revisions, m_pieces, m_orders};
     for (const RowTable& table : m_rowTables) shapes.push_back(table.shape);
     return shapes;
 }

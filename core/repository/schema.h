@@ -44,7 +44,12 @@ namespace projecttable {
 enum : std::size_t { project, id, name, head };
 }
 namespace revisiontable {
-enum : std::size_t { project, revision, savedAt };
+enum : std::size_t { project, revision, savedAt, author, message, document, documentDepth, documentBytes };
+/** Those that came with the second format. */
+inline constexpr std::size_t LATER_COLUMNS = 5;
+}  // namespace revisiontable
+namespace piecetable {
+enum : std::size_t { project, digest, size, bytes };
 }
 namespace storetable {
 enum : std::size_t { name, value };
@@ -68,6 +73,7 @@ class Schema {
     const TableShape& orders() const { return m_orders; }
     const TableShape& projects() const { return m_projects; }
     const TableShape& revisions() const { return m_revisions; }
+    const TableShape& pieces() const { return m_pieces; }
     const TableShape& store() const { return m_store; }
     std::vector<TableShape> AllShapes() const;
 
@@ -77,7 +83,7 @@ class Schema {
     std::unordered_map<std::string_view, const RowTable*> m_byName, m_byIdColumn;
     const RowTable* m_remainInfo;
     const RowTable* m_langText;
-    TableShape m_orders, m_projects, m_revisions, m_store;
+    TableShape m_orders, m_projects, m_revisions, m_pieces, m_store;
 };
 
 }  // namespace qv

@@ -47,7 +47,7 @@ void SiblingOrder::Arrange(const Record* record, const std::vector<std::string_v
 
 std::string SiblingOrder::Join(const std::vector<std::string_view>& ids) {
     std::string text;
-    for (const std::string_view id : ids) {
+    for (const std::string_view& id : ids) {
         if (&id != &ids.front()) text += '\n';
         for (const char character : id) {
             if (character == '\n' || character == '\\') text += '\\';

@@ -43,6 +43,16 @@ class SM_API SMRepository {
 
     /** By number, which is the order in which they came. */
     std::vector<SMRepositoryProject> Projects();
+    /** The revisions of a project, by number. Pruning takes the oldest away. */
+    std::vector<SMRepositoryRevision> Revisions(long project);
+    /** What is different in revision `to` from what stood in `from`; 0 stands for nothing at all. */
+    std::vector<SMRepositoryChange> Changes(long project, long from, long to);
+    /** The revisions in which an object, known by its id, came, changed or went. */
+    std::vector<SMRepositoryRevision> RevisionsOf(long project, const QvULString& id);
+    /** The values of an object as it stands, each with the revision that set it. */
+    std::vector<SMRepositoryBlame> Blame(long project, const QvULString& id);
+    /** Takes away what only revisions older than the newest `keep` hold, at least one of which stays. The one operation that forgets. */
+    SMRepositoryPruned Prune(long project, long keep);
     /** A context for a project that is not yet there; its first save makes it. */
     std::unique_ptr<SMRepositoryHelper> NewProject();
     std::unique_ptr<SMRepositoryHelper> OpenProject(long number);
@@ -51,6 +61,9 @@ class SM_API SMRepository {
     const std::string& Name() const { return m_name; }
 
   private:
+    template <class Ask>
+    auto AskHistory(long project, Ask&& ask);
+
     std::shared_ptr<qv::StoreBackend> m_backend;
     std::string m_name;
 };

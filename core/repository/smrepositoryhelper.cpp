@@ -2,7 +2,9 @@
 
 #include "core/qvutils/diag/qvlogevent.h"
 #include "core/qvutils/params/ionames.h"
+#include "core/repository/documents/documentreader.h"
 #include "core/repository/helperstate.h"
+#include "core/repository/naming.h"
 
 namespace {
 
@@ -71,7 +73,7 @@ bool SMRepositoryHelper::DoReadAction(const I18NString& action, const IOHashPara
 bool SMRepositoryHelper::State::Read(const I18NString& action, const IOHashParam& params, bool fixing, IOArrayParam& results) {
     if (action == IOAction::AT_ReadSMProject) {
         // a load begins here: the newest revision, and saves are based on it
-        if (!save.Running() && save.project() != 0) {
+        if (!save.Running() && !pinned && save.project() != 0) {
             const std::optional<qv::ProjectEntry> entry = session.Project(save.project());
             if (!entry) throw qv::StoreError("The project is not in the repository any more.");
             save.SetBase(entry->head);
@@ -96,7 +98,10 @@ bool SMRepositoryHelper::State::Read(const I18NString& action, const IOHashParam
 }
 
 bool SMRepositoryHelper::State::Saved(bool success, long revisionBefore) {
-    if (!save.Running() && save.base() != revisionBefore) reader.Pin(save.project(), save.base());
+    if (!save.Running() && save.base() != revisionBefore) {
+        pinned = false;
+        reader.Pin(save.project(), save.base());
+    }
     return success;
 }
 
@@ -132,6 +137,48 @@ QvSmartPtr<IOParameter> SMRepositoryHelper::GetObjectMapping(const QvULString& e
     QvSmartPtr<IOParameter>& mapping = m_state->mappings[static_cast<std::size_t>(kind - qv::CatalogueKinds().data())];
     if (!mapping) mapping = MakeMapping(*kind);
     return mapping;
+}
+
+QvXMLFormatTarget* SMRepositoryHelper::DocumentTarget() {
+    return &m_state->save.RecordDocument();
+}
+
+void SMRepositoryHelper::Describe(const I18NString& author, const I18NString& message) {
+    m_state->save.Describe(std::string(author.utf8()), std::string(message.utf8()));
+}
+
+void SMRepositoryHelper::ReadAt(long revision) {
+    m_state->pinned = true;
+    m_state->save.SetBase(revision);
+    m_state->reader.Pin(m_state->save.project(), revision);
+}
+
+long SMRepositoryHelper::Newest() {
+    return qv::Naming(m_state->backend->Name(), [&] {
+        const std::optional<qv::ProjectEntry> entry = m_state->session.Project(ProjectNumber());
+        return entry ? static_cast<long>(entry->head) : 0;
+    });
+}
+
+bool SMRepositoryHelper::ReadDocument(QvXMLFormatTarget& target) {
+    return qv::Naming(m_state->backend->Name(), [&] {
+        const std::optional<qv::RevisionEntry> entry = m_state->session.Revision(ProjectNumber(), Revision());
+        if (!entry) throw qv::StoreError("There is no revision " + std::to_string(Revision()) + ".");
+        if (!entry->document) return false;
+        qv::DocumentReader(m_state->session, ProjectNumber()).Read(*entry->document, [&](std::string_view text) { target.write(text); });
+        return true;
+    });
+}
+
+std::vector<SMRepositoryChange> SMRepositoryHelper::Compare(IOObject& object) {
+    return qv::Naming(m_state->backend->Name(), [&] {
+        qv::ChangeList changes;
+        if (!m_state->save.Compare(object, changes)) throw qv::StoreError("The comparison with the repository failed; the log tells why.");
+        qv::NameIndex names;
+        if (Revision() != 0) names.Fetch(m_state->session, ProjectNumber(), Revision());
+        changes.AddNames(names);
+        return changes.Build(names);
+    });
 }
 
 long SMRepositoryHelper::ProjectNumber() const {

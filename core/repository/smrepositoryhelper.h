@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "core/qvutils/persist/iohelper.h"
+#include "core/repository/smrepositoryhistory.h"
 
 namespace qv {
 class StoreBackend;
@@ -41,6 +42,25 @@ class SM_API SMRepositoryHelper : public IOHelper {
     const RemainingInfoEntry* doWriteLookUpRemainingInfo(const QvULString& id) const override;
     bool WriteObject(IOObject& object) override;
     bool CompareStored(IOObject& object) override;
+
+    QvXMLFormatTarget* DocumentTarget() override;
+
+    /** Who saves, and why: stands with the revisions that saves make from now on. */
+    void Describe(const I18NString& author, const I18NString& message);
+    /** Loads, and what later saves are based on, are those of this revision from now on; a save then fails unless it is the newest. */
+    void ReadAt(long revision);
+    /** The newest revision that stands in the store now. */
+    long Newest();
+    /**
+     * Writes the document that was saved in the revision of this context, byte for byte. False when that revision was saved without one.
+     * What the store raises comes as TklRuntimeError.
+     */
+    bool ReadDocument(QvXMLFormatTarget& target);
+    /**
+     * What a save of the object would change in the revision of this context; nothing is written. The object gets ids and versions as in
+     * a save. Raises TklRuntimeError when the comparison fails.
+     */
+    std::vector<SMRepositoryChange> Compare(IOObject& object);
 
     /** 0 for a project that was not yet saved. */
     long ProjectNumber() const;

@@ -64,30 +64,79 @@ std::optional<ProjectEntry> StoreSession::Project(std::int64_t number) {
     return entry;
 }
 
-Cell StoreSession::SavedAt(std::int64_t projectNo, std::int64_t revisionNo) {
+Query StoreSession::RevisionQuery(std::vector<Condition> where) const {
     using namespace revisiontable;
-    RowSource& source =
-        Prepared(m_revision, {&m_schema.revisions(), {savedAt}, {{project, Condition::equal}, {revision, Condition::equal}}});
-    const Cell parameters[] = {Cell::Number(projectNo), Cell::Number(revisionNo)};
-    Cell moment, row[1];
+    return {&m_schema.revisions(), {revision, savedAt, author, message, document, documentDepth, documentBytes}, std::move(where)};
+}
+
+std::vector<RevisionEntry> StoreSession::TakeRevisions(RowSource& source) {
+    std::vector<RevisionEntry> entries;
+    Cell row[7];
+    while (source.Next(row)) {
+        RevisionEntry entry{row[0].number, row[1], std::string(row[2].view), std::string(row[3].view), {}};
+        if (row[4].kind != Cell::null) entry.document = DocumentRoot{std::string(row[4].view), row[5].number, row[6].number};
+        entries.push_back(std::move(entry));
+    }
+    std::sort(entries.begin(), entries.end(), [](const RevisionEntry& a, const RevisionEntry& b) { return a.number < b.number; });
+    return entries;
+}
+
+std::vector<RevisionEntry> StoreSession::Revisions(std::int64_t projectNo) {
+    using namespace revisiontable;
+    RowSource& source = Prepared(m_revisions, RevisionQuery({{project, Condition::equal}}));
+    const Cell parameters[] = {Cell::Number(projectNo)};
     source.Start(parameters);
-    while (source.Next(row)) moment = row[0];
-    return moment;
+    return TakeRevisions(source);
+}
+
+std::optional<RevisionEntry> StoreSession::Revision(std::int64_t projectNo, std::int64_t revisionNo) {
+    using namespace revisiontable;
+    RowSource& source = Prepared(m_revision, RevisionQuery({{project, Condition::equal}, {revision, Condition::equal}}));
+    const Cell parameters[] = {Cell::Number(projectNo), Cell::Number(revisionNo)};
+    source.Start(parameters);
+    std::vector<RevisionEntry> entries = TakeRevisions(source);
+    return entries.empty() ? std::nullopt : std::optional(std::move(entries.front()));
+}
+
+std::optional<std::string> StoreSession::Piece(std::int64_t projectNo, const std::string& digestText) {
+    using namespace piecetable;
+    RowSource& source = Prepared(m_piece, {&m_schema.pieces(), {bytes}, {{project, Condition::equal}, {digest, Condition::equal}}});
+    const Cell parameters[] = {Cell::Number(projectNo), Cell::Text(digestText)};
+    std::optional<std::string> piece;
+    Cell row[1];
+    source.Start(parameters);
+    while (source.Next(row)) piece = std::string(row[0].view);
+    return piece;
+}
+
+const char* StoreSession::Encode(const RowTable& table, RowArena& arena) {
+    const std::size_t heads = table.hasParent ? 4 : 2;
+    RowHead head;
+    head.id = m_cells[0].view;
+    head.version = m_cells[1].number;
+    if (table.hasParent) {
+        head.parentId = m_cells[2].view;
+        head.parentVersion = m_cells[3].number;
+    }
+    ++m_counters.rowsRead;
+    return rowcodec::Encode(arena, table, head, std::span<const Cell>(m_cells).subspan(heads, table.columns.size()));
 }
 
 void StoreSession::Take(const RowTable& table, RowSource& source, RowArena& arena, const std::function<void(const char*)>& take) {
-    const std::size_t heads = table.hasParent ? 4 : 2;
-    m_cells.assign(heads + table.columns.size(), {});
-    while (source.Next(m_cells)) {
-        RowHead head;
-        head.id = m_cells[0].view;
-        head.version = m_cells[1].number;
-        if (table.hasParent) {
-            head.parentId = m_cells[2].view;
-            head.parentVersion = m_cells[3].number;
-        }
-        take(rowcodec::Encode(arena, table, head, std::span<const Cell>(m_cells).subspan(heads)));
-        ++m_counters.rowsRead;
+    m_cells.assign(RowColumns(table).size(), {});
+    while (source.Next(m_cells)) take(Encode(table, arena));
+}
+
+void StoreSession::FetchWhere(const RowTable& table, std::vector<Condition> where, const std::vector<Cell>& parameters, RowArena& arena,
+                              const std::function<void(const char*, std::int64_t, std::int64_t)>& take) {
+    std::vector<std::size_t> columns = RowColumns(table);
+    columns.insert(columns.end(), {place::first, place::end});
+    const auto source = m_connection->Prepare(Query{&table.shape, columns, std::move(where)});
+    source->Start(parameters);
+    m_cells.assign(columns.size(), {});
+    while (source->Next(m_cells)) {
+        const std::int64_t first = m_cells[columns.size() - 2].number, end = m_cells[columns.size() - 1].number;
+        take(Encode(table, arena), first, end);
     }
 }
 
@@ -187,6 +236,24 @@ void StoreSession::EndRow(const RowTable& table, std::int64_t project, std::int6
     ++m_counters.rowsEnded;
 }
 
+std::unordered_set<std::string> StoreSession::TextOwners(std::int64_t project) {
+    RowSource& source = Prepared(m_textOwners, {&m_schema.langText().shape, {place::id}, {{place::project, Condition::equal}}});
+    const Cell parameters[] = {Cell::Number(project)};
+    std::unordered_set<std::string> owners;
+    Cell row[1];
+    source.Start(parameters);
+    while (source.Next(row)) owners.emplace(row[0].view);
+    return owners;
+}
+
+void StoreSession::EndTexts(std::int64_t project, std::int64_t revision, std::string_view id, std::int64_t version) {
+    const Change change{&m_schema.langText().shape,
+                        {place::end},
+                        {{place::project, Condition::equal}, {place::id, Condition::equal}, {place::version, Condition::equal}}};
+    const Cell parameters[] = {Cell::Number(revision), Cell::Number(project), Cell::Text(id), Cell::Number(version)};
+    m_counters.rowsEnded += static_cast<long>(Prepared(m_endTexts, change).Run(parameters));
+}
+
 void StoreSession::AddOne(std::unique_ptr<RowInsert>& slot, const TableShape& table, std::initializer_list<Cell> row) {
     RowInsert& insert = PreparedInsert(slot, table);
     insert.Add(std::span<const Cell>(row.begin(), row.size()));
@@ -243,8 +310,24 @@ void StoreSession::NameProject(std::int64_t projectNo, const std::string& projec
     change.Run(parameters);
 }
 
-void StoreSession::InsertRevision(std::int64_t project, std::int64_t revision, std::int64_t moment) {
-    AddOne(m_insertRevision, m_schema.revisions(), {Cell::Number(project), Cell::Number(revision), Cell::Number(moment)});
+void StoreSession::InsertRevision(std::int64_t project, const RevisionEntry& entry) {
+    const auto textOrNull = [](const std::string& text) { return text.empty() ? Cell{} : Cell::Text(text); };
+    const bool documented = entry.document.has_value();
+    AddOne(m_insertRevision, m_schema.revisions(),
+           {Cell::Number(project), Cell::Number(entry.number), entry.savedAt, textOrNull(entry.author), textOrNull(entry.message),
+            documented ? Cell::Text(entry.document->digest) : Cell{}, documented ? Cell::Number(entry.document->depth) : Cell{},
+            documented ? Cell::Number(entry.document->bytes) : Cell{}});
+}
+
+void StoreSession::InsertPiece(std::int64_t project, const DocumentRecorder::Piece& piece) {
+    const Cell row[] = {Cell::Number(project), Cell::Text(piece.digest), Cell::Number(static_cast<std::int64_t>(piece.bytes)),
+                        Cell::Text(piece.packed)};
+    PreparedInsert(m_insertPiece, m_schema.pieces()).Add(row);
+    ++m_counters.rowsWritten;
+}
+
+void StoreSession::FinishPieces() {
+    if (m_insertPiece) m_insertPiece->Finish();
 }
 
 }  // namespace qv

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "core/repository/documents/documentrecorder.h"
 #include "core/repository/rowcodec.h"
 #include "core/repository/smrepository.h"
 
@@ -19,6 +20,15 @@ struct ProjectEntry {
     std::int64_t head = 0;
 };
 
+/** What the registry tells of a revision. */
+struct RevisionEntry {
+    std::int64_t number = 0;
+    Cell savedAt;
+    std::string author, message;
+    /** None when the save came without a document. */
+    std::optional<DocumentRoot> document;
+};
+
 /**
  * A connection with the statements that a context needs: a fixed number for each table, each prepared at its first use and kept.
  * Nothing that is asked here depends on how many objects a model has.
@@ -29,11 +39,17 @@ class StoreSession {
 
     std::vector<ProjectEntry> Projects();
     std::optional<ProjectEntry> Project(std::int64_t number);
-    /** The moment of a revision; the null cell when it is not there. */
-    Cell SavedAt(std::int64_t project, std::int64_t revision);
+    /** By number. */
+    std::vector<RevisionEntry> Revisions(std::int64_t project);
+    std::optional<RevisionEntry> Revision(std::int64_t project, std::int64_t revision);
+    /** A piece of a document, packed. */
+    std::optional<std::string> Piece(std::int64_t project, const std::string& digest);
     /** The rows of a table that stood in a revision. The compact rows are the receiver's. */
     void FetchRows(const RowTable& table, std::int64_t project, std::int64_t revision, RowArena& arena,
                    const std::function<void(const char* row)>& take);
+    /** The rows that fit the conditions; the statement is prepared for this once. */
+    void FetchWhere(const RowTable& table, std::vector<Condition> where, const std::vector<Cell>& parameters, RowArena& arena,
+                    const std::function<void(const char* row, std::int64_t first, std::int64_t end)>& take);
     void FetchOrders(
         std::int64_t project, std::int64_t revision,
         const std::function<void(std::string_view parent, std::string_view table, std::int64_t first, std::string_view ids)>& take);
@@ -50,6 +66,10 @@ class StoreSession {
     void InsertRow(const RowTable& table, std::int64_t project, std::int64_t revision, const char* row);
     void FinishRows(const RowTable& table);
     void EndRow(const RowTable& table, std::int64_t project, std::int64_t revision, const RowHead& key);
+    /** The objects that have texts in other locales, now or in a version that ended. */
+    std::unordered_set<std::string> TextOwners(std::int64_t project);
+    /** Ends what stands of the texts of a version of an object, if there are any. */
+    void EndTexts(std::int64_t project, std::int64_t revision, std::string_view id, std::int64_t version);
     void InsertOrder(std::int64_t project, std::string_view parent, std::string_view table, std::int64_t revision, std::string_view ids);
     void EndOrder(std::int64_t project, std::string_view parent, std::string_view table, std::int64_t first, std::int64_t revision);
     void FinishOrders();
@@ -59,8 +79,11 @@ class StoreSession {
     /** False when the head is not the one expected: another save came first. */
     bool AdvanceHead(std::int64_t project, std::int64_t expected, std::int64_t head);
     void NameProject(std::int64_t project, const std::string& id, const std::string& name);
-    void InsertRevision(std::int64_t project, std::int64_t revision, std::int64_t moment);
+    void InsertRevision(std::int64_t project, const RevisionEntry& entry);
+    void InsertPiece(std::int64_t project, const DocumentRecorder::Piece& piece);
+    void FinishPieces();
 
+    StoreConnection& connection() { return *m_connection; }
     SMRepositoryCounters& counters() { return m_counters; }
 
   private:
@@ -79,17 +102,21 @@ class StoreSession {
     void AddOne(std::unique_ptr<RowInsert>& slot, const TableShape& table, std::initializer_list<Cell> row);
     /** Takes the rows of a source that was started. */
     void Take(const RowTable& table, RowSource& source, RowArena& arena, const std::function<void(const char* row)>& take);
+    /** A row of the cells at hand. */
+    const char* Encode(const RowTable& table, RowArena& arena);
     /** The columns of a row, in the order of key, place and cells. */
     static std::vector<std::size_t> RowColumns(const RowTable& table);
     static ProjectEntry Entry(std::span<const Cell> row);
+    Query RevisionQuery(std::vector<Condition> where) const;
+    static std::vector<RevisionEntry> TakeRevisions(RowSource& source);
 
     const Schema& m_schema;
     std::unique_ptr<StoreConnection> m_connection;
     SMRepositoryCounters m_counters;
     std::vector<TableStatements> m_tables;
-    std::unique_ptr<RowSource> m_projects, m_project, m_revision, m_orders;
-    std::unique_ptr<RowChange> m_lockRegistry, m_advanceHead, m_nameProject, m_endOrder;
-    std::unique_ptr<RowInsert> m_insertProject, m_insertRevision, m_insertOrder;
+    std::unique_ptr<RowSource> m_projects, m_project, m_revisions, m_revision, m_piece, m_orders, m_textOwners;
+    std::unique_ptr<RowChange> m_lockRegistry, m_advanceHead, m_nameProject, m_endOrder, m_endTexts;
+    std::unique_ptr<RowInsert> m_insertProject, m_insertRevision, m_insertPiece, m_insertOrder;
     std::vector<Cell> m_cells;
 };
 

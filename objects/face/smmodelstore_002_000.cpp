@@ -1,6 +1,7 @@
 #include "objects/face/smmodelstore_002_000.h"
 
 #include "objects/face/smguard_002_000.h"
+#include "objects/face/smmodeldocument_002_000.h"
 
 namespace schema_002_000 {
 
@@ -28,6 +29,15 @@ class Watch {
 
 SMPutResult SMPutModel(SMProject2& project, IOHelper& context, const SMControl& control) {
     SMPutResult result;
+    if (QvXMLFormatTarget* const document = context.DocumentTarget()) {
+        SMSaveOptions options;
+        options.control = control;
+        // what is told of the document is told again of the rows
+        if (const SMSaveResult written = SMWriteModel(project, *document, options); !written.IsDone()) {
+            static_cast<SMResult&>(result) = written;
+            return result;
+        }
+    }
     const Watch watch(context, control);
     SMRunGuarded(result, [&] { return project.write(context); });
     result.objects = watch.Count();

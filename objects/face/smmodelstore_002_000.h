@@ -19,7 +19,10 @@ struct SMGetResult : SMResult {
     std::size_t objects = 0;
 };
 
-/** Saves a whole model through a persistence context. Objects without an id get one. */
+/**
+ * Saves a whole model through a persistence context. Objects without an id get one. A context that keeps documents gets the canonical
+ * document first, as the model was before ids and versions were given.
+ */
 SM_API SMPutResult SMPutModel(SMProject2& project, IOHelper& context, const SMControl& control = {});
 /** Loads the whole model of a persistence context. */
 SM_API SMGetResult SMGetModel(IOHelper& context, const SMControl& control = {});

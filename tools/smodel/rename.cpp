@@ -65,7 +65,7 @@ int Rename(const Arguments& arguments, const std::vector<std::string>& words) {
 
 void AddRename(CLI::App& app, int& status, const std::vector<std::string>& words) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App* const command = app.add_subcommand("rename", "Rename namespaces, and carry their new names into all references");
+    CLI::App* const command = app.add_subcommand("rename", "Rename namespaces, and carry their new names into the references that follow");
     command->add_option("IN", arguments->in, "The document; - is standard input")->required();
     command->add_option("OLD=NEW", arguments->renames, "Old and new name of a namespace; \\= stands for an equals sign in a name")
         ->required();

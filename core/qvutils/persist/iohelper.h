@@ -8,6 +8,8 @@
 #include "core/qvutils/params/ioparams.h"
 #include "core/qvutils/persist/ioobject.h"
 
+class QvXMLFormatTarget;
+
 /** What is known of a stored record of remaining info. */
 struct SM_API RemainingInfoEntry {
     long version = 0;
@@ -47,6 +49,12 @@ class SM_API IOHelper {
     virtual const RemainingInfoEntry* doWriteLookUpRemainingInfo(const QvULString& id) const;
     virtual bool GetFixingLostRemainingInfo() const { return m_fixingLostRemainingInfo; }
     virtual void SetFixingLostRemainingInfo(bool fixing) { m_fixingLostRemainingInfo = fixing; }
+
+    /**
+     * Called before a whole model is saved: a context that keeps, beside the rows, the document of what is saved gives a target that
+     * takes it, good until the save has ended. Null from one that does not.
+     */
+    virtual QvXMLFormatTarget* DocumentTarget() { return nullptr; }
 
     /** Carry out IOObject::write and IOObject::compare_write. This base gives a missing id and the version 1, and sends the row. */
     virtual bool WriteObject(IOObject& object);

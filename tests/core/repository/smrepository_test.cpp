@@ -68,8 +68,9 @@ TEST_F(SMRepositoryFile, OfAnotherKindIsRefusedAndLeftAlone) {
 
 TEST_F(SMRepositoryFile, OfAnotherFormatIsRefused) {
     { SMRepository repository(file, SMRepository::createIfAbsent); }
-    Sql("UPDATE REPO_STORE SET VALUE = '0.0' WHERE NAME = 'format'");
-    EXPECT_EQ(FaultOf(file), "Repository '" + file + "': It has the format 0.0; this build reads and writes 0.1 alone.");
+    Sql("UPDATE REPO_STORE SET VALUE = '2' WHERE NAME = 'format'");
+    EXPECT_EQ(FaultOf(file),
+              "Repository '" + file + "': It has the format 2; this build reads and writes formats up to 1. Use a newer release.");
 }
 
 TEST_F(SMRepositoryFile, InADirectoryThatIsNotThereIsToldWithItsName) {

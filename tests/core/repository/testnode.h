@@ -166,7 +166,10 @@ class TestNode : public IOObject {
         params->insertOrReplace(IOParamTag::TABLE_NAME, new IOQvStringParam(I18NString(sentTable.empty() ? table.name : sentTable)));
         params->insertOrReplace(IOParamTag::OBJECT, new IOQvStringParam(I18NString(table.name)));
         ++rowsSent;
-        return helper.DoWriteAction(IOAction::AT_InsertObject, *params) && write_next(helper) && helper.EndObject();
+        if (!helper.DoWriteAction(IOAction::AT_InsertObject, *params)) return false;
+        for (const auto& [locale, name] : names)
+            if (!WriteText(helper, "name", locale.c_str(), name.c_str())) return false;
+        return write_next(helper) && helper.EndObject();
     }
     bool write_next(IOHelper& helper) override {
         ++walks;
@@ -198,6 +201,8 @@ class TestNode : public IOObject {
     std::vector<std::pair<QvULString, Value>> columns;
     std::vector<QvSmartPtr<TestNode>> children;
     std::map<std::string, std::string> records;
+    /** In other locales. */
+    std::map<std::string, std::string> names;
     std::function<void(TestNode&)> onWrite;
     bool writes = true;
     int rowsSent = 0, walks = 0;

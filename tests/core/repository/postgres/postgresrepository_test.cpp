@@ -56,8 +56,9 @@ TEST_F(SMRepositoryPostgres, OfAnotherKindOrFormatIsRefusedAndLeftAlone) {
     EXPECT_EQ(FaultOf(schema.Location(), SMRepository::createIfAbsent), Prefix() + "It is no repository of models.");
     schema.Sql("DROP TABLE other");
     { SMRepository repository(schema.Location(), SMRepository::createIfAbsent); }
-    schema.Sql("UPDATE repo_store SET value = '0.0' WHERE name = 'format'");
-    EXPECT_EQ(FaultOf(schema.Location()), Prefix() + "It has the format 0.0; this build reads and writes 0.1 alone.");
+    schema.Sql("UPDATE repo_store SET value = '2' WHERE name = 'format'");
+    EXPECT_EQ(FaultOf(schema.Location()),
+              Prefix() + "It has the format 2; this build reads and writes formats up to 1. Use a newer release.");
 }
 
 TEST_F(SMRepositoryPostgres, WhatKeepsItFromOpeningIsTold) {

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/repository/history/nameindex.h"
+#include "core/repository/rowcodec.h"
+#include "core/repository/smrepositoryhistory.h"
+
+namespace qv {
+
+/** A value as people see it; null for the null cell. */
+std::optional<std::string> TextOf(const Cell& cell, CellKind kind);
+
+/** Puts the rows of two states together to what differs between them, object by object. */
+class ChangeList {
+  public:
+    ChangeList() = default;
+    ChangeList(const ChangeList&) = delete;
+    ChangeList& operator=(const ChangeList&) = delete;
+    ~ChangeList();
+
+    /** A row that stands in one state and not, or not so, in the other. It is shared until the list goes. */
+    void Before(const RowTable& table, const char* row) { Take(table, row, &Side::before); }
+    void After(const RowTable& table, const char* row) { Take(table, row, &Side::after); }
+    /** Lets the index know the objects that were added. */
+    void AddNames(NameIndex& names) const;
+    void Order(std::string_view parent) { m_objects[std::string(parent)].order = true; }
+
+    /** What differs, in the order of paths. Names come from the rows, and from the index for what has none here. */
+    std::vector<SMRepositoryChange> Build(const NameIndex& names) const;
+
+  private:
+    /** A row on each side; null where there is none. */
+    struct Side {
+        const RowTable* table = nullptr;
+        const char *before = nullptr, *after = nullptr;
+    };
+    struct Object {
+        Side row;
+        /** Records by name, and texts by column and locale. */
+        std::map<std::string, Side> records, texts;
+        bool order = false;
+    };
+
+    void Take(const RowTable& table, const char* row, const char* Side::*side);
+    static void AddColumns(const Side& side, std::vector<SMRepositoryValue>& values);
+    static void AddPart(const std::string& name, const Side& side, std::size_t cell, std::vector<SMRepositoryValue>& values);
+
+    std::map<std::string, Object> m_objects;
+    std::vector<const char*> m_shared;
+};
+
+}  // namespace qv

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/repository/storesession.h"
+
+namespace qv {
+
+/** Questions about rows that ended, asked seldom: their statements are prepared for each use. Rows given are the receiver's. */
+class HistoryRows {
+  public:
+    HistoryRows(StoreSession& session, std::int64_t project) : m_session(session), m_project(project) {}
+
+    /** The rows that stood in `earlier` and not in `later` (then `stoodEarlier`), or the other way round. */
+    void Changed(const RowTable& table, std::int64_t earlier, std::int64_t later, RowArena& arena,
+                 const std::function<void(const char* row, bool stoodEarlier)>& take);
+    /** The parents whose children of one table have another recorded order in the two revisions. */
+    void ChangedOrders(std::int64_t earlier, std::int64_t later, const std::function<void(std::string_view parent)>& take);
+    /** Every row of the object that ever stood, its records and its texts among them. `end` is 0 while one stands. */
+    void Versions(std::string_view id,
+                  const std::function<void(const RowTable& table, const char* row, std::int64_t first, std::int64_t end)>& take);
+
+    /** Takes away the rows that had ended when `oldest` came. */
+    std::int64_t RemoveEnded(const TableShape& table, std::size_t endColumn, std::int64_t oldest);
+    std::int64_t RemoveRevisionsBefore(std::int64_t oldest);
+    std::vector<std::string> PieceDigests();
+    void RemovePieces(const std::vector<std::string>& digests);
+
+  private:
+    StoreSession& m_session;
+    std::int64_t m_project;
+};
+
+}  // namespace qv

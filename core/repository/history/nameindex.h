@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "core/repository/rowcodec.h"
+
+namespace qv {
+
+class StoreSession;
+
+/** How documents name the kind of a row: "queryItem", "namespace". */
+std::string KindOf(const RowTable& table, const char* row);
+
+/** The names and places of all objects of a revision, and of rows that are added: enough to tell where an object stands. */
+class NameIndex {
+  public:
+    struct Place {
+        const RowTable* table = nullptr;
+        std::string name, parent, kind;
+    };
+
+    void Fetch(StoreSession& session, std::int64_t project, std::int64_t revision);
+    /** Takes the place of what was known of the row's id. */
+    void Add(const RowTable& table, const char* row);
+    /** Null when the id is not known. */
+    const Place* Find(std::string_view id) const;
+    /** The names from the outermost object down to this one; an object without a name counts with its kind. */
+    std::vector<std::string> Path(std::string_view id) const;
+
+  private:
+    std::unordered_map<std::string, Place> m_places;
+};
+
+}  // namespace qv

@@ -1,0 +1,154 @@
+#include "core/repository/history/projecthistory.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "core/repository/celldate.h"
+#include "core/repository/documents/documentreader.h"
+#include "core/repository/history/changelist.h"
+
+namespace qv {
+
+namespace {
+
+I18NString Text(std::string_view text) {
+    return I18NString(text);
+}
+
+/** The values that one row tells of its owner, by the names that people see. */
+std::map<std::string, std::string> ValuesOf(const RowTable& table, const char* row) {
+    std::map<std::string, std::string> values;
+    const auto text = [&](std::size_t cell) { return TextOf(rowcodec::BodyCell(table, row, cell), table.columns[cell]->kind); };
+    const auto named = [&](std::string_view name) {
+        std::size_t cell = 0;
+        while (table.columns[cell]->name != name) ++cell;
+        return text(cell).value_or("");
+    };
+    if (&table == &Schema::Get().remainInfo())
+        values["record " + std::string(rowcodec::Id(row))] = named("VALUE");
+    else if (&table == &Schema::Get().langText())
+        values[named("NAME") + "[" + named("LOCALE") + "]"] = named("VALUE");
+    else
+        for (const std::size_t cell : table.body)
+            if (const auto value = text(cell)) values[std::string(table.columns[cell]->name)] = *value;
+    return values;
+}
+
+}  // namespace
+
+SMRepositoryRevision Told(const RevisionEntry& entry) {
+    return {static_cast<long>(entry.number), DateOf(entry.savedAt.number), Text(entry.author), Text(entry.message),
+            entry.document.has_value()};
+}
+
+std::vector<SMRepositoryRevision> ProjectHistory::Revisions() {
+    std::vector<SMRepositoryRevision> revisions;
+    for (const RevisionEntry& entry : m_session.Revisions(m_project)) revisions.push_back(Told(entry));
+    return revisions;
+}
+
+std::vector<SMRepositoryChange> ProjectHistory::Changes(std::int64_t from, std::int64_t to) {
+    const bool backwards = from > to;
+    const std::int64_t earlier = std::min(from, to), later = std::max(from, to);
+    ChangeList list;
+    RowArena arena;
+    const auto take = [&](const RowTable& table, const char* row, bool stoodEarlier) {
+        stoodEarlier != backwards ? list.Before(table, row) : list.After(table, row);
+        RowArena::Release(row);
+    };
+    for (const RowTable& table : Schema::Get().rowTables())
+        m_rows.Changed(table, earlier, later, arena, [&](const char* row, bool stoodEarlier) { take(table, row, stoodEarlier); });
+    m_rows.ChangedOrders(earlier, later, [&](std::string_view parent) { list.Order(parent); });
+
+    NameIndex names;
+    if (from > 0) names.Fetch(m_session, m_project, from);
+    if (to > 0) names.Fetch(m_session, m_project, to);
+    return list.Build(names);
+}
+
+std::vector<SMRepositoryRevision> ProjectHistory::RevisionsOf(std::string_view id) {
+    std::set<std::int64_t> numbers;
+    m_rows.Versions(id, [&](const RowTable&, const char*, std::int64_t first, std::int64_t end) {
+        numbers.insert(first);
+        if (end != 0) numbers.insert(end);
+    });
+    std::vector<SMRepositoryRevision> revisions;
+    for (const RevisionEntry& entry : m_session.Revisions(m_project))
+        if (numbers.count(entry.number) != 0) revisions.push_back(Told(entry));
+    return revisions;
+}
+
+std::vector<SMRepositoryBlame> ProjectHistory::Blame(std::string_view id) {
+    /** The time a value has stood, as far as it reaches back without a gap or another value. */
+    struct Run {
+        std::string value;
+        std::int64_t first, end;
+    };
+    std::map<std::string, std::vector<Run>> runs;
+    m_rows.Versions(id, [&](const RowTable& table, const char* row, std::int64_t first, std::int64_t end) {
+        for (const auto& [name, value] : ValuesOf(table, row)) runs[name].push_back({value, first, end});
+    });
+    std::vector<SMRepositoryBlame> blame;
+    for (auto& [name, versions] : runs) {
+        std::sort(versions.begin(), versions.end(), [](const Run& a, const Run& b) { return a.first > b.first; });
+        if (versions.front().end != 0) continue;
+        std::int64_t since = versions.front().first;
+        for (auto older = versions.begin() + 1; older != versions.end(); ++older) {
+            if (older->end != since || older->value != versions.front().value) break;
+            since = older->first;
+        }
+        SMRepositoryBlame line{Text(name), Text(versions.front().value), {}};
+        if (const auto entry = m_session.Revision(m_project, since))
+            line.revision = Told(*entry);
+        else
+            line.revision.number = static_cast<long>(since);  // pruned: at least since then
+        blame.push_back(std::move(line));
+    }
+    return blame;
+}
+
+std::int64_t ProjectHistory::RemoveRows(std::int64_t oldest) {
+    std::int64_t rows = 0;
+    for (const RowTable& table : Schema::Get().rowTables()) rows += m_rows.RemoveEnded(table.shape, place::end, oldest);
+    return rows + m_rows.RemoveEnded(Schema::Get().orders(), ordertable::end, oldest);
+}
+
+std::size_t ProjectHistory::RemovePieces(const std::vector<RevisionEntry>& kept) {
+    std::unordered_set<std::string> needed;
+    DocumentReader reader(m_session, m_project);
+    for (const RevisionEntry& entry : kept)
+        if (entry.document) reader.Collect(*entry.document, needed);
+    std::vector<std::string> unneeded = m_rows.PieceDigests();
+    std::erase_if(unneeded, [&](const std::string& digest) { return needed.count(digest) != 0; });
+    m_rows.RemovePieces(unneeded);
+    return unneeded.size();
+}
+
+void ProjectHistory::RemoveBefore(const std::vector<RevisionEntry>& kept, SMRepositoryPruned& pruned) {
+    pruned.oldest = static_cast<long>(kept.front().number);
+    pruned.revisions = static_cast<long>(m_rows.RemoveRevisionsBefore(pruned.oldest));
+    pruned.rows = static_cast<long>(RemoveRows(pruned.oldest));
+    pruned.pieces = static_cast<long>(RemovePieces(kept));
+}
+
+SMRepositoryPruned ProjectHistory::Prune(std::int64_t keep) {
+    SMRepositoryPruned pruned;
+    m_session.Begin();
+    try {
+        // a change of the registry's entry, even to what it is, holds off saves, which might bring back a piece that is about to go
+        const std::optional<ProjectEntry> entry = m_session.Project(m_project);
+        if (!entry || !m_session.AdvanceHead(m_project, entry->head, entry->head)) throw StoreError("", StoreError::movedOn);
+        std::vector<RevisionEntry> revisions = m_session.Revisions(m_project);
+        const std::size_t kept = std::min(revisions.size(), static_cast<std::size_t>(std::max<std::int64_t>(keep, 1)));
+        revisions.erase(revisions.begin(), revisions.end() - static_cast<std::ptrdiff_t>(kept));
+        if (!revisions.empty()) RemoveBefore(revisions, pruned);
+        m_session.Commit();
+    } catch (...) {
+        m_session.Rollback();
+        throw;
+    }
+    return pruned;
+}
+
+}  // namespace qv

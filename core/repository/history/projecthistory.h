@@ -1,0 +1,38 @@
+#pragma once
+
+#include <vector>
+
+#include "core/repository/history/historyrows.h"
+#include "core/repository/smrepositoryhistory.h"
+#include "core/repository/storesession.h"
+
+namespace qv {
+
+SMRepositoryRevision Told(const RevisionEntry& entry);
+
+/** What the rows of a project tell of its past. */
+class ProjectHistory {
+  public:
+    ProjectHistory(StoreSession& session, std::int64_t project) : m_session(session), m_project(project), m_rows(session, project) {}
+
+    std::vector<SMRepositoryRevision> Revisions();
+    /** What is different in `to` from what stood in `from`, which may be the later one; a revision of 0 has nothing. */
+    std::vector<SMRepositoryChange> Changes(std::int64_t from, std::int64_t to);
+    /** The revisions in which the object, its records or its texts came, changed or went, by number. */
+    std::vector<SMRepositoryRevision> RevisionsOf(std::string_view id);
+    /** Each value that stands, with the revision that set it. Empty when the object does not stand. */
+    std::vector<SMRepositoryBlame> Blame(std::string_view id);
+    /** Removes what is needed by none of the newest `keep` revisions, in one transaction. */
+    SMRepositoryPruned Prune(std::int64_t keep);
+
+  private:
+    void RemoveBefore(const std::vector<RevisionEntry>& kept, SMRepositoryPruned& pruned);
+    std::int64_t RemoveRows(std::int64_t oldest);
+    std::size_t RemovePieces(const std::vector<RevisionEntry>& kept);
+
+    StoreSession& m_session;
+    std::int64_t m_project;
+    HistoryRows m_rows;
+};
+
+}  // namespace qv

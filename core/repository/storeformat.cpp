@@ -1,0 +1,78 @@
+#include "core/repository/storeformat.h"
+
+#include "core/repository/currentviews.h"
+#include "core/repository/schema.h"
+
+namespace qv {
+
+namespace {
+
+/** Formats in the order in which they came. A store tells its own; a build knows how to go on from each older one. */
+constexpr std::string_view FIRST_FORMAT = "0.1", FORMAT = "1";
+
+void MakeViews(StoreConnection& connection) {
+    for (const ViewShape& view : CurrentViews()) connection.MakeView(view);
+}
+
+void FillNewStore(StoreConnection& connection) {
+    const auto insert = connection.PrepareInsert(Schema::Get().store());
+    const Cell row[] = {Cell::Text(STORE_FORMAT), Cell::Text(FORMAT)};
+    insert->Add(row);
+    insert->Finish();
+    MakeViews(connection);
+}
+
+std::string FormatOf(StoreConnection& connection) {
+    using namespace storetable;
+    const auto source = connection.Prepare(Query{&Schema::Get().store(), {value}, {{name, Condition::equal}}});
+    const Cell parameters[] = {Cell::Text(STORE_FORMAT)};
+    std::string format;
+    Cell row[1];
+    source->Start(parameters);
+    while (source->Next(row)) format = row[0].view;
+    return format;
+}
+
+/** From the first format, which had no documents and knew nothing of a revision but its moment. */
+void Upgrade(StoreConnection& connection) {
+    using namespace storetable;
+    connection.Begin();
+    try {
+        const auto change =
+            connection.Prepare(Change{&Schema::Get().store(), {value}, {{name, Condition::equal}, {value, Condition::equal}}});
+        const Cell parameters[] = {Cell::Text(FORMAT), Cell::Text(STORE_FORMAT), Cell::Text(FIRST_FORMAT)};
+        // another process may have been faster
+        if (change->Run(parameters) == 1) {
+            connection.AddColumns(Schema::Get().revisions(), revisiontable::LATER_COLUMNS);
+            connection.MakeTable(Schema::Get().pieces());
+            MakeViews(connection);
+        }
+        connection.Commit();
+    } catch (...) {
+        connection.Rollback();
+        throw;
+    }
+}
+
+}  // namespace
+
+void SettleStore(StoreBackend& backend, bool mayCreate) {
+    using State = StoreBackend::State;
+    const State state = backend.Inspect();
+    if (state == State::foreign) throw StoreError("It is no repository of models.");
+    if (state == State::absent || state == State::empty) {
+        if (!mayCreate) throw StoreError(state == State::absent ? "There is no such repository." : "It is empty.");
+        backend.Create(Schema::Get().AllShapes(), FillNewStore);
+    }
+    const auto connection = backend.Connect();
+    std::string format = FormatOf(*connection);
+    if (format == FIRST_FORMAT) {
+        Upgrade(*connection);
+        format = FormatOf(*connection);
+    }
+    if (format != FORMAT)
+        throw StoreError("It has the format " + format + "; this build reads and writes formats up to " + std::string(FORMAT) +
+                         ". Use a newer release.");
+}
+
+}  // namespace qv

@@ -1,0 +1,189 @@
+#include "core/qvutils/io/qvxmlformattarget.h"
+#include "core/qvutils/text/tklbytebuffer.h"
+#include "tests/core/repository/repositorytest.h"
+
+namespace {
+
+class RepositoryHistory : public RepositoryTest {
+  protected:
+    /** "changed ID: NAME=before->after ...", one line a change. */
+    static std::string Tell(const std::vector<SMRepositoryChange>& changes) {
+        const auto side = [](bool there, const I18NString& text) { return there ? std::string(text.utf8()) : "null"; };
+        std::string text;
+        for (const SMRepositoryChange& change : changes) {
+            text += change.what == SMRepositoryChange::added     ? "added "
+                    : change.what == SMRepositoryChange::removed ? "removed "
+                                                                 : "changed ";
+            text += std::string(change.id.utf8()) + ":";
+            if (change.what == SMRepositoryChange::changed)
+                for (const SMRepositoryValue& value : change.values)
+                    text += " " + std::string(value.name.utf8()) + "=" + side(value.isThereBefore, value.before) + "->" +
+                            side(value.isThereAfter, value.after);
+            if (change.order) text += " order";
+            text += "\n";
+        }
+        return text;
+    }
+    /** Three revisions: the sample; a renamed map with an entry less; a record more. */
+    long PutThree() {
+        const long number = Put(*project);
+        Map(*project).Named("Renamed");
+        Map(*project).children.pop_back();
+        Save(*project, number);
+        Root(*project).records["property"] = "<a></a>";
+        const auto context = repository->OpenProject(number);
+        context->Describe("ada", "a record");
+        EXPECT_TRUE(project->write(*context));
+        return number;
+    }
+    QvSmartPtr<TestNode> project = Sample();
+};
+
+INSTANTIATE_TEST_SUITE_P(Stores, RepositoryHistory, testing::ValuesIn(STORE_KINDS), [](const auto& kind) { return kind.param.name; });
+
+}  // namespace
+
+TEST_P(RepositoryHistory, TellsWhoSavedAndWhy) {
+    const long number = PutThree();
+    const std::vector<SMRepositoryRevision> revisions = repository->Revisions(number);
+    ASSERT_EQ(revisions.size(), 3u);
+    EXPECT_EQ(revisions[0].author, I18NString(""));
+    EXPECT_EQ(revisions[2].number, 3);
+    EXPECT_EQ(revisions[2].author, I18NString("ada"));
+    EXPECT_EQ(revisions[2].message, I18NString("a record"));
+    EXPECT_TRUE(revisions[2].savedAt.IsSet());
+}
+
+TEST_P(RepositoryHistory, TellsWhatTwoRevisionsHaveDifferent) {
+    const long number = PutThree();
+    EXPECT_EQ(Tell(repository->Changes(number, 1, 2)), "changed m: NAME=Map->Renamed\nremoved e2:\n");
+    EXPECT_EQ(Tell(repository->Changes(number, 2, 3)), "changed r: record property=null-><a></a>\n");
+    EXPECT_EQ(Tell(repository->Changes(number, 3, 1)),
+              "changed m: NAME=Renamed->Map\nadded e2:\nchanged r: record property=<a></a>->null\n");
+    EXPECT_EQ(Tell(repository->Changes(number, 2, 2)), "");
+}
+
+TEST_P(RepositoryHistory, TellsWhereAChangedObjectStands) {
+    const long number = PutThree();
+    const std::vector<SMRepositoryChange> changes = repository->Changes(number, 1, 2);
+    ASSERT_EQ(changes.size(), 2u);
+    EXPECT_EQ(changes[0].kind, QvULString("parameterMap"));
+    EXPECT_EQ(changes[0].path, (std::vector<I18NString>{I18NString("Sample"), I18NString("Renamed")}));
+    EXPECT_EQ(changes[1].parentId, QvULString("m"));
+}
+
+TEST_P(RepositoryHistory, TellsOfANewOrder) {
+    const long number = Put(*project);
+    std::swap(Root(*project).children[0], Root(*project).children[1]);
+    Save(*project, number);
+    EXPECT_EQ(Tell(repository->Changes(number, 1, 2)), "changed r: order\n");
+}
+
+TEST_P(RepositoryHistory, FindsTheRevisionsOfAnObject) {
+    const long number = PutThree();
+    const auto numbers = [&](const char* id) {
+        std::string text;
+        for (const SMRepositoryRevision& revision : repository->RevisionsOf(number, QvULString(id)))
+            text += std::to_string(revision.number);
+        return text;
+    };
+    EXPECT_EQ(numbers("m"), "12");
+    EXPECT_EQ(numbers("e2"), "12") << "it went in the second";
+    EXPECT_EQ(numbers("r"), "13");
+    EXPECT_EQ(numbers("nobody"), "");
+}
+
+TEST_P(RepositoryHistory, BlamesTheRevisionThatSetAValue) {
+    const long number = PutThree();
+    std::string text;
+    for (const SMRepositoryBlame& line : repository->Blame(number, QvULString("m")))
+        text += std::string(line.name.utf8()) + "=" + std::string(line.value.utf8()) + " in " + std::to_string(line.revision.number) + "\n";
+    EXPECT_EQ(text, "DEFAULTVALUE= in 1\nHIDDEN=false in 1\nNAME=Renamed in 2\n");
+    EXPECT_TRUE(repository->Blame(number, QvULString("e2")).empty());
+}
+
+TEST_P(RepositoryHistory, LoadsWhatStoodInARevision) {
+    const std::string first = Sample()->Dump(false);
+    const long number = PutThree();
+    const auto context = repository->OpenProject(number);
+    context->ReadAt(1);
+    EXPECT_EQ(ReadTestProject(*context)->Dump(false), first);
+    EXPECT_EQ(context->Newest(), 3);
+}
+
+TEST_P(RepositoryHistory, TakesNoSaveBasedOnAnOldRevision) {
+    const long number = PutThree();
+    const auto context = repository->OpenProject(number);
+    context->ReadAt(1);
+    Map(*project).Named("Too late");
+    EXPECT_FALSE(project->write(*context));
+    EXPECT_TRUE(context->MovedOn());
+}
+
+TEST_P(RepositoryHistory, ComparesAModelWithARevisionAndWritesNothing) {
+    const long number = PutThree();
+    const auto context = repository->OpenProject(number);
+    EXPECT_EQ(Tell(context->Compare(*project)), "");
+    context->ReadAt(1);
+    EXPECT_EQ(Tell(context->Compare(*project)), "changed m: NAME=Map->Renamed\nremoved e2:\nchanged r: record property=null-><a></a>\n");
+    EXPECT_EQ(context->Counters().rowsWritten, 0);
+    EXPECT_EQ(context->Newest(), 3);
+}
+
+TEST_P(RepositoryHistory, PruningKeepsTheNewestRevisionsWhole) {
+    const long number = PutThree();
+    const std::string second = [&] {
+        const auto context = repository->OpenProject(number);
+        context->ReadAt(2);
+        return ReadTestProject(*context)->Dump();
+    }();
+    const SMRepositoryPruned pruned = repository->Prune(number, 2);
+    EXPECT_EQ(pruned.revisions, 1);
+    EXPECT_EQ(pruned.oldest, 2);
+    EXPECT_EQ(pruned.rows, 2) << "the map's old name and the entry that went";
+    EXPECT_EQ(repository->Revisions(number).size(), 2u);
+    const auto context = repository->OpenProject(number);
+    context->ReadAt(2);
+    EXPECT_EQ(ReadTestProject(*context)->Dump(), second);
+    EXPECT_EQ(repository->Prune(number, 2).revisions, 0) << "nothing is left to do";
+}
+
+TEST_P(RepositoryHistory, PruningTakesThePiecesOfOldDocumentsAway) {
+    const auto context = repository->NewProject();
+    for (const char* const document : {"<a></a>", "<b></b>", "<a></a>"}) {
+        context->DocumentTarget()->write(document);
+        EXPECT_TRUE(project->write(*context));
+    }
+    EXPECT_EQ(repository->Prune(1, 1).pieces, 1) << "of the second; the first one's document is that of the third";
+    TklByteBuffer bytes;
+    QvByteBufferWriter writer(bytes);
+    EXPECT_TRUE(repository->OpenProject(1)->ReadDocument(writer));
+}
+
+TEST_P(RepositoryHistory, AFailedPruneTakesNothingAway) {
+    const long number = PutThree();
+    for (long step = 1; step <= 20; ++step) {
+        plan->writes = 0;
+        plan->failsAt = step;
+        try {
+            repository->Prune(number, 1);
+            break;
+        } catch (const TklRuntimeError&) {
+            plan->failsAt = 0;
+            EXPECT_EQ(repository->Revisions(number).size(), 3u) << step;
+            EXPECT_EQ(Tell(repository->Changes(number, 1, 2)), "changed m: NAME=Map->Renamed\nremoved e2:\n") << step;
+        }
+    }
+}
+
+TEST_P(RepositoryHistory, EndsTheTextsOfAnOldVersion) {
+    Root(*project).names["fr"] = "Racine";
+    const long number = Put(*project);
+    Root(*project).Named("Other");
+    Save(*project, number);
+    EXPECT_EQ(Tell(repository->Changes(number, 1, 2)), "changed r: NAME=Root->Other\n") << "the text is the same in the new version";
+    Root(*project).names["fr"] = "Autre";
+    Root(*project).Named("Third");
+    Save(*project, number);
+    EXPECT_EQ(Tell(repository->Changes(number, 2, 3)), "changed r: NAME=Other->Third name[fr]=Racine->Autre\n");
+}

@@ -70,7 +70,7 @@ class Store {
 
 std::string NameOfType(const std::string& declared) {
     static const std::map<std::string, std::string> names = {
-        {"INTEGER", "number"}, {"TEXT", "text"}, {"BOOLEAN", "flag"}, {"TIMESTAMP", "moment"}};
+        {"INTEGER", "number"}, {"TEXT", "text"}, {"BOOLEAN", "flag"}, {"TIMESTAMP", "moment"}, {"BLOB", "bytes"}};
     return names.at(declared);
 }
 

@@ -2,6 +2,13 @@
 
 namespace qv {
 
+namespace {
+
+/** Few new ids are asked for one by one, so that a small save costs the same however long the past is; many, all together. */
+constexpr std::size_t MOST_ASKED_ONE_BY_ONE = 200;
+
+}  // namespace
+
 SaveState::SaveState(StoreSession& session)
     : m_session(session), m_attributes(Schema::Get().rowTables().size()), m_row(new IOHashParam), m_history(new IOHashParam) {}
 
@@ -13,6 +20,7 @@ void SaveState::Start(std::int64_t project, std::int64_t base) {
     m_rows.resize(Schema::Get().rowTables().size());
     m_ended.clear();
     m_ended.resize(Schema::Get().rowTables().size());
+    m_endedAsked.assign(Schema::Get().rowTables().size(), 0);
     m_order.reset();
 }
 
@@ -50,6 +58,10 @@ const SiblingOrder& SaveState::Order() {
 std::int64_t SaveState::EndedVersion(const RowTable& table, const RowHead& key) {
     if (empty()) return 0;
     auto& ended = m_ended[table.index];
+    if (!ended && m_endedAsked[table.index] < MOST_ASKED_ONE_BY_ONE) {
+        ++m_endedAsked[table.index];
+        return m_session.EndedVersion(table, m_project, key);
+    }
     if (!ended) ended = std::make_unique<std::unordered_map<std::string, std::int64_t>>(m_session.FetchEndedVersions(table, m_project));
     const auto found = ended->find(StoreSession::EndedKey(table, key));
     return found == ended->end() ? 0 : found->second;

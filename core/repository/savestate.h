@@ -39,6 +39,7 @@ class SaveState {
     std::int64_t m_project = 0, m_base = 0;
     std::vector<std::unique_ptr<TableRows>> m_rows;
     std::vector<std::unique_ptr<std::unordered_map<std::string, std::int64_t>>> m_ended;
+    std::vector<std::size_t> m_endedAsked;
     std::vector<std::unique_ptr<AttributeReader>> m_attributes;
     std::unique_ptr<SiblingOrder> m_order;
     IdBook m_ids;

@@ -183,6 +183,21 @@ std::unordered_map<std::string, std::int64_t> StoreSession::FetchEndedVersions(c
     return versions;
 }
 
+std::int64_t StoreSession::EndedVersion(const RowTable& table, std::int64_t project, const RowHead& key) {
+    std::vector<Condition> where = {{place::project, Condition::equal}, {place::id, Condition::equal}, {place::end, Condition::notNull}};
+    std::vector<Cell> parameters = {Cell::Number(project), Cell::Text(key.id)};
+    if (table.catalogue->idWithinParent) {
+        where.insert(where.begin() + 1, {place::parentId, Condition::equal});
+        parameters.insert(parameters.begin() + 1, Cell::Text(key.parentId));
+    }
+    RowSource& source = Prepared(Of(table).endedOfId, {&table.shape, {place::version}, std::move(where)});
+    source.Start(parameters);
+    std::int64_t last = 0;
+    Cell row[1];
+    while (source.Next(row)) last = std::max(last, row[0].number);
+    return last;
+}
+
 void StoreSession::FetchOrders(std::int64_t projectNo, std::int64_t revision,
                                const std::function<void(std::string_view, std::string_view, std::int64_t, std::string_view)>& take) {
     using namespace ordertable;

@@ -57,6 +57,8 @@ class StoreSession {
     static std::string EndedKey(const RowTable& table, const RowHead& head);
     /** The last version among the ended rows of each id, by `EndedKey`. */
     std::unordered_map<std::string, std::int64_t> FetchEndedVersions(const RowTable& table, std::int64_t project);
+    /** The same for one id; 0 when none of its rows has ended. */
+    std::int64_t EndedVersion(const RowTable& table, std::int64_t project, const RowHead& key);
     /** The rows that have ended, replaced ones among them. */
     void FetchEndedRows(const RowTable& table, std::int64_t project, RowArena& arena, const std::function<void(const char* row)>& take);
 
@@ -89,7 +91,7 @@ class StoreSession {
   private:
     /** The statements on one table of rows. */
     struct TableStatements {
-        std::unique_ptr<RowSource> standing, ended;
+        std::unique_ptr<RowSource> standing, ended, endedOfId;
         std::unique_ptr<RowInsert> insert;
         std::unique_ptr<RowChange> end;
     };

@@ -138,4 +138,35 @@ TEST(SMModelRename, SaysNothingOfTextsThatNameOthers) {
     EXPECT_THAT(Messages(SMRenameNamespaces(*loaded.project, {{"A", "Z"}}, "out")), IsEmpty());
 }
 
+/** A namespace A with a subject and one object of each kind that links others. */
+SMLoadResult LoadLinks() {
+    return SMLoadModelBytes(ModelDocument(NamespaceElement(
+        "root",
+        NamespaceElement("A",
+                         "<querySubject><name locale=\"en\">s</name></querySubject><relationship><name>r</name><expression>[A].[s].[k] = 1"
+                         "</expression><left><refobj>[A].[s]</refobj></left><right><refobj>[A].[d].[h]</refobj></right></relationship>"
+                         "<shortcut><name locale=\"en\">c</name><refobj>[A].[d].[h]</refobj></shortcut>"
+                         "<scopeRelationship><name>o</name><scope><levelRef>[A].[d].[h].[l]</levelRef><measureScope><refobj>[A].[m].[x]"
+                         "</refobj></measureScope></scope></scopeRelationship>"))));
+}
+
+TEST(SMModelRename, ListsTheEndsOfLinksThatHaveTwoPartsAlone) {
+    const SMLoadResult loaded = LoadLinks();
+    EXPECT_THAT(Messages(SMRenameNamespaces(*loaded.project, {{"A", "Z"}}, "out")),
+                ElementsAre("This text still names the namespace 'A': [A].[s]"));
+    EXPECT_THAT(
+        CanonicalText(*loaded.project),
+        ::testing::AllOf(HasSubstr("[Z].[s].[k] = 1"), HasSubstr("<right><refobj>[Z].[d].[h]</refobj>"),
+                         HasSubstr("<refobj>[Z].[d].[h]</refobj><targetType>"), HasSubstr("[Z].[d].[h].[l]"), HasSubstr("[Z].[m].[x]")));
+}
+
+TEST(SMModelRename, BringsLinksThereAndBack) {
+    const SMLoadResult loaded = LoadLinks();
+    const std::string before = CanonicalText(*loaded.project);
+    SMRenameNamespaces(*loaded.project, {{"A", "Z"}}, "out");
+    EXPECT_NE(CanonicalText(*loaded.project), before);
+    SMRenameNamespaces(*loaded.project, {{"Z", "A"}}, "out");
+    EXPECT_EQ(CanonicalText(*loaded.project), before);
+}
+
 }  // namespace

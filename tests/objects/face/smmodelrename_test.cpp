@@ -138,12 +138,12 @@ TEST(SMModelRename, SaysNothingOfTextsThatNameOthers) {
     EXPECT_THAT(Messages(SMRenameNamespaces(*loaded.project, {{"A", "Z"}}, "out")), IsEmpty());
 }
 
-/** A namespace A with a subject and one object of each kind that links others. */
+/** A namespace A with objects that link others. */
 SMLoadResult LoadLinks() {
     return SMLoadModelBytes(ModelDocument(NamespaceElement(
         "root",
         NamespaceElement("A",
-                         "<querySubject><name locale=\"en\">s</name></querySubject><relationship><name>r</name><expression>[A].[s].[k] = 1"
+                         "<relationship><name>r</name><expression>[A].[s].[k] = 1"
                          "</expression><left><refobj>[A].[s]</refobj></left><right><refobj>[A].[d].[h]</refobj></right></relationship>"
                          "<shortcut><name locale=\"en\">c</name><refobj>[A].[d].[h]</refobj></shortcut>"
                          "<scopeRelationship><name>o</name><scope><levelRef>[A].[d].[h].[l]</levelRef><measureScope><refobj>[A].[m].[x]"

@@ -9,6 +9,7 @@
 #include "objects/base/smdisplaylist_002_000.h"
 #include "objects/base/smnameindex_002_000.h"
 #include "objects/base/smobjectbase_002_000.h"
+#include "objects/base/smorphan_002_000.h"
 
 namespace schema_002_000 {
 
@@ -123,19 +124,13 @@ void SMDeleteById(SMChildren<T, By, SecondBy>& typed, SMDisplayList& list, const
     }
     list.RemovePointer(held);
     typed.Take(held);
+    SMOrphan(held);
 }
 
 /** The delete that leaves the display list alone: an object that the list still names lives on with it, and is still written. */
 template <class T, class By, class SecondBy>
 void SMDeleteTypedById(SMChildren<T, By, SecondBy>& typed, SMDisplayList& list, const QvULString& id) {
     if (const T* found = typed.FindById(id)) list.Detach(typed.Take(found).get());
-}
-
-/** Cuts the parent link of children that outlive their container. */
-template <class T, class By, class SecondBy>
-void SMOrphan(const SMChildren<T, By, SecondBy>& typed) {
-    for (const auto& child : typed)
-        if (child->getReferenceCount() > 1) child->parent = nullptr;
 }
 
 }  // namespace schema_002_000

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 
+#include "objects/base/smorphan_002_000.h"
+
 namespace schema_002_000 {
 
 SMDisplayList::~SMDisplayList() {
     if (!m_block) return;
-    for (const auto& held : m_block->detached)
-        if (held->getReferenceCount() > 1) held->parent = nullptr;
+    SMOrphanAll(m_block->detached);
 }
 
 const SMDisplayList::Objects& SMDisplayList::Items() const noexcept {
@@ -44,14 +45,20 @@ bool SMDisplayList::RemovePointer(const SMObjectBase* object) {
 }
 
 void SMDisplayList::Detach(QvSmartPtr<SMObjectBase> object) {
-    if (!m_block) return;
-    const Objects& items = m_block->items;
-    if (std::find(items.begin(), items.end(), object.get()) != items.end()) m_block->detached.push_back(std::move(object));
+    const Objects& items = Items();
+    if (std::find(items.begin(), items.end(), object.get()) == items.end())
+        SMOrphan(object);
+    else
+        m_block->detached.push_back(std::move(object));
 }
 
 void SMDisplayList::ReleaseUnlisted() {
     const Objects& items = m_block->items;
-    std::erase_if(m_block->detached, [&](const auto& held) { return std::find(items.begin(), items.end(), held.get()) == items.end(); });
+    std::erase_if(m_block->detached, [&](const auto& held) {
+        const bool isListed = std::find(items.begin(), items.end(), held.get()) != items.end();
+        if (!isListed) SMOrphan(held);
+        return !isListed;
+    });
 }
 
 }  // namespace schema_002_000

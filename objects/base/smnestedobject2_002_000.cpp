@@ -1,5 +1,6 @@
 #include "objects/base/smnestedobject2_002_000.h"
 
+#include "objects/base/smorphan_002_000.h"
 namespace schema_002_000 {
 
 namespace {
@@ -9,8 +10,7 @@ const SMTable NO_TABLE = {"", "", "", "", ""};
 SM_DEFINE_KEY_COLUMNS(SMNestedObject2, NO_TABLE)
 
 SMNestedObject2::~SMNestedObject2() {
-    for (const auto& child : m_nested)
-        if (child->getReferenceCount() > 1) child->parent = nullptr;
+    SMOrphanAll(m_nested);
 }
 
 bool SMNestedObject2::read(IOHelper&) {

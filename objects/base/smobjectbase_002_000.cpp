@@ -5,6 +5,7 @@
 #include "core/qvutils/base/qvuuid.h"
 #include "core/qvutils/text/qvstringformat.h"
 #include "objects/base/smreadguard_002_000.h"
+#include "objects/containers/smnamespace2_002_000.h"
 #include "objects/project/smproject2_002_000.h"
 
 namespace schema_002_000 {
@@ -45,6 +46,7 @@ void SMObjectBase::SetSMProject(SMProject2* project) {
     if (project == m_project) return;
     if (m_project && !m_project->m_beingDestroyed) {
         m_project->ForgetObject(this);
+        if (GetSMType() == SMEnum_xmltag::Enum::namespace_) m_project->ForgetNamespace(static_cast<SMNamespace2*>(this));
         m_project->NameEpochs().names.NoteRenamed();
         m_project->NameEpochs().links.NoteRenamed();
         m_project->m_allObjects.Remove(this);

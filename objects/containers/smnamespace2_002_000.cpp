@@ -31,11 +31,6 @@ void SMNamespace2::ChangeDefaultName(const I18NString& name) {
     if (m_project) m_project->AddNamespaceToMap(this);
 }
 
-void SMNamespace2::SetSMProject(SMProject2* project) {
-    if (m_project && project != m_project) m_project->ForgetNamespace(this);
-    SMSectionType2::SetSMProject(project);
-}
-
 void SMNamespace2::CorrectChildrenParentPtrs() {
     for (SMObjectBase* item : m_displayOrder.Items())
         if (item) item->parent = this;

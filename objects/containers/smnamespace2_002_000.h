@@ -28,8 +28,6 @@ class SM_API SMNamespace2 : public SMSectionType2 {
     void ChangeDefaultName(const I18NString& name);
     void SetNameDontTouchNamespaceMap(const QvULString& name) { SMNamedObject2::ChangeDefaultName(name); }
     std::vector<SMObjectBase*>& GetChildrenInOrder() { return m_displayOrder.Items(); }
-    /** As for every section; the names that lead here leave the map of the project that is left. */
-    void SetSMProject(SMProject2* project);
     /** For a caller that has moved children in bulk. */
     void CorrectChildrenParentPtrs();
     /** Reads a file of this namespace, below the project's base directory. A bad file is logged, and gives false. */

@@ -79,6 +79,7 @@ void SMSectionType2::DeleteNamespaceById(const I18NString& namespaceId) {
 void SMSectionType2::DeleteNamespace(SMNamespace2* ns) {
     const QvSmartPtr<SMNamespace2> held = namespaces.Take(ns);
     m_displayOrder.RemovePointer(ns);
+    SMOrphan(held);
 }
 
 void SMSectionType2::ImportNamespace(SMNamespace2* ns) {

@@ -99,6 +99,7 @@ void SMSectionType2::DeleteScopeRelationship(SMScopeRelationship2* relationship)
     if (!held) SMLog(SM_MISUSE, WORDS, METHOD, "Could not find a scope relationship we were supposed to delete.");
     if (!m_displayOrder.RemovePointer(relationship))
         SMLog(SM_MISUSE, WORDS, METHOD, "Could not find a scope relationship to delete in the order list.");
+    SMOrphan(held);
 }
 
 }  // namespace schema_002_000

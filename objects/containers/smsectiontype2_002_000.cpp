@@ -32,7 +32,7 @@ SM_DEFINE_KEY_COLUMNS(SMSectionType2, TABLE)
 SMSectionType2::SMSectionType2(SMObjectBase* owner, SMProject2* project) : SMNameDescObject2(owner, project) {}
 
 SMSectionType2::~SMSectionType2() {
-    InOrder([](auto& children) { SMOrphan(children); }, folders, functions, namespaces, shortcuts, querySubjects, updateSubjects,
+    InOrder([](auto& children) { SMOrphanAll(children); }, folders, functions, namespaces, shortcuts, querySubjects, updateSubjects,
             relationships, relationshipShortcuts, filters, calculations, dimensions, scopeRelationships);
 }
 

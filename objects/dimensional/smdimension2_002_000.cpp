@@ -36,7 +36,7 @@ void InOrder(Visit visit, Children&... children) {
 SMDimension2::SMDimension2(SMObjectBase* owner, SMProject2* project, SMNamespace2* ns) : SMQuerySubjectType2(owner, project, ns) {}
 
 SMDimension2::~SMDimension2() {
-    InOrder([](auto& children) { SMOrphan(children); }, m_measures, m_measureFolders, m_queryItems, m_queryItemFolders, m_hierarchies);
+    InOrder([](auto& children) { SMOrphanAll(children); }, m_measures, m_measureFolders, m_queryItems, m_queryItemFolders, m_hierarchies);
 }
 
 // ---- memory

@@ -1,5 +1,6 @@
 #include "objects/dimensional/smhierarchy2_002_000.h"
 
+#include "objects/base/smorphan_002_000.h"
 #include "objects/dimensional/smlevel2_002_000.h"
 #include "objects/project/smproject2_002_000.h"
 #include "objects/query/smqueryitem2_002_000.h"
@@ -48,9 +49,9 @@ SM_DEFINE_KEY_COLUMNS(SMHierarchy2, TABLE)
 SMHierarchy2::SMHierarchy2(SMObjectBase* owner, SMProject2* project) : SMNestedObject2(owner, project) {}
 
 SMHierarchy2::~SMHierarchy2() {
-    SMOrphan(m_levels);
-    if (m_queryItem && m_queryItem->getReferenceCount() > 1) m_queryItem->parent = nullptr;
-    if (m_queryItemFolder && m_queryItemFolder->getReferenceCount() > 1) m_queryItemFolder->parent = nullptr;
+    SMOrphanAll(m_levels);
+    SMOrphan(m_queryItem);
+    SMOrphan(m_queryItemFolder);
 }
 
 // ---- memory
@@ -104,6 +105,7 @@ void SMHierarchy2::DeleteLevelByQvRefId(const I18NString& reference) {
     if (!level) return;
     m_displayOrder.RemovePointer(level);
     m_levels.Take(level);
+    SMOrphan(level);
 }
 
 SMLevel2* SMHierarchy2::GetLevelByTMGCalendarLevelType(int type) const {

@@ -27,8 +27,8 @@ SM_DEFINE_KEY_COLUMNS(SMLevel2, TABLE)
 SMLevel2::SMLevel2(SMObjectBase* owner, SMProject2* project) : SMNameDescObject2(owner, project) {}
 
 SMLevel2::~SMLevel2() {
-    SMOrphan(m_queryItems);
-    SMOrphan(m_queryItemFolders);
+    SMOrphanAll(m_queryItems);
+    SMOrphanAll(m_queryItemFolders);
 }
 
 // ---- memory

@@ -1,5 +1,6 @@
 #include "objects/dimensional/smmeasure2_002_000.h"
 
+#include "objects/base/smorphan_002_000.h"
 #include "core/qvutils/text/qvstringformat.h"
 #include "objects/base/smreadguard_002_000.h"
 #include "objects/project/smproject2_002_000.h"
@@ -20,8 +21,7 @@ const QvULString KEY_ISHIERARCHIAL = QvULString::Immortal("isHierarchial");
 }  // namespace
 
 SMMeasure2::~SMMeasure2() {
-    for (const auto& measure : m_measures)
-        if (measure->getReferenceCount() > 1) measure->parent = nullptr;
+    SMOrphanAll(m_measures);
 }
 
 // ---- memory

@@ -24,8 +24,8 @@ SM_DEFINE_KEY_COLUMNS(SMMeasureFolder2, TABLE)
 SMMeasureFolder2::SMMeasureFolder2(SMObjectBase* owner, SMProject2* project) : SMNameDescObject2(owner, project) {}
 
 SMMeasureFolder2::~SMMeasureFolder2() {
-    SMOrphan(m_measures);
-    SMOrphan(m_measureFolders);
+    SMOrphanAll(m_measures);
+    SMOrphanAll(m_measureFolders);
 }
 
 // ---- memory

@@ -1,5 +1,6 @@
 #include "objects/links/smscope2_002_000.h"
 
+#include "objects/base/smorphan_002_000.h"
 #include "objects/transforms/smrenamelist2_002_000.h"
 
 namespace schema_002_000 {
@@ -21,8 +22,7 @@ void SMMeasureScope2::RenameObjects(SMRenameList2& list) {
 }
 
 SMScope2::~SMScope2() {
-    for (const auto& child : m_measureScopes)
-        if (child->getReferenceCount() > 1) child->parent = nullptr;
+    SMOrphanAll(m_measureScopes);
 }
 
 SMMeasureScope2* SMScope2::AddNewMeasureScope(const I18NString& refobj, bool excluded) {

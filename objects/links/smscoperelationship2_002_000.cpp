@@ -1,5 +1,6 @@
 #include "objects/links/smscoperelationship2_002_000.h"
 
+#include "objects/base/smorphan_002_000.h"
 #include "objects/base/smprint_002_000.h"
 #include "objects/links/smscope2_002_000.h"
 #include "objects/project/smproject2_002_000.h"
@@ -19,8 +20,7 @@ SM_DEFINE_KEY_COLUMNS(SMScopeRelationship2, TABLE)
 SMScopeRelationship2::SMScopeRelationship2(SMObjectBase* owner, SMProject2* project) : SMRelationshipBase2(owner, project) {}
 
 SMScopeRelationship2::~SMScopeRelationship2() {
-    for (const auto& scope : m_scopes)
-        if (scope->getReferenceCount() > 1) scope->parent = nullptr;
+    SMOrphanAll(m_scopes);
 }
 
 // ---- memory

@@ -19,7 +19,7 @@ const QvULString COL_HIDDEN = SMColumn("HIDDEN");
 SM_DEFINE_KEY_COLUMNS(SMParameterMap2, TABLE)
 
 SMParameterMap2::~SMParameterMap2() {
-    SMOrphan(m_entries);
+    SMOrphanAll(m_entries);
 }
 
 // ---- memory

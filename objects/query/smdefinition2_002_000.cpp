@@ -1,5 +1,6 @@
 #include "objects/query/smdefinition2_002_000.h"
 
+#include "objects/base/smorphan_002_000.h"
 #include "objects/base/smprint_002_000.h"
 #include "objects/project/smproject2_002_000.h"
 #include "objects/query/smdefinitionquery_002_000.h"
@@ -20,8 +21,8 @@ SM_DEFINE_KEY_COLUMNS(SMDefinition2, TABLE)
 SMDefinition2::SMDefinition2(SMObjectBase* owner, SMProject2* project) : SMNameDescObject2(owner, project) {}
 
 SMDefinition2::~SMDefinition2() {
-    if (dbQuery && dbQuery->getReferenceCount() > 1) dbQuery->parent = nullptr;
-    if (modelQuery && modelQuery->getReferenceCount() > 1) modelQuery->parent = nullptr;
+    SMOrphan(dbQuery);
+    SMOrphan(modelQuery);
 }
 
 // ---- memory
@@ -40,11 +41,11 @@ SMDefinition2::ModelQuery* SMDefinition2::GetModelQuery() const {
 }
 
 void SMDefinition2::SetDBQuery(DBQuery* query) {
-    dbQuery = query;
+    SMReplaceChild(dbQuery, query);
 }
 
 void SMDefinition2::SetModelQuery(ModelQuery* query) {
-    modelQuery = query;
+    SMReplaceChild(modelQuery, query);
 }
 
 SMXMLObject2* SMDefinition2::KeptForm() const {

@@ -1,5 +1,6 @@
 #include "objects/query/smdefinitionquery_002_000.h"
 
+#include "objects/base/smorphan_002_000.h"
 #include <algorithm>
 
 #include "objects/transforms/smrenamelist2_002_000.h"
@@ -53,8 +54,7 @@ void SMDefinition2::FilterDefinition::RenameObjects(SMRenameList2& list) {
 // ---- what both kinds of query share
 
 SMDefinition2::DefinitionQueryBase::~DefinitionQueryBase() {
-    for (const auto& filter : filterDefinitions)
-        if (filter->getReferenceCount() > 1) filter->parent = nullptr;
+    SMOrphanAll(filterDefinitions);
 }
 
 void SMDefinition2::DefinitionQueryBase::getChildObjects(QvULCollection<IOObject, QvULIdExtract<IOObject>>& children) const {
@@ -103,7 +103,9 @@ void SMDefinition2::DefinitionQueryBase::RemoveFilterDefinition(const I18NString
     const auto found = std::find_if(filterDefinitions.begin(), filterDefinitions.end(),
                                     [&](const auto& filter) { return filter->displayName == displayName; });
     if (found == filterDefinitions.end()) return;
+    const QvSmartPtr<FilterDefinition> removed = *found;
     filterDefinitions.erase(found);
+    SMOrphan(removed);
     StampDefinition();
 }
 

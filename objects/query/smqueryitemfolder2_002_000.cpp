@@ -19,8 +19,8 @@ const QvULString COL_DISPLAY_ORDER = SMColumn("DISPLAY_ORDER");
 SM_DEFINE_KEY_COLUMNS(SMQueryItemFolder2, TABLE)
 
 SMQueryItemFolder2::~SMQueryItemFolder2() {
-    SMOrphan(queryItems);
-    SMOrphan(queryItemFolders);
+    SMOrphanAll(queryItems);
+    SMOrphanAll(queryItemFolders);
 }
 
 // ---- memory

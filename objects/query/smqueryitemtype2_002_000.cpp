@@ -1,5 +1,6 @@
 #include "objects/query/smqueryitemtype2_002_000.h"
 
+#include "objects/base/smorphan_002_000.h"
 #include "objects/base/getfromvector_002_000.h"
 #include "objects/project/smproject2_002_000.h"
 #include "objects/query/smqueryitem2_002_000.h"
@@ -49,8 +50,8 @@ bool Change(Field& field, Value value) {
 
 SMQueryItemType2::~SMQueryItemType2() {
     if (!rare) return;
-    SMOrphan(rare->roles);
-    if (rare->promptInfo && rare->promptInfo->getReferenceCount() > 1) rare->promptInfo->parent = nullptr;
+    SMOrphanAll(rare->roles);
+    SMOrphan(rare->promptInfo);
 }
 
 // ---- memory
@@ -63,6 +64,10 @@ const SMQueryItemType2::RareFields& SMQueryItemType2::NoRareFields() {
 SMQueryItemType2::RareFields& SMQueryItemType2::EditRare() {
     if (!rare) rare = std::make_unique<RareFields>();
     return *rare;
+}
+
+void SMQueryItemType2::SetPromptInfo(SMPromptInfo2* prompt) {
+    if (rare || prompt) SMReplaceChild(EditRare().promptInfo, prompt);
 }
 
 SMPromptInfo2* SMQueryItemType2::AddOrUpdatePromptInfo(SMEnum_promptType::Enum type, SMQueryItem2* display, SMQueryItem2* filter,
@@ -93,7 +98,7 @@ void SMQueryItemType2::AddRoleOfType(SMEnum_role::Enum role) {
 }
 
 void SMQueryItemType2::RemoveRoleOfType(SMEnum_role::Enum role) {
-    if (const SMRole2* found = GetFromVectorByName(GetRoles(), EnumText<SMEnum_role>(role))) EditRare().roles.Take(found);
+    if (const SMRole2* found = GetFromVectorByName(GetRoles(), EnumText<SMEnum_role>(role))) SMOrphan(EditRare().roles.Take(found));
 }
 
 void SMQueryItemType2::SetBasicProperties(SMEnum_usage::Enum newUsage, SMEnum_datatype::Enum newDatatype, long newPrecision, long newScale,

@@ -99,7 +99,7 @@ class SM_API SMQueryItemType2 : public SMNameDescObject2 {
     /** Null when there is none. */
     SMPromptInfo2* GetPromptInfo() const { return Rare().promptInfo; }
     /** Shares the prompt; null takes it away. */
-    void SetPromptInfo(SMPromptInfo2* prompt) { SetRare(&RareFields::promptInfo, QvSmartPtr<SMPromptInfo2>(prompt)); }
+    void SetPromptInfo(SMPromptInfo2* prompt);
     /**
      * Makes the prompt if there is none, and sets its type and the references that are given: an item that is null leaves the old
      * reference. The third goes to the reference for cascading. A change sets the date of this object.

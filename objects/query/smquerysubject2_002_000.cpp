@@ -30,9 +30,9 @@ const I18NString KIND_DETERMINANT = I18NString::Immortal("determinants/determina
 SMQuerySubject2::SMQuerySubject2(SMObjectBase* owner, SMProject2* project, SMNamespace2* ns) : SMQuerySubjectType2(owner, project, ns) {}
 
 SMQuerySubject2::~SMQuerySubject2() {
-    SMOrphan(queryItems);
-    SMOrphan(queryItemFolders);
-    SMOrphan(determinants);
+    SMOrphanAll(queryItems);
+    SMOrphanAll(queryItemFolders);
+    SMOrphanAll(determinants);
 }
 
 // ---- children

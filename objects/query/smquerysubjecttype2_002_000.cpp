@@ -1,5 +1,6 @@
 #include "objects/query/smquerysubjecttype2_002_000.h"
 
+#include "objects/base/smorphan_002_000.h"
 #include "objects/project/smproject2_002_000.h"
 #include "objects/query/smdefinition2_002_000.h"
 #include "objects/transforms/smrenamelist2_002_000.h"
@@ -27,13 +28,13 @@ SMQuerySubjectType2::SMQuerySubjectType2(SMObjectBase* owner, SMProject2* projec
     : SMNameDescObject2(owner, project), ownerNamespace(ns) {}
 
 SMQuerySubjectType2::~SMQuerySubjectType2() {
-    if (definition && definition->getReferenceCount() > 1) definition->parent = nullptr;
+    SMOrphan(definition);
 }
 
 // ---- memory
 
 void SMQuerySubjectType2::SetDefinition(SMDefinition2* newDefinition) {
-    definition = newDefinition;
+    SMReplaceChild(definition, newDefinition);
 }
 
 I18NString SMQuerySubjectType2::GetSMID(bool escape) const {

@@ -19,7 +19,9 @@ enum class Comparing : unsigned char {
     /** A version of another row: it never makes a row differ. */
     never,
     /** A stored value outlives memory that has none: readers cannot bring it back, so its absence says nothing. */
-    unlessUnset
+    unlessUnset,
+    /** An empty stored text and none are the same: readers make none of it. */
+    emptyAsUnset
 };
 
 /** One column of a model table, and the key under which a row hands its value back. */

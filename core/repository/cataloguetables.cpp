@@ -34,7 +34,11 @@ constexpr CatalogueColumn NO_DESCRIPTION = Lang("", "description");
 constexpr CatalogueColumn NO_SCREENTIP = Lang("", "screenTip");
 constexpr CatalogueColumn QVREF = Property("WAREHOUSE_OBJECT_ID", "qvref");
 constexpr CatalogueColumn QVDBREF = Property("PHYSICAL_OBJECT_ID", "qvdbref");
-constexpr CatalogueColumn EXPRESSION = Mixed("EXPRESSION", "expression");
+constexpr CatalogueColumn EXPRESSION = [] {
+    CatalogueColumn column = Mixed("EXPRESSION", "expression");
+    column.comparing = Comparing::emptyAsUnset;
+    return column;
+}();
 constexpr CatalogueColumn STATUS = Simple("STATUS", S, "status");
 constexpr CatalogueColumn EXTERNALNAME = Simple("EXTERNALNAME", S, "externalName");
 constexpr CatalogueColumn HIDDEN = Simple("HIDDEN", B, "hidden");

@@ -251,9 +251,12 @@ bool ProjectSave::Differs(IOObject& object, const RowTable& table) {
 bool ProjectSave::KeepStored(const RowTable& table, const char* stored, std::vector<Cell>& cells) {
     bool kept = false;
     for (const std::size_t column : table.body) {
-        if (table.columns[column]->comparing != Comparing::unlessUnset || cells[column].kind != Cell::null) continue;
-        cells[column] = rowcodec::BodyCell(table, stored, column);
-        kept |= cells[column].kind != Cell::null;
+        const Comparing comparing = table.columns[column]->comparing;
+        if ((comparing != Comparing::unlessUnset && comparing != Comparing::emptyAsUnset) || cells[column].kind != Cell::null) continue;
+        const Cell cell = rowcodec::BodyCell(table, stored, column);
+        if (cell.kind == Cell::null || (comparing == Comparing::emptyAsUnset && !cell.view.empty())) continue;
+        cells[column] = cell;
+        kept = true;
     }
     return kept;
 }

@@ -274,6 +274,18 @@ TEST_P(RepositorySave, ASortThatMemoryCannotHaveOutlivesASave) {
     EXPECT_EQ(sortOf(), "0");
 }
 
+TEST_P(RepositorySave, AnEmptyExpressionIsLikeNone) {
+    const QvSmartPtr<TestNode> project = Sample();
+    TestNode& filter = Root(*project).Add("SM_FILTER", "f").Named("f").Set("EXPRESSION", TestNode::Text(""));
+    const long number = Put(*project);
+    filter.Drop("EXPRESSION");
+    EXPECT_EQ(Save(*project, number), Rows(0, 0)) << "readers bring back none";
+    filter.Set("EXPRESSION", TestNode::Text("1 = 1"));
+    EXPECT_EQ(Save(*project, number), Rows(1 + REVISION, 1));
+    filter.Drop("EXPRESSION");
+    EXPECT_EQ(Save(*project, number), Rows(1 + REVISION, 1)) << "one that was taken away is gone";
+}
+
 TEST_P(RepositorySave, AVersionOfAnotherRowMakesNoItemDiffer) {
     const QvSmartPtr<TestNode> project = Sample();
     TestNode& item = Root(*project).Add("SM_QUERY_SUBJECT", "q").Named("s").Add("SM_QUERY_ITEM", "i");

@@ -1,13 +1,11 @@
 // Random objects go through the document and through the repository; whatever does not come back must stand in docs/losses.md.
 #include <gmock/gmock.h>
 
-#include <regex>
-#include <sstream>
-
 #include "tests/support/capturedlog.h"
 #include "tests/support/contexts.h"
 #include "tests/support/documents.h"
 #include "tests/support/facts.h"
+#include "tests/support/losses.h"
 #include "tests/support/modelclasses.h"
 
 using namespace schema_002_000;
@@ -16,23 +14,6 @@ using namespace smtest;
 namespace {
 
 constexpr unsigned ROUNDS = 25;
-
-/** "document folder.name(other)": the face, and the field. */
-using Losses = std::set<std::string>;
-
-/** The rows of the page's table whose last cell names fields in backticks. */
-Losses ListedLosses() {
-    Losses losses;
-    std::istringstream page(ReadFile(std::string(SMODEL_SOURCE_DIR) + "/docs/losses.md"));
-    const std::regex field("`([^`]+)`");
-    for (std::string line; std::getline(page, line);) {
-        if (line.empty() || line[0] != '|') continue;  // prose shows fields, too
-        const std::string face = line.find("| document |") != std::string::npos ? "document " : "repository ";
-        const std::string cell = line.substr(line.rfind('|', line.size() - 2));
-        for (std::sregex_iterator at(cell.begin(), cell.end(), field), end; at != end; ++at) losses.insert(face + at->str(1));
-    }
-    return losses;
-}
 
 class Journey {
   public:

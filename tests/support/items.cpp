@@ -33,14 +33,14 @@ void FillPrompt(SMQueryItemType2& item, Values& values) {
     FillIdentity(*prompt, values);
 }
 
+}  // namespace
+
 void FillRole(SMQueryItemType2& item, Values& values) {
     auto* role = new SMRole2(&item, item.GetSMProject());
     item.AddRole(role);
     FillNames(*role, values);
     FillIdentity(*role, values);
 }
-
-}  // namespace
 
 void FillItem(SMQueryItemType2& item, Values& values) {
     FillTexts(item, values);

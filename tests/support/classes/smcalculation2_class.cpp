@@ -32,6 +32,8 @@ void Fill(SMCalculation2& calculation, smtest::Values& values) {
     smtest::FillItem(calculation, values);
     calculation.SetStatus(SMEnum_status::Enum(values.Choice(0, 3)));
     calculation.SetCalcType(SMEnum_calcType::Enum(values.Choice(1, 3)));
+    calculation.SetProperty("physicalName", "hidden", values.Text("COLUMN").c_str());
+    calculation.SetProperty("qvdbref", "hidden", values.Text("physical object").c_str());
     FillFilters(calculation, values);
     for (int count = values.Count(2); count > 0; --count) {
         calculation.AddDataSourceRef(values.Text("[].[dataSources].[source]").c_str());

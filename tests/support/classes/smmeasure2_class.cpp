@@ -2,6 +2,7 @@
 
 #include "objects/dimensional/smdimension2_002_000.h"
 #include "tests/support/documents.h"
+#include "tests/support/items.h"
 #include "tests/support/modelclasses.h"
 #include "tests/support/subjects.h"
 
@@ -26,6 +27,9 @@ void Fill(SMMeasure2& measure, smtest::Values& values) {
     measure.SetExternalName(values.Text("external name").c_str());
     measure.SetExpression(smtest::KeptXml("expression", "[ns].[s].[i] * 2", values));
     measure.SetPhysicalName(values.Text("COLUMN").c_str());
+    measure.SetSort(SMEnum_sort::Enum(values.Choice(1, 3)));
+    measure.SetRolesId(values.Text("id of the roles").c_str());
+    for (int count = values.Count(1); count > 0; --count) smtest::FillRole(measure, values);
     measure.m_aggregateRules = smtest::KeptXml("aggregateRules", "kept rules", values);
     measure.SetIsHierarchical(values.Flag());
     for (int count = values.Count(2); count > 0; --count)
@@ -40,6 +44,7 @@ SMMeasure2* Read(SMProject2& project, const std::string& element) {
     return smtest::DimensionOf(project)->GetMeasures().back();
 }
 
-const smtest::Register<SMMeasure2> ENTRY{"SMMeasure2", Make, Fill, Read};
+// the ids of its roles are written, but not read
+const smtest::Register<SMMeasure2> ENTRY{"SMMeasure2", Make, Fill, Read, false};
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "bench/support/framedocument.h"
+#include "bench/support/itemdocument.h"
 #include "core/qvutils/xml/qvsax2parser.h"
 #include "core/repository/smrepository.h"
 #include "objects/containers/smnamespace2_002_000.h"
@@ -11,7 +11,7 @@
 
 namespace bench {
 
-/** The document to store: of namespaces, folders and maps, or the one that SMODEL_BENCH_MODEL names. */
+/** The document to store: of query items that have everything, or the one that SMODEL_BENCH_MODEL names. */
 inline QvSmartPtr<schema_002_000::SMProject2> StoredModel() {
     constexpr std::size_t BYTES = 10'000'000;
     QvSmartPtr<schema_002_000::SMProject2> project = new schema_002_000::SMProject2();
@@ -21,7 +21,7 @@ inline QvSmartPtr<schema_002_000::SMProject2> StoredModel() {
     if (const char* path = std::getenv("SMODEL_BENCH_MODEL")) {
         parser.parse(I18NString(path));
     } else {
-        const std::string document = FrameDocument::Make(BYTES);
+        const std::string document = ItemDocument(BYTES);
         parser.parse(document.data(), document.size());
     }
     return project;

@@ -17,11 +17,24 @@ void* operator new(std::size_t size) {
     return block;
 }
 
+// what the library gives the form that does not throw must be free's to take back, too
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
 void operator delete(void* block) noexcept {
     std::free(block);
 }
 
 void operator delete(void* block, std::size_t) noexcept {
+    operator delete(block);
+}
+
+void operator delete(void* block, const std::nothrow_t&) noexcept {
     operator delete(block);
 }
 

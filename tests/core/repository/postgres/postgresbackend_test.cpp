@@ -256,7 +256,7 @@ TEST_F(PostgresBackend, ChangesManyRowsInAFewStatementsAndMissesNone) {
 
 TEST_F(PostgresBackend, ALineThatIsCutIsToldAndANewOneServes) {
     Write(plain, {RowOf(1, "a")});
-    const auto source = Of(plain);
+    auto source = Of(plain);
     schema.Sql("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE application_name = 'smodel' AND query LIKE '%COMMIT%'");
     const Cell parameters[] = {Cell::Number(1)};
     Row row;
@@ -267,6 +267,7 @@ TEST_F(PostgresBackend, ALineThatIsCutIsToldAndANewOneServes) {
     EXPECT_NE(fault.find("The server ended the connection: terminating connection"), std::string::npos) << fault;
     EXPECT_NE(FaultOf([&] { source->Start(parameters); }), "none");
     connection->Rollback();
+    source.reset();  // it must go before its connection does
     connection = backend->Connect();
     EXPECT_EQ(Bodies(plain).size(), 1u);
 }

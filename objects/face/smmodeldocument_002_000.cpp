@@ -87,6 +87,17 @@ void Write(const SMProject2& project, QvXMLFormatTarget& target, const SMSaveOpt
     bytes = ticker.Done();
 }
 
+SMSaveResult Save(const std::string& path, const std::function<void(QvXMLFormatTarget&, std::size_t&)>& write) {
+    SMSaveResult result;
+    SMRunGuarded(result, [&] {
+        QvFileWriter writer(path.c_str());
+        write(writer, result.bytes);
+        writer.close();
+        return true;
+    });
+    return result;
+}
+
 }  // namespace
 
 SMLoadResult SMLoadModel(const std::string& path, const SMLoadOptions& options) {
@@ -105,14 +116,17 @@ SMLoadResult SMLoadModelBytes(std::string_view document, const SMLoadOptions& op
 }
 
 SMSaveResult SMSaveModel(const SMProject2& project, const std::string& path, const SMSaveOptions& options) {
-    SMSaveResult result;
-    SMRunGuarded(result, [&] {
-        QvFileWriter writer(path.c_str());
-        Write(project, writer, options, result.bytes);
-        writer.close();
-        return true;
+    return Save(path, [&](QvXMLFormatTarget& target, std::size_t& bytes) { Write(project, target, options, bytes); });
+}
+
+SMSaveResult SMSaveDocument(const std::string& path, const std::function<void(QvXMLFormatTarget&)>& write, const SMSaveOptions& options) {
+    return Save(path, [&](QvXMLFormatTarget& target, std::size_t& bytes) {
+        SMTicker ticker(options.control, SMProgress::bytes, 1);
+        SMWatchedTarget watched(target, ticker);
+        write(watched);
+        watched.flush();
+        bytes = ticker.Done();
     });
-    return result;
 }
 
 SMSaveResult SMWriteModel(const SMProject2& project, QvXMLFormatTarget& target, const SMSaveOptions& options) {

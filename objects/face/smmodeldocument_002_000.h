@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -48,6 +49,9 @@ SM_API SMLoadResult SMLoadModelBytes(std::string_view document, const SMLoadOpti
 
 /** Writes the model to a file, whole or not at all: a save that does not end well leaves the file as it was. */
 SM_API SMSaveResult SMSaveModel(const SMProject2& project, const std::string& path, const SMSaveOptions& options = {});
+/** Puts a document that `write` gives to its target into a file, whole or not at all. What `write` raises makes the save fail. */
+SM_API SMSaveResult SMSaveDocument(const std::string& path, const std::function<void(QvXMLFormatTarget&)>& write,
+                                   const SMSaveOptions& options = {});
 /** Writes the model to a target, and flushes it. */
 SM_API SMSaveResult SMWriteModel(const SMProject2& project, QvXMLFormatTarget& target, const SMSaveOptions& options = {});
 

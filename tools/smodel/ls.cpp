@@ -4,11 +4,11 @@
 #include "objects/face/smmodelwalk_002_000.h"
 #include "tools/smodel/commands.h"
 #include "tools/smodel/interrupt.h"
+#include "tools/smodel/json.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
 #include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -19,20 +19,13 @@ struct Arguments {
     bool json = false;
 };
 
-/** A field of a line: a backslash is doubled, so that it is told from an escape. */
-std::string Field(const std::string& text) {
-    std::string doubled;
-    for (const char c : text) doubled.append(c == '\\' ? 2 : 1, c);
-    return Printable(doubled);
-}
-
 std::string Row(const SMObjectLine& line) {
     return Field(line.kind) + "\t" + Field(line.objectId) + "\t" + Field(line.path) + "\t" + Field(line.id) + "\n";
 }
 
 std::string Json(const SMObjectLine& line) {
     const nlohmann::ordered_json object{{"kind", line.kind}, {"objectId", line.objectId}, {"path", line.path}, {"id", line.id}};
-    return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+    return JsonText(object, -1);
 }
 
 int List(const Arguments& arguments) {

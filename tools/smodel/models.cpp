@@ -41,20 +41,34 @@ SMLoadResult ReadModel(const std::string& given, bool quiet) {
     return result;
 }
 
-SMSaveResult SaveModel(const SMProject2& project, const std::string& given, bool indent) {
+namespace {
+
+SMSaveResult Save(const std::string& given, const std::function<SMSaveResult(const SMSaveOptions&)>& save) {
     SMSaveResult result;
     {
         const LeaveAtOnce nothingToTidyUp(given == "-");
         ProgressLine line("writing " + given);
         SMSaveOptions options;
         options.control = line.Control();
-        options.indent = indent;
-        result = SMSaveModel(project, OutputPath(given), options);
+        result = save(options);
     }
     for (SMDiagnostic& diagnostic : result.diagnostics)
         if (diagnostic.file == OutputPath(given)) diagnostic.file = NameOfOutput(given);
     PrintDiagnostics(stderr, result.diagnostics, true);
     return result;
+}
+
+}  // namespace
+
+SMSaveResult SaveModel(const SMProject2& project, const std::string& given, bool indent) {
+    return Save(given, [&](SMSaveOptions options) {
+        options.indent = indent;
+        return SMSaveModel(project, OutputPath(given), options);
+    });
+}
+
+SMSaveResult SaveDocument(const std::function<void(QvXMLFormatTarget&)>& write, const std::string& given) {
+    return Save(given, [&](const SMSaveOptions& options) { return SMSaveDocument(OutputPath(given), write, options); });
 }
 
 int StatusOf(const SMResult& result) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "objects/face/smmodeldocument_002_000.h"
@@ -19,6 +20,9 @@ schema_002_000::SMLoadResult ReadModel(const std::string& given, bool quiet = fa
 
 /** Writes a model while progress is shown; prints what went wrong. */
 schema_002_000::SMSaveResult SaveModel(const schema_002_000::SMProject2& project, const std::string& given, bool indent = false);
+
+/** The same for a document that `write` gives. */
+schema_002_000::SMSaveResult SaveDocument(const std::function<void(QvXMLFormatTarget&)>& write, const std::string& given);
 
 /** The exit status that tells how an operation ended. */
 int StatusOf(const schema_002_000::SMResult& result);

@@ -1,8 +1,67 @@
 #include "tools/smodel/repositories.h"
 
-#include "core/qvutils/diag/tklerrors.h"
+#include <algorithm>
+#include <charconv>
 
-std::unique_ptr<SMRepositoryHelper> ContextFor(SMRepository& repository, const schema_002_000::SMProject2& project) {
+#include "core/qvutils/diag/tklerrors.h"
+#include "objects/face/smmodeldocument_002_000.h"
+#include "objects/face/smreferences_002_000.h"
+#include "tools/smodel/interrupt.h"
+#include "tools/smodel/terminal.h"
+
+using namespace schema_002_000;
+
+namespace {
+
+constexpr std::size_t SUGGESTIONS = 5;
+constexpr std::string_view ID_PREFIX = "id:";
+
+[[noreturn]] void FailAt(const SMRepository& repository, const std::string& what) {
+    throw TklRuntimeError("Repository '" + repository.Name() + "': " + what);
+}
+
+std::string Span(const std::vector<SMRepositoryRevision>& revisions) {
+    return std::to_string(revisions.front().number) + " to " + std::to_string(revisions.back().number);
+}
+
+SMRepositoryRevision RevisionNumbered(const SMRepository& repository, const std::vector<SMRepositoryRevision>& revisions, long number) {
+    for (const SMRepositoryRevision& revision : revisions)
+        if (revision.number == number) return revision;
+    FailAt(repository, "There is no revision " + std::to_string(number) + "; there are " + Span(revisions) + ".");
+}
+
+/** A day reaches to its end: texts of moments are compared as far as the given one goes. */
+SMRepositoryRevision RevisionBefore(const SMRepository& repository, const std::vector<SMRepositoryRevision>& revisions,
+                                    const std::string& moment) {
+    const auto isLater = [&](const SMRepositoryRevision& revision) {
+        return TextOf(revision.savedAt.ToString()).compare(0, moment.size(), moment) > 0;
+    };
+    const auto found = std::find_if_not(revisions.rbegin(), revisions.rend(), isLater);
+    if (found != revisions.rend()) return *found;
+    FailAt(repository, "Nothing had been saved at " + moment + "; the oldest revision, " + std::to_string(revisions.front().number) +
+                           ", is of " + TextOf(revisions.front().savedAt.ToString()) + " (UTC).");
+}
+
+QvULString FindByAddress(SMRepository& repository, long project, const std::string& address) {
+    std::vector<SMRepositoryRevision> revisions = repository.Revisions(project);
+    std::vector<std::string> alike;
+    for (auto revision = revisions.rbegin(); revision != revisions.rend(); ++revision) {
+        const auto context = repository.OpenProject(project);
+        context->ReadAt(revision->number);
+        const SMGetResult got = LoadRows(repository, *context);
+        if (!got.IsDone()) FailAt(repository, "Revision " + std::to_string(revision->number) + " cannot be read.");
+        const SMReferenceIndex index(*got.project);
+        if (const SMObjectBase* const object = index.Find(address)) return object->GetId();
+        if (revision == revisions.rbegin()) alike = index.FindAlike(address, SUGGESTIONS);
+    }
+    std::string told = "No revision has an object '" + address + "'; object ids look like [namespace].[subject].[item]";
+    for (std::size_t i = 0; i < alike.size(); ++i) told += (i == 0 ? "; did you mean " : ", ") + alike[i];
+    FailAt(repository, told + (alike.empty() ? "." : "?"));
+}
+
+}  // namespace
+
+std::unique_ptr<SMRepositoryHelper> ContextFor(SMRepository& repository, const SMProject2& project) {
     for (const SMRepositoryProject& stored : repository.Projects())
         if (project.GetId().empty() ? stored.name == project.GetName() : stored.id == project.GetId())
             return repository.OpenProject(stored.number);
@@ -18,4 +77,59 @@ std::unique_ptr<SMRepositoryHelper> ContextOf(SMRepository& repository, const st
     for (const SMRepositoryProject& project : projects)
         names.append(names.empty() ? "" : ", ").append(project.name.utf8()).append(" (").append(project.id.utf8()).append(")");
     throw TklRuntimeError(repository.Name() + " holds more than one project, name one of them by --project: " + names);
+}
+
+SMRepositoryRevision RevisionAt(SMRepository& repository, long project, const std::string& at) {
+    const std::vector<SMRepositoryRevision> revisions = repository.Revisions(project);
+    if (revisions.empty()) FailAt(repository, "There is no revision.");
+    if (at.empty()) return revisions.back();
+    long number = 0;
+    const auto [end, error] = std::from_chars(at.data(), at.data() + at.size(), number);
+    if (error == std::errc() && end == at.data() + at.size()) return RevisionNumbered(repository, revisions, number);
+    constexpr std::size_t DAY_SIZE = 10;
+    const std::string moment = TextOf(QvDate(at.c_str()).ToString());
+    if (moment.empty() || (moment != at && moment.substr(0, DAY_SIZE) != at))
+        throw TklRuntimeError("'" + at + "' is no revision: give a number, a moment as 2026-11-21T18:00:00 (UTC), or a day as 2026-11-21");
+    return RevisionBefore(repository, revisions, at);
+}
+
+std::unique_ptr<std::string> DocumentAt(SMRepositoryHelper& context, const SMRepositoryRevision& revision) {
+    TklByteBuffer bytes;
+    QvByteBufferWriter writer(bytes);
+    if (revision.hasDocument) {
+        context.ReadDocument(writer);
+        return std::make_unique<std::string>(bytes.view());
+    }
+    const SMGetResult got = SMGetModel(context);
+    if (got.IsDone() && SMWriteModel(*got.project, writer).IsDone()) return std::make_unique<std::string>(bytes.view());
+    PrintDiagnostics(stderr, got.diagnostics, true);
+    return nullptr;
+}
+
+SMGetResult LoadRows(SMRepository& repository, SMRepositoryHelper& context) {
+    SMGetResult got;
+    {
+        ProgressLine line("loading from " + repository.Name());
+        got = SMGetModel(context, line.Control());
+    }
+    PrintDiagnostics(stderr, got.diagnostics, true);
+    return got;
+}
+
+QvULString FindObject(SMRepository& repository, const SMRepositoryHelper& context, const std::string& given) {
+    if (!given.starts_with(ID_PREFIX)) return FindByAddress(repository, context.ProjectNumber(), given);
+    const QvULString id(given.substr(ID_PREFIX.size()).c_str());
+    if (repository.RevisionsOf(context.ProjectNumber(), id).empty())
+        FailAt(repository, "No revision has an object of the id '" + TextOf(id) + "'.");
+    return id;
+}
+
+std::string PathText(const SMRepositoryChange& change) {
+    std::string path;
+    for (const I18NString& name : change.path) path += (path.empty() ? "" : " / ") + TextOf(name);
+    return path.empty() ? TextOf(change.id) : path;
+}
+
+std::string TextOf(const I18NString& text) {
+    return std::string(text.utf8());
 }

@@ -8,11 +8,11 @@
 #include "objects/face/smobjectsheet_002_000.h"
 #include "tools/smodel/commands.h"
 #include "tools/smodel/interrupt.h"
+#include "tools/smodel/json.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
 #include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -143,7 +143,7 @@ int Show(const Arguments& arguments) {
     if (!object) return ComplainOfAbsence(arguments, index);
     const SMObjectSheet sheet = schema_002_000::SMSheetOf(index, *object);
     if (arguments.json)
-        Print(Json(sheet).dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n");
+        Print(JsonText(Json(sheet)) + "\n");
     else
         PrintSheet(sheet);
     return StatusOf(loaded);

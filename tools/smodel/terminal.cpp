@@ -105,6 +105,12 @@ std::string Printable(std::string_view text) {
     return out;
 }
 
+std::string Field(std::string_view text) {
+    std::string doubled;
+    for (const char c : text) doubled.append(c == '\\' ? 2 : 1, c);
+    return Printable(doubled);
+}
+
 std::string Grouped(std::size_t number) {
     std::string digits = std::to_string(number);
     for (std::size_t at = digits.size(); at > 3; at -= 3) digits.insert(at - 3, ",");

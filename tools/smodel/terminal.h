@@ -27,6 +27,8 @@ void Complain(std::string_view text);
 
 /** One line of the text, control characters as escapes: a terminal obeys nothing that stands in a model. */
 std::string Printable(std::string_view text);
+/** The same for a field of a line: a backslash is doubled, so that it is told from an escape. */
+std::string Field(std::string_view text);
 /** "1,234,567". */
 std::string Grouped(std::size_t number);
 /** "1 object", "2 objects". */

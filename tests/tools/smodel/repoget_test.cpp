@@ -1,0 +1,90 @@
+#include <filesystem>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/repository/smrepository.h"
+#include "objects/face/smmodelstore_002_000.h"
+#include "tests/tools/smodel/repomodel.h"
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+const std::string MODELS = SMODEL_SOURCE_DIR "/examples/models/";
+
+/** A save without its document. */
+void PutRowsOnly(const std::string& location, const std::string& document) {
+    SMRepository repository(location, SMRepository::createIfAbsent);
+    const auto context = repository.Projects().empty() ? repository.NewProject() : repository.OpenProject(1);
+    const schema_002_000::SMLoadResult loaded = schema_002_000::SMLoadModelBytes(document);
+    ASSERT_TRUE(loaded.project->write(*context));
+}
+
+TEST(SmodelRepoGet, GivesEachExampleBackByteForByte) {
+    for (const auto& entry : std::filesystem::directory_iterator(MODELS)) {
+        if (entry.path().extension() != ".xml") continue;
+        const ToolRepository repository;
+        const std::string path = entry.path().string();
+        EXPECT_LE(repository.Run("put", {path}).status, 1) << path;
+        EXPECT_TRUE(repository.Get() == RunTool({"fmt", path}).out) << path;
+    }
+}
+
+TEST(SmodelRepoGet, GivesEachRevisionBackByNumber) {
+    const ToolRepository repository;
+    const std::string models[] = {SalesModel(""), SalesModel(SubjectElement("Orders", {"Amount"})), SalesModel("")};
+    for (const std::string& model : models) EXPECT_LE(repository.Put(model).status, 1);
+    for (int revision = 1; revision <= 3; ++revision) {
+        EXPECT_EQ(repository.Get(std::to_string(revision)), Formatted(models[revision - 1])) << revision;
+        const ToolRun rows = repository.Run("get", {"--rows", "--at", std::to_string(revision), "-o", "-"});
+        EXPECT_EQ(rows.out.find("Amount") != std::string::npos, revision == 2);
+    }
+}
+
+TEST(SmodelRepoGet, FindsTheRevisionOfAMomentOrADay) {
+    const ToolRepository repository;
+    repository.Put(SalesModel(""));
+    repository.Put(SalesModel(SubjectElement("Orders", {})));
+    const std::string first = std::string(SMRepository(repository.Location()).Revisions(1)[0].savedAt.ToString().utf8());
+    EXPECT_EQ(repository.Get("2999-01-01T00:00:00"), Formatted(SalesModel(SubjectElement("Orders", {}))));
+    EXPECT_EQ(repository.Get("2999-01-01"), Formatted(SalesModel(SubjectElement("Orders", {}))));
+    EXPECT_EQ(repository.Run("get", {"--at", first.substr(0, 10), "-o", "-"}).status, 0) << "a day reaches to its end";
+    const ToolRun early = repository.Run("get", {"--at", "1999-01-01", "-o", "-"});
+    EXPECT_EQ(early.status, 2);
+    EXPECT_THAT(early.err, HasSubstr("Nothing had been saved at 1999-01-01; the oldest revision, 1, is of " + first + " (UTC)."));
+}
+
+TEST(SmodelRepoGet, RefusesWhatIsNoRevision) {
+    const ToolRepository repository;
+    repository.Put(SalesModel(""));
+    for (const char* const at : {"0", "2", "-1", "yesterday", "2026-13-40", "2026-01-01T00", "99999999999999999999", "1x"}) {
+        const ToolRun run = repository.Run("get", {"--at=" + std::string(at), "-o", repository.directory.Path("out.xml")});
+        EXPECT_EQ(run.status, 2) << at;
+        EXPECT_THAT(run.err, HasSubstr("smodel: error: ")) << at;
+    }
+    EXPECT_FALSE(std::filesystem::exists(repository.directory.Path("out.xml")));
+}
+
+TEST(SmodelRepoGet, TakesTheRowsOfARevisionWithoutDocument) {
+    const ToolRepository repository;
+    PutRowsOnly(repository.Location(), SalesModel(SubjectElement("Orders", {})));
+    const ToolRun got = repository.Run("get", {"-o", "-"});
+    EXPECT_LE(got.status, 1);
+    EXPECT_THAT(got.err, HasSubstr("revision 1 was saved without its document, so it comes from its rows"));
+    EXPECT_THAT(got.out, HasSubstr("<name locale=\"en\">Orders</name>"));
+}
+
+TEST(SmodelRepoGet, LeavesTheOldFileWhenTheDocumentIsDamaged) {
+    const ToolRepository repository;
+    repository.Run("put", {MODELS + "foodmart.xml"});
+    ASSERT_GT(ChangeByHand(repository.Location(), "UPDATE REPO_PIECE SET BYTES = x'00'"), 0);
+    const std::string out = repository.directory.Write("out.xml", "as it was");
+    const ToolRun got = repository.Run("get", {"-o", out});
+    EXPECT_EQ(got.status, 2);
+    EXPECT_EQ(repository.directory.Read("out.xml"), "as it was");
+}
+
+}  // namespace

@@ -1,0 +1,94 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/repository/smrepository.h"
+#include "tests/tools/smodel/repomodel.h"
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+const std::string ORDERS = SubjectElement("Orders", {"Amount", "Day"});
+
+TEST(SmodelRepoPut, TellsTheRevisionAndWhatItChanges) {
+    const ToolRepository repository;
+    EXPECT_EQ(repository.Put(SalesModel(ORDERS)).out, "revision 1: 5 objects added, 0 changed, 0 removed\n");
+    EXPECT_EQ(repository.Put(SalesModel(SubjectElement("Orders", {"Amount"}) + SubjectElement("Lines", {}))).out,
+              "revision 2: 1 object added, 0 changed, 1 removed\n");
+    EXPECT_EQ(repository.Put(SalesModel(SubjectElement("Orders", {"Amount"}) + SubjectElement("Lines", {}))).out,
+              "nothing changed; the newest revision is 2\n");
+}
+
+TEST(SmodelRepoPut, KeepsAuthorAndMessage) {
+    const ToolRepository repository;
+    repository.Put(SalesModel(ORDERS), {"-m", "why\nand how", "--author", "ada"});
+    repository.Put(SalesModel(""));
+    const std::vector<SMRepositoryRevision> revisions = SMRepository(repository.Location()).Revisions(1);
+    ASSERT_EQ(revisions.size(), 2u);
+    EXPECT_EQ(revisions[0].author, I18NString("ada"));
+    EXPECT_EQ(revisions[0].message, I18NString("why\nand how"));
+    EXPECT_FALSE(revisions[1].author.empty()) << "the login name";
+}
+
+TEST(SmodelRepoPut, NamesWhatBothChangedAndWritesNothing) {
+    const ToolRepository repository;
+    repository.Put(SalesModel(ORDERS + SubjectElement("Lines", {"Number"})));
+    std::string theirs = SalesModel(ORDERS + SubjectElement("Lines", {"Number"})), mine = theirs;
+    for (const char* const item : {"Amount", "Number"})
+        theirs.replace(theirs.find(std::string(item) + " + 1"), std::string(item).size() + 4, "theirs");
+    for (const char* const item : {"Amount", "Day"})
+        mine.replace(mine.find(std::string(item) + " + 1"), std::string(item).size() + 4, "mine");
+    repository.Put(theirs);
+    const ToolRun run = repository.Put(mine, {"--base", "1"});
+    EXPECT_EQ(run.status, 4);
+    EXPECT_EQ(run.out,
+              "1 object changed by both since revision 1:\n"
+              "  queryItem Test / Sales / Orders / Amount\n"
+              "The other side, now at revision 2, changed 1 further object.\n");
+    EXPECT_THAT(run.err, HasSubstr("nothing was written; get the newest revision, bring the change into it, and put it again"));
+    EXPECT_EQ(repository.Get(), Formatted(theirs));
+    EXPECT_EQ(SMRepository(repository.Location()).Revisions(1).size(), 2u);
+}
+
+TEST(SmodelRepoPut, TellsWhenNothingWasChangedByBoth) {
+    const ToolRepository repository;
+    repository.Put(SalesModel(ORDERS));
+    repository.Put(SalesModel(ORDERS + SubjectElement("Lines", {})));
+    const ToolRun run = repository.Put(SalesModel(SubjectElement("Orders", {"Amount"})), {"--base", "1"});
+    EXPECT_EQ(run.status, 4);
+    EXPECT_THAT(run.out, HasSubstr("No object was changed by both since revision 1.\n"));
+}
+
+TEST(SmodelRepoPut, TakesABaseThatIsStillTheNewest) {
+    const ToolRepository repository;
+    repository.Put(SalesModel(ORDERS));
+    EXPECT_EQ(repository.Put(SalesModel(""), {"--base", "1"}).status, 0);
+}
+
+TEST(SmodelRepoPut, RefusesABaseThatIsNotThere) {
+    const ToolRepository repository;
+    EXPECT_EQ(repository.Put(SalesModel(ORDERS), {"--base", "1"}).status, 2);
+    EXPECT_THAT(repository.directory.Files(), IsEmpty());
+    repository.Put(SalesModel(ORDERS));
+    const ToolRun run = repository.Put(SalesModel(""), {"--base", "7"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.err, HasSubstr("There is no revision 7; there are 1 to 1."));
+    EXPECT_EQ(repository.Get(), Formatted(SalesModel(ORDERS)));
+}
+
+TEST(SmodelRepoPut, PutsIntoTheProjectThatIsNamed) {
+    const ToolRepository repository;
+    repository.Put(SalesModel(ORDERS));
+    std::string renamed = SalesModel("");
+    renamed.replace(renamed.find("id=\"p\""), 6, "id=\"q\"");
+    EXPECT_EQ(repository.Put(renamed, {"--project", "nobody"}).status, 2);
+    EXPECT_EQ(repository.Put(renamed, {"--project", "p"}).status, 0);
+    const std::vector<SMRepositoryProject> projects = SMRepository(repository.Location()).Projects();
+    ASSERT_EQ(projects.size(), 1u);
+    EXPECT_EQ(projects[0].id, QvULString("q"));
+}
+
+}  // namespace

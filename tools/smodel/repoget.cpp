@@ -1,0 +1,53 @@
+#include <memory>
+#include <string>
+
+#include "tools/smodel/models.h"
+#include "tools/smodel/repo.h"
+#include "tools/smodel/repositories.h"
+#include "tools/smodel/terminal.h"
+
+#include <CLI/CLI.hpp>
+
+namespace {
+
+struct Arguments : RepositoryArguments {
+    std::string output, at;
+    bool rows = false;
+};
+
+int GetRows(SMRepository& repository, SMRepositoryHelper& context, const std::string& output) {
+    const schema_002_000::SMGetResult got = LoadRows(repository, context);
+    if (!got.IsDone()) return StatusOf(got);
+    return Worse(StatusOf(got), StatusOf(SaveModel(*got.project, output)));
+}
+
+int Get(const Arguments& arguments) {
+    SMRepository repository(arguments.repository);
+    const std::unique_ptr<SMRepositoryHelper> context = ContextOf(repository, arguments.project);
+    const SMRepositoryRevision revision = RevisionAt(repository, context->ProjectNumber(), arguments.at);
+    context->ReadAt(revision.number);
+    if (arguments.rows) return GetRows(repository, *context, arguments.output);
+    if (revision.hasDocument)
+        return StatusOf(SaveDocument([&](QvXMLFormatTarget& target) { context->ReadDocument(target); }, arguments.output));
+    SMDiagnostic note;
+    note.severity = SMSeverity::note;
+    note.code = "no-document";
+    note.message = "revision " + std::to_string(revision.number) + " was saved without its document, so it comes from its rows";
+    PrintDiagnostics(stderr, {note}, false);
+    return GetRows(repository, *context, arguments.output);
+}
+
+}  // namespace
+
+void AddRepoGet(CLI::App& repo, int& status) {
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* const get = repo.add_subcommand("get", "Give back the document of a revision, byte for byte");
+    AddRepositoryOptions(*get, *arguments);
+    get->add_option("-o,--output", arguments->output, "Where to write; - is standard output")->type_name("OUT")->required();
+    get->add_option(
+           "--at", arguments->at,
+           "A revision, or a moment or day (2026-11-21T18:00:00, 2026-11-21, in UTC) for the newest up to it; by default the newest")
+        ->type_name("REV|TIME");
+    get->add_flag("--rows", arguments->rows, "Load the model from its rows, and write it as canonical document");
+    get->callback([arguments, &status] { status = Get(*arguments); });
+}

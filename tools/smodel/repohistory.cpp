@@ -1,0 +1,196 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tools/smodel/interrupt.h"
+#include "tools/smodel/json.h"
+#include "tools/smodel/models.h"
+#include "tools/smodel/repo.h"
+#include "tools/smodel/repositories.h"
+#include "tools/smodel/telling.h"
+#include "tools/smodel/terminal.h"
+
+#include <CLI/CLI.hpp>
+
+namespace {
+
+using nlohmann::ordered_json;
+
+struct Arguments : RepositoryArguments {
+    std::string object, first, second;
+    long keep = 0;
+    bool json = false;
+};
+
+/** A repository that is only read, and the project that was asked for. */
+struct Source {
+    explicit Source(const RepositoryArguments& arguments)
+        : repository(arguments.repository), context(ContextOf(repository, arguments.project)) {}
+    long Project() const { return context->ProjectNumber(); }
+
+    LeaveAtOnce nothingToTidyUp;
+    SMRepository repository;
+    std::unique_ptr<SMRepositoryHelper> context;
+};
+
+std::string When(const SMRepositoryRevision& revision) {
+    return TextOf(revision.savedAt.ToString());
+}
+
+ordered_json Json(const SMRepositoryRevision& revision) {
+    return {{"revision", revision.number},
+            {"savedAt", When(revision)},
+            {"author", TextOf(revision.author)},
+            {"message", TextOf(revision.message)},
+            {"document", revision.hasDocument}};
+}
+
+int ListProjects(const Arguments& arguments) {
+    const LeaveAtOnce nothingToTidyUp;
+    SMRepository repository(arguments.repository);
+    ordered_json array = ordered_json::array();
+    std::string lines;
+    for (const SMRepositoryProject& project : repository.Projects()) {
+        const std::vector<SMRepositoryRevision> revisions = repository.Revisions(project.number);
+        const std::string author = revisions.empty() ? std::string() : TextOf(revisions.back().author);
+        const std::string when = TextOf(project.savedAt.ToString());
+        array.push_back({{"number", project.number},
+                         {"name", TextOf(project.name)},
+                         {"id", TextOf(project.id)},
+                         {"revision", project.revision},
+                         {"savedAt", when},
+                         {"author", author}});
+        lines += std::to_string(project.number) + "\t" + Field(TextOf(project.name)) + "\t" + Field(TextOf(project.id)) + "\t" +
+                 std::to_string(project.revision) + "\t" + when + "\t" + Field(author) + "\n";
+    }
+    Print(arguments.json ? JsonText(array) + "\n" : lines);
+    return STATUS_CLEAN;
+}
+
+int Log(const Arguments& arguments) {
+    Source source(arguments);
+    const std::vector<SMRepositoryRevision> revisions =
+        arguments.object.empty()
+            ? source.repository.Revisions(source.Project())
+            : source.repository.RevisionsOf(source.Project(), FindObject(source.repository, *source.context, arguments.object));
+    ordered_json array = ordered_json::array();
+    std::string lines;
+    for (auto revision = revisions.rbegin(); revision != revisions.rend(); ++revision) {
+        array.push_back(Json(*revision));
+        lines += std::to_string(revision->number) + "\t" + When(*revision) + "\t" + Field(TextOf(revision->author)) + "\t" +
+                 Field(TextOf(revision->message)) + "\n";
+    }
+    Print(arguments.json ? JsonText(array) + "\n" : lines);
+    return STATUS_CLEAN;
+}
+
+/** The differing lines of the documents of two revisions; empty when one of them has none. */
+std::string DocumentDifference(Source& source, const SMRepositoryRevision& first, const SMRepositoryRevision& second) {
+    if (!first.hasDocument || !second.hasDocument) return {};
+    const auto document = [&](const SMRepositoryRevision& revision) {
+        source.context->ReadAt(revision.number);
+        return *DocumentAt(*source.context, revision);
+    };
+    return DocumentDiff(document(first), document(second), "  ");
+}
+
+int Diff(const Arguments& arguments) {
+    Source source(arguments);
+    const SMRepositoryRevision first = RevisionAt(source.repository, source.Project(), arguments.first),
+                               second = RevisionAt(source.repository, source.Project(), arguments.second);
+    const std::vector<SMRepositoryChange> changes = source.repository.Changes(source.Project(), first.number, second.number);
+    const std::string documents = changes.empty() ? DocumentDifference(source, first, second) : std::string();
+    if (arguments.json) {
+        Print(
+            JsonText({{"from", first.number}, {"to", second.number}, {"changes", Json(changes)}, {"documentDiffers", !documents.empty()}}) +
+            "\n");
+    } else {
+        for (const SMRepositoryChange& change : changes) Print(Told(change));
+        if (!documents.empty()) Print("The rows are the same; the documents differ:\n" + documents);
+    }
+    return changes.empty() && documents.empty() ? STATUS_CLEAN : STATUS_FINDINGS;
+}
+
+int Blame(const Arguments& arguments) {
+    Source source(arguments);
+    const QvULString id = FindObject(source.repository, *source.context, arguments.object);
+    const std::vector<SMRepositoryBlame> blame = source.repository.Blame(source.Project(), id);
+    if (blame.empty()) {
+        const std::vector<SMRepositoryRevision> revisions = source.repository.RevisionsOf(source.Project(), id);
+        Complain("'" + arguments.object + "' went in revision " + std::to_string(revisions.back().number) +
+                 "; only what stands has values to blame for");
+        return STATUS_UNUSABLE;
+    }
+    ordered_json array = ordered_json::array();
+    std::string lines;
+    for (const SMRepositoryBlame& line : blame) {
+        array.push_back({{"name", TextOf(line.name)}, {"value", TextOf(line.value)}, {"setIn", Json(line.revision)}});
+        lines += std::to_string(line.revision.number) + "\t" + When(line.revision) + "\t" + Field(TextOf(line.revision.author)) + "\t" +
+                 Field(TextOf(line.name)) + "\t" + Field(TextOf(line.value)) + "\n";
+    }
+    Print(arguments.json ? JsonText(array) + "\n" : lines);
+    return STATUS_CLEAN;
+}
+
+int Prune(const Arguments& arguments) {
+    SMRepository repository(arguments.repository);
+    const long project = ContextOf(repository, arguments.project)->ProjectNumber();
+    const SMRepositoryPruned pruned = repository.Prune(project, arguments.keep);
+    if (pruned.revisions == 0)
+        Print("nothing to remove\n");
+    else
+        Print("removed " + Counted(static_cast<std::size_t>(pruned.revisions), "revision") + ", " +
+              Counted(static_cast<std::size_t>(pruned.rows), "row") + " and " + Counted(static_cast<std::size_t>(pruned.pieces), "piece") +
+              " of documents; the oldest revision is now " + std::to_string(pruned.oldest) + "\n");
+    return STATUS_CLEAN;
+}
+
+using Run = int (*)(const Arguments&);
+
+CLI::App& Add(CLI::App& repo, int& status, const char* name, const char* about, const std::shared_ptr<Arguments>& arguments, Run run) {
+    CLI::App* const command = repo.add_subcommand(name, about);
+    AddRepositoryOptions(*command, *arguments);
+    command->callback([arguments, &status, run] { status = run(*arguments); });
+    return *command;
+}
+
+void AddJson(CLI::App& command, Arguments& arguments) {
+    command.add_flag("--json", arguments.json, "Print JSON");
+}
+
+constexpr const char* OBJECT_HELP =
+    "Its object id, as '[namespace].[subject].[item]', or 'id:ID'; one that went is found where it last stood";
+
+}  // namespace
+
+void AddRepoHistory(CLI::App& repo, int& status) {
+    auto listing = std::make_shared<Arguments>();
+    CLI::App* const ls = repo.add_subcommand("ls", "List the projects: number, name, id, newest revision, when (UTC), and by whom");
+    AddRepositoryOption(*ls, *listing);
+    AddJson(*ls, *listing);
+    ls->callback([listing, &status] { status = ListProjects(*listing); });
+
+    auto logging = std::make_shared<Arguments>();
+    CLI::App& log = Add(repo, status, "log", "List the revisions, or those of an object, the newest first", logging, Log);
+    log.add_option("OBJECT", logging->object, OBJECT_HELP);
+    AddJson(log, *logging);
+
+    auto diffing = std::make_shared<Arguments>();
+    CLI::App& diff = Add(repo, status, "diff", "Tell what is different between two revisions, object by object", diffing, Diff);
+    diff.add_option("REV1", diffing->first, "A revision, a moment or a day")->required();
+    diff.add_option("REV2", diffing->second, "The same; by default the newest revision");
+    AddJson(diff, *diffing);
+    diff.footer("The exit status is 1 when there are differences.");
+
+    auto blaming = std::make_shared<Arguments>();
+    CLI::App& blame = Add(repo, status, "blame", "Tell which revision set each value of an object", blaming, Blame);
+    blame.add_option("OBJECT", blaming->object, OBJECT_HELP)->required();
+    AddJson(blame, *blaming);
+
+    auto pruning = std::make_shared<Arguments>();
+    CLI::App& prune = Add(repo, status, "prune", "Remove what only old revisions hold; nothing else ever removes", pruning, Prune);
+    prune.add_option("--keep", pruning->keep, "How many of the newest revisions stay")
+        ->type_name("N")
+        ->required()
+        ->check(CLI::PositiveNumber);
+}

@@ -1,0 +1,70 @@
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "tools/smodel/models.h"
+#include "tools/smodel/putting.h"
+#include "tools/smodel/repo.h"
+#include "tools/smodel/repositories.h"
+#include "tools/smodel/terminal.h"
+
+#include <CLI/CLI.hpp>
+
+namespace {
+
+struct Arguments : RepositoryArguments {
+    std::string model, message, base;
+    std::string author = LoginName();
+};
+
+/** Takes a repository's file away again, if it was not there before, unless it came to something. */
+class NewFile {
+  public:
+    explicit NewFile(const std::string& location)
+        : m_path(location.starts_with(PREFIX) ? location.substr(PREFIX.size()) : location),
+          m_wasThere(location.starts_with("postgresql:") || location.starts_with("postgres:") ||
+                     std::filesystem::exists(std::filesystem::symlink_status(m_path))) {}
+    ~NewFile() {
+        std::error_code ignored;
+        if (!m_wasThere) std::filesystem::remove(m_path, ignored);
+    }
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+    void Keep() { m_wasThere = true; }
+
+  private:
+    static constexpr std::string_view PREFIX = "sqlite:";
+    std::string m_path;
+    bool m_wasThere;
+};
+
+int Put(const Arguments& arguments) {
+    const schema_002_000::SMLoadResult loaded = ReadModel(arguments.model);
+    if (!loaded.IsDone()) return StatusOf(loaded);
+    NewFile file(arguments.repository);
+    SMRepository repository(arguments.repository, SMRepository::createIfAbsent);
+    const std::unique_ptr<SMRepositoryHelper> context =
+        arguments.project.empty() ? ContextFor(repository, *loaded.project) : ContextOf(repository, arguments.project);
+    if (!arguments.base.empty()) context->ReadAt(RevisionAt(repository, context->ProjectNumber(), arguments.base).number);
+    const int status = PutModel(repository, *context, *loaded.project, arguments.author, arguments.message);
+    if (!repository.Projects().empty()) file.Keep();
+    return Worse(StatusOf(loaded), status);
+}
+
+}  // namespace
+
+void AddRepoPut(CLI::App& repo, int& status) {
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* const put = repo.add_subcommand("put", "Save a model as a new revision, in a new repository if there is none");
+    AddRepositoryOptions(*put, *arguments);
+    put->add_option("MODEL", arguments->model, "The document; - is standard input")->required();
+    put->add_option("-m,--message", arguments->message, "Why; stands with the revision")->type_name("MESSAGE");
+    put->add_option("--author", arguments->author, "Who; by default the login name")->type_name("NAME");
+    put->add_option("--base", arguments->base, "The revision that the model was made from; by default the newest")->type_name("REV");
+    put->footer(
+        "Prints the revision and how many objects it changes. When the repository has moved on since the base, nothing is written, the\n"
+        "objects that were changed by both are listed, and the exit status is 4.");
+    put->callback([arguments, &status] { status = Put(*arguments); });
+}

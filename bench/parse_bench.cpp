@@ -6,24 +6,16 @@
 #include "bench/support/measure.h"
 #include "bench/support/xerces_floor.h"
 #include "core/qvutils/io/qvxmlformattarget.h"
+#include "core/qvutils/xml/qvneutralhandler.h"
 #include "core/qvutils/xml/qvsax2parser.h"
 #include "core/qvutils/xml/qvsax2printhandler.h"
 
 namespace {
 
 /** Takes all events and asks for nothing. */
-class NoHandler : public QvContentHandler {
+class NoHandler : public QvNeutralHandler {
   public:
-    void characters(const I18NString&) override {}
-    void endDocument() override {}
-    void endElement(const I18NString&, const I18NString&, const I18NString&) override {}
-    void ignorableWhitespace(const I18NString&) override {}
-    void processingInstruction(const I18NString&, const I18NString&) override {}
-    void startDocument() override {}
     void startElement(const I18NString&, const I18NString&, const I18NString&, const QvXMLAttributes&) override {}
-    void startPrefixMapping(const I18NString&, const I18NString&) override {}
-    void endPrefixMapping(const I18NString&) override {}
-    void skippedEntity(const I18NString&) override {}
 };
 
 /** Asks for what a builder asks for: values of attributes by name, and a copy of each text. */

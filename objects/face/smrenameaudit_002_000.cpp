@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "core/qvutils/diag/tklerrors.h"
+#include "core/qvutils/xml/qvneutralhandler.h"
 #include "core/qvutils/xml/qvsax2parser.h"
 #include "objects/base/smlog_002_000.h"
 #include "objects/face/smguard_002_000.h"
@@ -23,21 +24,13 @@ void TakeAttributes(const QvXMLAttributes& attrs, const TakeText& take) {
 }
 
 /** Hands on the texts of a document, in their order. */
-class TextReader : public QvContentHandler {
+class TextReader : public QvNeutralHandler {
   public:
     explicit TextReader(const TakeText& take) : m_take(take) {}
     void characters(const I18NString& text) override { m_take(text.utf8()); }
     void startElement(const I18NString&, const I18NString&, const I18NString&, const QvXMLAttributes& attrs) override {
         TakeAttributes(attrs, m_take);
     }
-    void endElement(const I18NString&, const I18NString&, const I18NString&) override {}
-    void endDocument() override {}
-    void ignorableWhitespace(const I18NString&) override {}
-    void processingInstruction(const I18NString&, const I18NString&) override {}
-    void startDocument() override {}
-    void startPrefixMapping(const I18NString&, const I18NString&) override {}
-    void endPrefixMapping(const I18NString&) override {}
-    void skippedEntity(const I18NString&) override {}
 
   private:
     const TakeText& m_take;

@@ -6,6 +6,7 @@
 #include <regex>
 #include <set>
 
+#include "core/qvutils/xml/qvneutralhandler.h"
 #include "objects/base/smenums_002_000.h"
 #include "objects/containers/smnamespace2_002_000.h"
 #include "objects/dimensional/smhierarchy2_002_000.h"
@@ -32,7 +33,7 @@ struct Element {
     std::vector<Element> children;
 };
 
-class Tree : public QvContentHandler {
+class Tree : public QvNeutralHandler {
   public:
     Element root;
 
@@ -45,14 +46,6 @@ class Tree : public QvContentHandler {
         m_open.push_back(&element);
     }
     void endElement(const I18NString&, const I18NString&, const I18NString&) override { m_open.pop_back(); }
-    void characters(const I18NString&) override {}
-    void endDocument() override {}
-    void ignorableWhitespace(const I18NString&) override {}
-    void processingInstruction(const I18NString&, const I18NString&) override {}
-    void startDocument() override {}
-    void startPrefixMapping(const I18NString&, const I18NString&) override {}
-    void endPrefixMapping(const I18NString&) override {}
-    void skippedEntity(const I18NString&) override {}
 
   private:
     std::vector<Element*> m_open{&root};

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "core/qvutils/xml/qvneutralhandler.h"
 #include "core/repository/memory/memorybackend.h"
 #include "core/repository/smrepository.h"
 #include "core/repository/sqlite/sqlitebackend.h"
@@ -37,7 +38,7 @@ std::map<std::string, int> KindsOf(const SMProject2& project) {
 }
 
 /** What a document is but for ids, versions, and what hangs on them. */
-class Shape : public QvContentHandler {
+class Shape : public QvNeutralHandler {
   public:
     static std::string Of(const std::string& document) {
         Shape shape;
@@ -59,13 +60,6 @@ class Shape : public QvContentHandler {
         m_text += "</" + Str(qName) + ">";
         m_isIdentity = false;
     }
-    void endDocument() override {}
-    void ignorableWhitespace(const I18NString&) override {}
-    void processingInstruction(const I18NString&, const I18NString&) override {}
-    void startDocument() override {}
-    void startPrefixMapping(const I18NString&, const I18NString&) override {}
-    void endPrefixMapping(const I18NString&) override {}
-    void skippedEntity(const I18NString&) override {}
 
   private:
     std::string m_text;

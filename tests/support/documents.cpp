@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "core/qvutils/diag/tklerrors.h"
+#include "core/qvutils/xml/qvneutralhandler.h"
 #include "core/qvutils/xml/qvsax2parser.h"
 
 using namespace schema_002_000;
@@ -24,23 +25,16 @@ namespace smtest {
 namespace {
 
 /** Hides the element around a fragment from the builder that the fragment is for. */
-class InsideReader : public QvContentHandler {
+class InsideReader : public QvNeutralHandler {
   public:
     explicit InsideReader(QvContentHandler& inner) : m_inner(inner) {}
     void characters(const I18NString& text) override { m_inner.characters(text); }
-    void endDocument() override {}
     void endElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) override {
         if (--m_depth > 0) m_inner.endElement(uri, localName, qName);
     }
-    void ignorableWhitespace(const I18NString&) override {}
-    void processingInstruction(const I18NString&, const I18NString&) override {}
-    void startDocument() override {}
     void startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) override {
         if (m_depth++ > 0) m_inner.startElement(uri, localName, qName, attrs);
     }
-    void startPrefixMapping(const I18NString&, const I18NString&) override {}
-    void endPrefixMapping(const I18NString&) override {}
-    void skippedEntity(const I18NString&) override {}
 
   private:
     QvContentHandler& m_inner;

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "core/qvutils/xml/qvneutralhandler.h"
 #include "core/repository/catalogue.h"
 #include "tests/support/documents.h"
 #include "tests/support/modelclasses.h"
@@ -50,7 +51,7 @@ const qv::CatalogueTable* TableOf(const SMObjectBase& object, const std::string&
 }
 
 /** The face of the document: texts and attributes of each element, below the innermost element that is an object. */
-class DocumentFacts : public QvContentHandler {
+class DocumentFacts : public QvNeutralHandler {
   public:
     explicit DocumentFacts(Collector& collector) : m_collector(collector) {}
 
@@ -82,13 +83,6 @@ class DocumentFacts : public QvContentHandler {
         else if (!element.path.empty())
             m_collector.Note(element.kind, element.path, element.text);
     }
-    void endDocument() override {}
-    void ignorableWhitespace(const I18NString&) override {}
-    void processingInstruction(const I18NString&, const I18NString&) override {}
-    void startDocument() override {}
-    void startPrefixMapping(const I18NString&, const I18NString&) override {}
-    void endPrefixMapping(const I18NString&) override {}
-    void skippedEntity(const I18NString&) override {}
 
   private:
     struct Element {

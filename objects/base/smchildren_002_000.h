@@ -42,8 +42,9 @@ class SMChildren {
     using Vector = QvSmartVector<T>;
 
     void Append(T* item) {
+        const QvSmartPtr<T> held(item);  // if memory ends here, a new item ends with it
         if (!m_block) m_block = std::make_unique<Block>();
-        m_block->items.emplace_back(item);
+        m_block->items.push_back(held);
     }
 
     /** The first item with the key, or null. `owner` is the container. */

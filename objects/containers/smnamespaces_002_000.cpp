@@ -23,8 +23,8 @@ void SMSectionType2::MakeNameUnique(SMNamespace2* ns) {
 
 void SMSectionType2::AddNamespace(SMNamespace2* ns) {
     if (m_project) MakeNameUnique(ns);
-    m_displayOrder.Append(ns);
     namespaces.Append(ns);
+    m_displayOrder.Append(ns);
     if (m_project) m_project->AddNamespaceToMap(ns);
 }
 

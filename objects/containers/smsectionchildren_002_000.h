@@ -30,8 +30,8 @@ T* SMSectionType2::Make() {
 
 template <class T, class Children>
 void SMSectionType2::Add(T* child, Children& children) {
-    m_displayOrder.Append(child);
     children.Append(child);
+    m_displayOrder.Append(child);
 }
 
 template <class T, class Children>

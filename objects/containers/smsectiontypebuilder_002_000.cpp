@@ -29,7 +29,7 @@ void SMSectionTypeBuilder::smtagStartElement(const I18NString& module, const I18
     };
     switch (tag) {
     case Tag::namespace_: {
-        auto* child = new SMNamespace2(m_section, project);
+        const QvSmartPtr<SMNamespace2> child = new SMNamespace2(m_section, project);
         child->displayOrder = m_section->TakeDisplayOrder();
         Push(new SMNamespaceBuilder(child, false));
         break;

@@ -43,8 +43,8 @@ SMDimension2::~SMDimension2() {
 
 template <class T, class Children>
 void SMDimension2::Add(T* child, Children& children) {
-    m_displayOrder.Append(child);
     children.Append(child);
+    m_displayOrder.Append(child);
 }
 
 void SMDimension2::AddHierarchy(SMHierarchy2* hierarchy) {

@@ -68,8 +68,8 @@ I18NString SMHierarchy2::GetSMID(bool escape) const {
 }
 
 void SMHierarchy2::AddLevel(SMLevel2* level) {
-    m_displayOrder.Append(level);
     m_levels.Append(level);
+    m_displayOrder.Append(level);
 }
 
 void SMHierarchy2::SetQueryItem(SMQueryItem2* item) {

@@ -49,13 +49,13 @@ I18NString SMLevel2::GetSMID(bool escape) const {
 }
 
 void SMLevel2::AddQueryItem(SMQueryItem2* item) {
-    m_displayOrder.Append(item);
     m_queryItems.Append(item);
+    m_displayOrder.Append(item);
 }
 
 void SMLevel2::AddQueryItemFolder(SMQueryItemFolder2* folder) {
-    m_displayOrder.Append(folder);
     m_queryItemFolders.Append(folder);
+    m_displayOrder.Append(folder);
 }
 
 SMQueryItem2* SMLevel2::GetQueryItemByName(const I18NString& name) const {

@@ -31,13 +31,13 @@ SMMeasureFolder2::~SMMeasureFolder2() {
 // ---- memory
 
 void SMMeasureFolder2::AddMeasure(SMMeasure2* measure) {
-    m_displayOrder.Append(measure);
     m_measures.Append(measure);
+    m_displayOrder.Append(measure);
 }
 
 void SMMeasureFolder2::AddMeasureFolder(SMMeasureFolder2* folder) {
-    m_displayOrder.Append(folder);
     m_measureFolders.Append(folder);
+    m_displayOrder.Append(folder);
 }
 
 SMMeasureFolder2* SMMeasureFolder2::AddOrUpdateMeasureFolder(const I18NString& name, const I18NString& description) {

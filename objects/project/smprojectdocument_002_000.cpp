@@ -134,7 +134,8 @@ void SMProjectBuilder::realStartElement(const I18NString&, const I18NString& loc
 
 void SMProjectBuilder::StartNamespace() {
     // becomes the root at its end tag, by its own builder
-    Push(new SMNamespaceBuilder(new SMNamespace2(m_object, m_object), false));
+    const QvSmartPtr<SMNamespace2> ns = new SMNamespace2(m_object, m_object);
+    Push(new SMNamespaceBuilder(ns, false));
 }
 
 void SMProjectBuilder::StartNamespaceFile(const QvXMLAttributes& attrs) {

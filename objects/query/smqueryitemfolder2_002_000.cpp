@@ -26,13 +26,13 @@ SMQueryItemFolder2::~SMQueryItemFolder2() {
 // ---- memory
 
 void SMQueryItemFolder2::AddQueryItem(SMQueryItem2* item) {
-    displayOrderItems.Append(item);
     queryItems.Append(item);
+    displayOrderItems.Append(item);
 }
 
 void SMQueryItemFolder2::AddQueryItemFolder(SMQueryItemFolder2* folder) {
-    displayOrderItems.Append(folder);
     queryItemFolders.Append(folder);
+    displayOrderItems.Append(folder);
 }
 
 SMQueryItem2* SMQueryItemFolder2::GetQueryItemByName(const I18NString& name) const {

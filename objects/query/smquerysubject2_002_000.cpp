@@ -38,13 +38,13 @@ SMQuerySubject2::~SMQuerySubject2() {
 // ---- children
 
 void SMQuerySubject2::AddQueryItem(SMQueryItem2* item) {
-    m_displayOrder.Append(item);
     queryItems.Append(item);
+    m_displayOrder.Append(item);
 }
 
 void SMQuerySubject2::AddQueryItemFolder(SMQueryItemFolder2* folder) {
-    m_displayOrder.Append(folder);
     queryItemFolders.Append(folder);
+    m_displayOrder.Append(folder);
 }
 
 void SMQuerySubject2::AddDeterminant(SMDeterminant2* determinant) {

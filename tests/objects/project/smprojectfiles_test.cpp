@@ -232,7 +232,8 @@ TEST_F(SMNamespace2Files, AreRefusedOutsideOfARoot) {
     read->m_partFiles.SetRoot(directory.Path("model"));
     const auto readInto = [&](const std::string& base, const char* file) {
         read->m_baseDirectory = base.c_str();
-        return (new SMNamespace2(read->GetRootNamespace(), read))->ReadFromXMLFile("", file);
+        const QvSmartPtr<SMNamespace2> ns = new SMNamespace2(read->GetRootNamespace(), read);
+        return ns->ReadFromXMLFile("", file);
     };
     CapturedLog log;
     EXPECT_TRUE(readInto(directory.Path("model/sub"), "../inside.qvf"));

@@ -19,4 +19,5 @@ void AddRepo(CLI::App& app, int& status) {
     AddRepoPut(*repo, status);
     AddRepoGet(*repo, status);
     AddRepoHistory(*repo, status);
+    AddRepoVerify(*repo, status);
 }

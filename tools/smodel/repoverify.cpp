@@ -1,0 +1,146 @@
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "core/qvutils/diag/tklerrors.h"
+#include "objects/face/smmodelwalk_002_000.h"
+#include "tools/smodel/interrupt.h"
+#include "tools/smodel/models.h"
+#include "tools/smodel/repo.h"
+#include "tools/smodel/repositories.h"
+#include "tools/smodel/telling.h"
+#include "tools/smodel/terminal.h"
+
+#include <CLI/CLI.hpp>
+
+namespace {
+
+using namespace schema_002_000;
+
+struct Arguments : RepositoryArguments {
+    std::string model, at;
+    bool all = false;
+};
+
+/** Looks through one revision; what is wrong with it is printed below a line that names it. */
+class Verification {
+  public:
+    Verification(SMRepository& repository, long project, const SMRepositoryRevision& revision)
+        : m_repository(repository), m_project(project), m_revision(revision) {}
+
+    void Document() {
+        if (!m_revision.hasDocument) return;
+        try {
+            m_document = *DocumentAt(*Context(), m_revision);
+        } catch (const TklRuntimeError& error) {
+            return Find(std::string("the document cannot be read: ") + error.what());
+        }
+        m_hasDocument = true;
+        SMLoadResult loaded = SMLoadModelBytes(m_document);
+        if (!loaded.IsDone()) return Find("the document is no model", loaded);
+        if (const std::string difference = DocumentDiff(m_document, Formatted(*loaded.project), "    "); !difference.empty())
+            Find("the document is not canonical:\n" + difference);
+        Compare("the rows tell something else than the document:\n", *loaded.project);
+    }
+
+    void Rows() {
+        SMGetResult got = LoadRows(m_repository, *Context());
+        if (!got.IsDone()) Find("the rows cannot be loaded", got);
+    }
+
+    /** What the repository tells otherwise than the model. */
+    void Model(SMProject2& model) {
+        if (m_hasDocument)
+            if (const std::string difference = DocumentDiff(m_document, Formatted(model), "    "); !difference.empty())
+                Find("the model is another than the document:\n" + difference);
+        Compare("the model is another than the rows:\n", model);
+    }
+
+    int Status() const {
+        Print("revision " + std::to_string(m_revision.number) + (m_findings.empty() ? ": clean\n" : ":\n" + m_findings));
+        return m_findings.empty() ? STATUS_CLEAN : STATUS_FINDINGS;
+    }
+
+  private:
+    std::unique_ptr<SMRepositoryHelper> Context() const {
+        std::unique_ptr<SMRepositoryHelper> context = m_repository.OpenProject(m_project);
+        context->ReadAt(m_revision.number);
+        return context;
+    }
+    static std::string Formatted(const SMProject2& project) {
+        I18NString text;
+        QvStringWriter writer(text);
+        SMWriteModel(project, writer);
+        return TextOf(text);
+    }
+    void Find(const std::string& what) { m_findings += "  " + what + (what.ends_with('\n') ? "" : "\n"); }
+    void Find(const std::string& what, const SMResult& result) {
+        Find(what);
+        for (const SMDiagnostic& diagnostic : result.diagnostics)
+            if (diagnostic.severity == SMSeverity::error) Find("  " + Printable(FormatDiagnostic(diagnostic)));
+    }
+    /** An object without a date of change is saved with that of the save. */
+    void Compare(const std::string& heading, SMProject2& project) {
+        std::vector<const SMObjectBase*> undated;
+        SMForEachObject(project, [&](const SMObjectBase& object, int) {
+            if (!object.GetLastChangedDate().IsSet()) undated.push_back(&object);
+        });
+        std::vector<SMRepositoryChange> changes;
+        try {
+            changes = Context()->Compare(project);
+        } catch (const TklRuntimeError& error) {
+            return Find(std::string("the rows cannot be compared: ") + error.what());
+        }
+        std::set<std::string> ids;
+        for (const SMObjectBase* object : undated) ids.insert(TextOf(object->GetId()));
+        std::string told;
+        for (SMRepositoryChange& change : changes) {
+            if (change.what == SMRepositoryChange::changed && ids.count(TextOf(change.id)) != 0)
+                std::erase_if(change.values, [](const SMRepositoryValue& value) { return value.name == "LASTCHANGED"; });
+            if (change.what != SMRepositoryChange::changed || !change.values.empty() || change.order) told += Told(change);
+        }
+        if (!told.empty()) Find(heading + told);
+    }
+
+    SMRepository& m_repository;
+    long m_project;
+    SMRepositoryRevision m_revision;
+    std::string m_document, m_findings;
+    bool m_hasDocument = false;
+};
+
+int VerifyOne(SMRepository& repository, long project, const SMRepositoryRevision& revision, SMProject2* model) {
+    Verification verification(repository, project, revision);
+    verification.Document();
+    verification.Rows();
+    if (model) verification.Model(*model);
+    return verification.Status();
+}
+
+int Verify(const Arguments& arguments) {
+    const LeaveAtOnce nothingToTidyUp;
+    SMLoadResult loaded;
+    if (!arguments.model.empty() && !(loaded = ReadModel(arguments.model)).IsDone()) return StatusOf(loaded);
+    SMRepository repository(arguments.repository);
+    const long project = ContextOf(repository, arguments.project)->ProjectNumber();
+    if (!arguments.all) return VerifyOne(repository, project, RevisionAt(repository, project, arguments.at), loaded.project.get());
+    int status = STATUS_CLEAN;
+    for (const SMRepositoryRevision& revision : repository.Revisions(project))
+        status = Worse(status, VerifyOne(repository, project, revision, nullptr));
+    return status;
+}
+
+}  // namespace
+
+void AddRepoVerify(CLI::App& repo, int& status) {
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* const verify = repo.add_subcommand("verify", "Hold the document of a revision against its rows, and a model against both");
+    AddRepositoryOptions(*verify, *arguments);
+    CLI::Option* const model = verify->add_option("MODEL", arguments->model, "A document to compare with; - is standard input");
+    CLI::Option* const at = verify->add_option("--at", arguments->at, "A revision, a moment or a day; by default the newest revision");
+    at->type_name("REV|TIME");
+    verify->add_flag("--all", arguments->all, "Each revision")->excludes(model)->excludes(at);
+    verify->footer("The exit status is 0 when all is the same, 1 when there are differences.");
+    verify->callback([arguments, &status] { status = Verify(*arguments); });
+}

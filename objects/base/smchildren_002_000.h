@@ -71,8 +71,7 @@ class SMChildren {
     }
 
     const Vector& Items() const noexcept {
-        static const Vector& none = *new Vector;  // never destroyed: T may be incomplete where this is used
-        return m_block ? m_block->items : none;
+        return m_block ? m_block->items : QvEmptyVector<T>();
     }
     std::size_t size() const noexcept { return m_block ? m_block->items.size() : 0; }
     bool empty() const noexcept { return size() == 0; }

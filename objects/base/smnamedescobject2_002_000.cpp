@@ -11,12 +11,12 @@ const SMLogWords ROW_WORDS = {"smnamedescobject", "SMNameDescObject2"};
 const QvULString COL_DESCRIPTION = SMColumn("DESCRIPTION");
 const QvULString COL_SCREENTIP = SMColumn("SCREENTIP");
 const QvULString COL_WAREHOUSE_OBJECT_ID = SMColumn("WAREHOUSE_OBJECT_ID");
+const QvSmartVector<SMQueryItem2>& NO_QUERY_ITEMS = QvEmptyVector<SMQueryItem2>();
 
 }  // namespace
 
 const QvSmartVector<SMQueryItem2>& SMNameDescObject2::GetQueryItems() const {
-    static const auto& none = *new QvSmartVector<SMQueryItem2>;  // never destroyed: its items are of a class above this one
-    return none;
+    return NO_QUERY_ITEMS;
 }
 
 void SMNameDescObject2::AddDescription(const QvULString& locale, const QvULString& text) {

@@ -33,12 +33,12 @@ class SM_API SMNameDescObject2 : public SMNamedObject2 {
     const QvULString& GetScreenTip() const { return defaultScreenTip; }
     const QvULString& GetScreenTip(const I18NString& locale) const { return GetLocaleMapEntry(screenTips, QvULString(locale)); }
     const SMLocaleMap& GetScreenTips() const { return screenTips; }
+    /** Sends the custom properties and the texts of other locales as the record "property"; nothing when there are none. */
+    bool write_custom_property_locale(IOHelper& helper);
 
   protected:
     /** Names, descriptions, date, screen tips and properties: what most elements begin with. */
     void WriteCommonElements(QvContentHandler* handler) const;
-    /** Sends the custom properties and the texts of other locales as the record "property"; nothing when there are none. */
-    bool write_custom_property_locale(IOHelper& helper);
 
     SMLocaleMap descriptions;
     SMLocaleMap screenTips;

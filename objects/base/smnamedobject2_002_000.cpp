@@ -28,7 +28,8 @@ bool SMNamedObject2::IsDefaultLocaleColumn(const QvULString& locale) const {
 
 void SMNamedObject2::SetLocaleText(SMLocaleMap& map, const QvULString& locale, const QvULString& text) {
     // the few spellings of locales are shared by the many maps
-    map[m_project ? m_project->ShareLocale(locale) : locale] = text;
+    const QvULString kept = text;  // it may be one of the map's own
+    map[m_project ? m_project->ShareLocale(locale) : locale] = kept;
 }
 
 void SMNamedObject2::SetDefaultName(const QvULString& text) {

@@ -13,6 +13,8 @@ class SMNameEpoch {
   public:
     /** A text that stood in an index became another, or an object went away: indexes are built anew. */
     void NoteRenamed() noexcept { ++m_renamed; }
+    /** Gives each project a range of its own: another one at the same address must not be taken for it. */
+    void StartAt(std::uint64_t count) noexcept { m_renamed = count; }
     /** An object that had no name got one: indexes look at its place again. */
     void NoteNamed(const void* object) {
         if (m_recent.empty()) m_recent.resize(REMEMBERED);

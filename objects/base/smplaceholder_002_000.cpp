@@ -79,7 +79,7 @@ void SMNamedObject2::BreakAndWriteXMLDocument(MultiFileHelper* files, QvContentH
     case SMWriteWhat::emptyPlaceholder: WriteXMLEmptyPlaceholder(files, parentHandler ? parentHandler : handler, target); break;
     case SMWriteWhat::file: {
         I18NString path = m_project ? m_project->m_baseDirectory : EMPTY_QVSTRING;
-        files->MakeFilePath(defaultName, GetFileExtension(), path);
+        files->GiveFilePath(defaultName, GetFileExtension(), path);
         I18NString directory, filename;
         TklSmDir::splitPath(path, &directory, &filename);
         QvFileWriter fileWriter(path.c_str());

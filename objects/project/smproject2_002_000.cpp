@@ -29,6 +29,8 @@ SMProject2::SMProject2() : SMObjectBase(nullptr, nullptr) {
     // each project has a range of its own: a token that an object brings along from another project says nothing here
     static std::atomic<std::uint64_t> projects{0};
     m_lastLifeToken = projects++ << 32;
+    m_nameEpochs.names.StartAt(m_lastLifeToken);
+    m_nameEpochs.links.StartAt(m_lastLifeToken);
 }
 
 SMProject2::~SMProject2() {

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <utility>
+#include <new>
 #include <vector>
 
 /** Shares a counted object. Null is allowed. */
@@ -43,6 +44,14 @@ class QvSmartPtr {
 
 template <class T>
 using QvSmartVector = std::vector<QvSmartPtr<T>>;
+
+/** A vector that stays empty. It takes no memory and is never destroyed, so it serves at any time, and where T is incomplete. */
+template <class T>
+const QvSmartVector<T>& QvEmptyVector() noexcept {
+    alignas(QvSmartVector<T>) static unsigned char place[sizeof(QvSmartVector<T>)];
+    static const QvSmartVector<T>& vector = *new (place) QvSmartVector<T>;
+    return vector;
+}
 
 /** An ordered map from a key to a counted object. */
 template <class K, class V>

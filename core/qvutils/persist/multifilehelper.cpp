@@ -29,8 +29,12 @@ void MultiFileHelper::BeginDocument() {
 }
 
 void MultiFileHelper::MakeFilePath(const I18NString& name, const I18NString& extension, I18NString& path) {
+    path = PathOf(path, qv::ObjectFileName::Of(name.utf8()), extension);
+}
+
+void MultiFileHelper::GiveFilePath(const I18NString& name, const I18NString& extension, I18NString& path) {
     const I18NString directory = path;
-    path = PathOf(directory, qv::ObjectFileName::Of(name.utf8()), extension);
+    MakeFilePath(name, extension, path);
     const std::size_t number = ++m_given[std::string(path.utf8())];
     if (number > 1) path = PathOf(directory, qv::ObjectFileName::Of(name.utf8(), number), extension);
 }

@@ -21,9 +21,11 @@ class SM_API MultiFileHelper : public IOHelper {
     virtual void BeginDocument();
     /**
      * Makes the path of an object's file. `path` holds the directory when called and the path on return. The file name is the one
-     * that qv::ObjectFileName makes; an object whose name had a file in this document already gets one with a number.
+     * that qv::ObjectFileName makes.
      */
-    virtual void MakeFilePath(const I18NString& name, const I18NString& extension, I18NString& path);
+    static void MakeFilePath(const I18NString& name, const I18NString& extension, I18NString& path);
+    /** The same in a document that is being written: an object whose name had a file in it already gets one with a number. */
+    virtual void GiveFilePath(const I18NString& name, const I18NString& extension, I18NString& path);
     /** Has an object print its file: `print` is called once, with the target that takes the bytes. */
     virtual void WriteFile(QvFileWriter& file, const std::function<void(QvXMLFormatTarget&)>& print);
 

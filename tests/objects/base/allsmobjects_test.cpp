@@ -110,6 +110,15 @@ TEST(Registry, FollowsAnObjectToAnotherProject) {
     EXPECT_EQ(to->GetAllObjects().GetCount(), 1);
 }
 
+TEST(Registry, KeepsItsListWhenAskedTo) {
+    AllSMObjects registry;
+    const auto objects = Objects(2);
+    for (const auto& object : objects) registry.Add(object.get());
+    registry.RemoveAll(false);
+    EXPECT_EQ(registry.GetCount(), 0);
+    EXPECT_EQ(registry.GetObjects().size(), 2u);
+}
+
 TEST(Registry, CostsAConstantToLeave) {
     const ProjectPtr project = NewProject();
     std::vector<QvSmartPtr<PlainObject>> objects;

@@ -49,6 +49,14 @@ TEST_F(NamedObjectModel, KeepsNamesOfOtherLocalesApart) {
     EXPECT_EQ(object->GetName("F-R"), "autre");
 }
 
+TEST_F(NamedObjectModel, TakesATextOfItsOwn) {
+    for (const char* const locale : {"fr", "en", "de"}) object->AddName(locale, "text");
+    object->AddName("es", object->GetName("en"));  // the entries move
+    object->AddName("it", object->GetName("de"));  // and find another place
+    EXPECT_EQ(object->GetName("es"), "text");
+    EXPECT_EQ(object->GetName("it"), "text");
+}
+
 TEST_F(NamedObjectModel, FallsBackToNothing) {
     object->AddName("en", "name");
     EXPECT_EQ(object->GetName("de"), "");

@@ -8,7 +8,7 @@ namespace {
 
 std::string PathOf(MultiFileHelper& files, const char* name, const char* extension = "qvf") {
     I18NString path("/tmp/models");
-    files.MakeFilePath(name, extension, path);
+    files.GiveFilePath(name, extension, path);
     return std::string(path.utf8());
 }
 
@@ -25,7 +25,7 @@ TEST(MultiFileHelperPath, PutsTheFileIntoTheDirectory) {
     EXPECT_EQ(PathOf(files, "Database Layer"), "/tmp/models/Database Layer.qvf");
     EXPECT_EQ(PathOf(files, "a/b", ""), "/tmp/models/a%2Fb~c");
     I18NString none;
-    files.MakeFilePath("..", "qva", none);
+    MultiFileHelper::MakeFilePath("..", "qva", none);
     EXPECT_EQ(none, "%2E%2E.qva");
 }
 

@@ -37,7 +37,15 @@ void Expect(bool holds, const char* what) {
 }
 
 void UseNames() {
-    Expect(SQLTAB_RUN_TIME_OBJECT == I18NString("DBM_RUN_TIME_OBJECT"), "SQLTAB_RUN_TIME_OBJECT");
+    const struct {
+        const I18NString& constant;
+        const char* text;
+    } tables[] = {
+        {SQLTAB_RUN_TIME_OBJECT, "DBM_RUN_TIME_OBJECT"}, {SQLTAB_PHYSICAL_OBJECT, "DBM_PHYSICAL_OBJECT"},
+        {SQLTAB_QVP_CDC_PARAMETER, "QVP_CDC_PARAMETER"}, {SQLTAB_PCL_TASK, "PCL_TASK"},
+        {SQLTAB_QVM_OBJECT_TYPE, "QVM_OBJECT_TYPE"},
+    };
+    for (const auto& table : tables) Expect(table.constant == I18NString(table.text), table.text);
     const struct {
         const QvULString& constant;
         const char* text;

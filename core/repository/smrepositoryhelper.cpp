@@ -174,6 +174,12 @@ std::vector<SMRepositoryChange> SMRepositoryHelper::Compare(IOObject& object) {
     return qv::Naming(m_state->backend->Name(), [&] {
         qv::ChangeList changes;
         if (!m_state->save.Compare(object, changes)) throw qv::StoreError("The comparison with the repository failed; the log tells why.");
+        const qv::RowTable& texts = qv::Schema::Get().langText();
+        qv::RowArena arena;
+        m_state->session.FetchRows(texts, ProjectNumber(), Revision(), arena, [&](const char* row) {
+            changes.TextStands(texts, row);
+            qv::RowArena::Release(row);
+        });
         qv::NameIndex names;
         if (Revision() != 0) names.Fetch(m_state->session, ProjectNumber(), Revision());
         changes.AddNames(names);

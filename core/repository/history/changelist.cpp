@@ -56,6 +56,11 @@ void ChangeList::Take(const RowTable& table, const char* row, const char* Side::
     place->*side = row;
 }
 
+void ChangeList::TextStands(const RowTable& texts, const char* row) {
+    const auto owner = m_objects.find(std::string(rowcodec::Head(texts, row).id));
+    if (owner != m_objects.end() && owner->second.row.before) Before(texts, row);
+}
+
 void ChangeList::AddNames(NameIndex& names) const {
     for (const auto& [id, object] : m_objects)
         if (object.row.after) names.Add(*object.row.table, object.row.after);

@@ -25,6 +25,8 @@ class ChangeList {
     /** A row that stands in one state and not, or not so, in the other. It is shared until the list goes. */
     void Before(const RowTable& table, const char* row) { Take(table, row, &Side::before); }
     void After(const RowTable& table, const char* row) { Take(table, row, &Side::after); }
+    /** A standing text in another locale: it ends with the row of its object, if that ends. */
+    void TextStands(const RowTable& texts, const char* row);
     /** Lets the index know the objects that were added. */
     void AddNames(NameIndex& names) const;
     void Order(std::string_view parent) { m_objects[std::string(parent)].order = true; }

@@ -187,3 +187,12 @@ TEST_P(RepositoryHistory, EndsTheTextsOfAnOldVersion) {
     Save(*project, number);
     EXPECT_EQ(Tell(repository->Changes(number, 2, 3)), "changed r: NAME=Other->Third name[fr]=Racine->Autre\n");
 }
+
+TEST_P(RepositoryHistory, ComparesTextsInOtherLocales) {
+    Root(*project).names["fr"] = "Racine";
+    const long number = Put(*project);
+    Root(*project).Named("Other");
+    EXPECT_EQ(Tell(repository->OpenProject(number)->Compare(*project)), "changed r: NAME=Root->Other\n");
+    Root(*project).names["fr"] = "Autre";
+    EXPECT_EQ(Tell(repository->OpenProject(number)->Compare(*project)), "changed r: NAME=Root->Other name[fr]=Racine->Autre\n");
+}

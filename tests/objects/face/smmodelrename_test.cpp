@@ -170,3 +170,19 @@ TEST(SMModelRename, BringsLinksThereAndBack) {
 }
 
 }  // namespace
+
+TEST(SMModelRename, BringsEachExampleThereAndBack) {
+    for (const char* const name : {"minimal.xml", "everything.xml", "foodmart.xml", "tpcds.xml", "multifile/main.xml"}) {
+        const SMLoadResult loaded = SMLoadModel(std::string(SMODEL_SOURCE_DIR "/examples/models/") + name);
+        const std::string before = CanonicalText(*loaded.project);
+        std::vector<SMNamespaceRename> there, back;
+        for (const auto& entry : loaded.project->GetNamespaceMap()) {
+            there.push_back({std::string(entry.first.utf8()), "renamed " + std::to_string(there.size())});
+            back.push_back({there.back().newName, there.back().oldName});
+        }
+        ASSERT_TRUE(SMRenameNamespaces(*loaded.project, there, "there").IsDone()) << name;
+        EXPECT_FALSE(CanonicalText(*loaded.project) == before) << name;
+        ASSERT_TRUE(SMRenameNamespaces(*loaded.project, back, "back").IsDone()) << name;
+        EXPECT_TRUE(CanonicalText(*loaded.project) == before) << name;
+    }
+}

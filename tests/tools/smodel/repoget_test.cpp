@@ -24,7 +24,7 @@ void PutRowsOnly(const std::string& location, const std::string& document) {
 }
 
 TEST(SmodelRepoGet, GivesEachExampleBackByteForByte) {
-    for (const auto& entry : std::filesystem::directory_iterator(MODELS)) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(MODELS)) {
         if (entry.path().extension() != ".xml") continue;
         const ToolRepository repository;
         const std::string path = entry.path().string();

@@ -34,7 +34,7 @@ TEST_F(SmodelRepoVerify, FindsASoundRepositoryClean) {
 }
 
 TEST_F(SmodelRepoVerify, FindsEachExampleClean) {
-    for (const char* const name : {"minimal.xml", "foodmart.xml", "tpcds.xml", "everything.xml"}) {
+    for (const char* const name : {"minimal.xml", "foodmart.xml", "tpcds.xml", "everything.xml", "multifile/single.xml"}) {
         const ToolRepository examples;
         examples.Run("put", {MODELS + name});
         const ToolRun run = examples.Run("verify", {MODELS + name});

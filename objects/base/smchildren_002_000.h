@@ -70,9 +70,7 @@ class SMChildren {
         return taken;
     }
 
-    const Vector& Items() const noexcept {
-        return m_block ? m_block->items : QvEmptyVector<T>();
-    }
+    const Vector& Items() const noexcept { return m_block ? m_block->items : QvEmptyVector<T>(); }
     std::size_t size() const noexcept { return m_block ? m_block->items.size() : 0; }
     bool empty() const noexcept { return size() == 0; }
     const QvSmartPtr<T>& operator[](std::size_t place) const { return m_block->items[place]; }

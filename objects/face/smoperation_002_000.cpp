@@ -5,6 +5,7 @@
 #include <new>
 #include <string>
 
+#include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "objects/face/smguard_002_000.h"
 
@@ -14,7 +15,7 @@ namespace {
 
 SMDiagnostic InternalError(const std::string& what) {
     SMDiagnostic diagnostic;
-    diagnostic.code = "internal-error";
+    diagnostic.code = qv::code::INTERNAL_ERROR;
     diagnostic.message = what;
     return diagnostic;
 }

@@ -17,4 +17,5 @@ void AddRename(CLI::App& app, int& status, const std::vector<std::string>& words
 void AddSplit(CLI::App& app, int& status);
 void AddJoin(CLI::App& app, int& status);
 void AddRepo(CLI::App& app, int& status);
+void AddExplain(CLI::App& app, int& status);
 void AddDemo(CLI::App& app, int& status);

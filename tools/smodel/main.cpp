@@ -31,6 +31,7 @@ int Run(int argc, char** argv) {
     AddSplit(app, status);
     AddJoin(app, status);
     AddRepo(app, status);
+    AddExplain(app, status);
     AddDemo(app, status);
     try {
         app.parse(argc, argv);

@@ -94,8 +94,11 @@ SMSeverity SeverityOfLevel(LOG_LEVEL level) {
 std::string FormatDiagnostic(const SMDiagnostic& diagnostic) {
     std::string text = qv::PlaceText(diagnostic.file, diagnostic.line, diagnostic.column);
     if (!text.empty()) text += ": ";
-    text.append(WordOf(diagnostic.severity)).append(": ").append(diagnostic.message);
-    if (!diagnostic.objectPath.empty()) text.append(" [").append(diagnostic.objectPath).append("]");
+    text.append(WordOf(diagnostic.severity));
+    const bool isCoded = diagnostic.code.starts_with("SM");
+    text.append(isCoded ? "[" + diagnostic.code + "] " : ": ").append(diagnostic.message);
+    const bool isNamed = diagnostic.message.find(diagnostic.objectPath) != std::string::npos;
+    if (!diagnostic.objectPath.empty() && !isNamed) text.append(" [").append(diagnostic.objectPath).append("]");
     for (char& c : text)  // a diagnostic is one line, whatever stands in names and exceptions
         if (c == '\n' || c == '\r') c = ' ';
     return text;
@@ -143,7 +146,7 @@ void SMDiagnosticCollector::Add(SMDiagnostic diagnostic) {
 
 void SMDiagnosticCollector::Add(const TklRuntimeError& error) {
     SMDiagnostic diagnostic;
-    diagnostic.code = "runtime-error";
+    diagnostic.code = error.code();
     diagnostic.message = error.message();
     diagnostic.file = error.file();
     diagnostic.line = error.line();

@@ -15,7 +15,7 @@ enum class SMSeverity { error, warning, note };
 
 /** One finding about a model, ready to show. */
 struct SM_API SMDiagnostic {
-    /** Stable word for programs, empty for events of the library's log. */
+    /** Stable word for programs (see codes.h), empty for events of the library's log. */
     std::string code;
     SMSeverity severity = SMSeverity::error;
     std::string file;
@@ -69,7 +69,10 @@ SM_API SMLogSink& CurrentLogSink();
 /** Level 1 is an error, 3 a note, all else a warning. */
 SM_API SMSeverity SeverityOfLevel(LOG_LEVEL level);
 
-/** "file:line:col: severity: message [object path]", leaving out what is not known. Always one line: line ends become blanks. */
+/**
+ * "file:line:col: severity[code] message [object path]", leaving out what is not known, and the path when the message names it; a
+ * colon instead of a code that there is not. Always one line: line ends become blanks.
+ */
 SM_API std::string FormatDiagnostic(const SMDiagnostic& diagnostic);
 
 /** The innermost place of a parse on the calling thread, or null. Kept by the parser for the time of a parse. */

@@ -22,9 +22,10 @@ void TklAssertError::hurl(const TklFileLocation& location, const char* file, con
     throw *this;
 }
 
-TklRuntimeError::TklRuntimeError(std::string message, std::string file, long line, long column)
+TklRuntimeError::TklRuntimeError(std::string message, std::string file, long line, long column, const char* code)
     : m_message(std::move(message)),
       m_file(std::move(file)),
       m_what(Located(m_file, line, column, m_message)),
       m_line(line),
-      m_column(column) {}
+      m_column(column),
+      m_code(code) {}

@@ -40,7 +40,8 @@ class SM_API TklAssertError : public std::exception {
 /** A failure at run time: a file that cannot be read, parsed or written. */
 class SM_API TklRuntimeError : public std::exception {
   public:
-    explicit TklRuntimeError(std::string message, std::string file = {}, long line = 0, long column = 0);
+    /** `code`: one of the codes of codes.h, or empty; it must outlive the error. */
+    explicit TklRuntimeError(std::string message, std::string file = {}, long line = 0, long column = 0, const char* code = "");
     /** "file:line:column: message", as far as these are known. */
     const char* what() const noexcept override { return m_what.c_str(); }
     const std::string& message() const noexcept { return m_message; }
@@ -48,8 +49,10 @@ class SM_API TklRuntimeError : public std::exception {
     /** From 1; 0 when not known. */
     long line() const noexcept { return m_line; }
     long column() const noexcept { return m_column; }
+    const char* code() const noexcept { return m_code; }
 
   private:
     std::string m_message, m_file, m_what;
     long m_line, m_column;
+    const char* m_code;
 };

@@ -86,6 +86,16 @@ TEST(SMDiagnostic, IsFormattedWithoutWhatIsNotKnown) {
     EXPECT_EQ(FormatDiagnostic(diagnostic), "12:5: note: broken [root/sales]");
 }
 
+TEST(SMDiagnostic, ShowsItsCodeInsteadOfAColon) {
+    SMDiagnostic diagnostic;
+    diagnostic.code = "SM0001";
+    diagnostic.message = "broken";
+    diagnostic.objectPath = "[a].[b]";
+    EXPECT_EQ(FormatDiagnostic(diagnostic), "error[SM0001] broken [[a].[b]]");
+    diagnostic.message = "<c> in [a].[b] is not kept";
+    EXPECT_EQ(FormatDiagnostic(diagnostic), "error[SM0001] <c> in [a].[b] is not kept");
+}
+
 TEST(SMDiagnostic, IsOneLine) {
     SMDiagnostic diagnostic;
     diagnostic.message = "first\r\nsecond";

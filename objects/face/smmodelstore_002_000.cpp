@@ -27,7 +27,7 @@ class Watch {
 
 }  // namespace
 
-SMPutResult SMPutModel(SMProject2& project, IOHelper& context, const SMControl& control) {
+SMPutResult SMPutModel(SMProject2& project, IOHelper& context, const SMControl& control, const std::function<void()>& settle) {
     SMPutResult result;
     if (QvXMLFormatTarget* const document = context.DocumentTarget()) {
         SMSaveOptions options;
@@ -39,7 +39,10 @@ SMPutResult SMPutModel(SMProject2& project, IOHelper& context, const SMControl& 
         }
     }
     const Watch watch(context, control);
-    SMRunGuarded(result, [&] { return project.write(context); });
+    SMRunGuarded(result, [&] {
+        if (settle) settle();
+        return project.write(context);
+    });
     result.objects = watch.Count();
     return result;
 }

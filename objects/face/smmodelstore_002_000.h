@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 
 #include "core/qvutils/persist/iohelper.h"
 #include "objects/face/smoperation_002_000.h"
@@ -21,9 +22,11 @@ struct SMGetResult : SMResult {
 
 /**
  * Saves a whole model through a persistence context. Objects without an id get one. A context that keeps documents gets the canonical
- * document first, as the model was before ids and versions were given.
+ * document first, as the model was before ids and versions were given. `settle`, if there is one, is called then: what it changes is in the
+ * rows and not in the document, so that objects can be given ids that the document does not tell.
  */
-SM_API SMPutResult SMPutModel(SMProject2& project, IOHelper& context, const SMControl& control = {});
+SM_API SMPutResult SMPutModel(SMProject2& project, IOHelper& context, const SMControl& control = {},
+                              const std::function<void()>& settle = {});
 /** Loads the whole model of a persistence context. */
 SM_API SMGetResult SMGetModel(IOHelper& context, const SMControl& control = {});
 

@@ -50,13 +50,13 @@ std::string LoginName() {
 }
 
 int PutModel(SMRepository& repository, SMRepositoryHelper& context, SMProject2& project, const std::string& author,
-             const std::string& message) {
+             const std::string& message, const std::function<void()>& settle) {
     const long base = context.Revision();
     context.Describe(I18NString(std::string_view(author)), I18NString(std::string_view(message)));
     SMPutResult put;
     {
         ProgressLine line("saving to " + repository.Name());
-        put = SMPutModel(project, context, line.Control());
+        put = SMPutModel(project, context, line.Control(), settle);
     }
     PrintDiagnostics(stderr, put.diagnostics, true);
     if (context.MovedOn()) {

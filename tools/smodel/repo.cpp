@@ -19,5 +19,6 @@ void AddRepo(CLI::App& app, int& status) {
     AddRepoPut(*repo, status);
     AddRepoGet(*repo, status);
     AddRepoHistory(*repo, status);
+    AddRepoRestore(*repo, status);
     AddRepoVerify(*repo, status);
 }

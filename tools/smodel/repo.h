@@ -19,4 +19,5 @@ void AddRepositoryOptions(CLI::App& command, RepositoryArguments& arguments);
 void AddRepoPut(CLI::App& repo, int& status);
 void AddRepoGet(CLI::App& repo, int& status);
 void AddRepoHistory(CLI::App& repo, int& status);
+void AddRepoRestore(CLI::App& repo, int& status);
 void AddRepoVerify(CLI::App& repo, int& status);

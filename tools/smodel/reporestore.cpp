@@ -1,0 +1,108 @@
+#include <memory>
+#include <string>
+
+#include "core/qvutils/diag/tklerrors.h"
+#include "objects/face/smguard_002_000.h"
+#include "objects/face/smmodelrestore_002_000.h"
+#include "objects/face/smreferences_002_000.h"
+#include "tools/smodel/models.h"
+#include "tools/smodel/putting.h"
+#include "tools/smodel/repo.h"
+#include "tools/smodel/repositories.h"
+#include "tools/smodel/terminal.h"
+
+#include <CLI/CLI.hpp>
+
+namespace {
+
+using namespace schema_002_000;
+
+struct Arguments : RepositoryArguments {
+    std::string what, message, base;
+    std::string author = LoginName();
+};
+
+/** The model of a revision, its objects with the ids of their rows. */
+class Recorded {
+  public:
+    Recorded(SMRepository& repository, long project, const SMRepositoryRevision& revision)
+        : m_context(repository.OpenProject(project)), m_document(Read(revision)), m_outline(*m_document) {
+        m_context->Compare(m_outline.Project());
+        m_outline.IndexIds();
+    }
+    const SMModelOutline& Outline() const { return m_outline; }
+
+  private:
+    std::unique_ptr<std::string> Read(const SMRepositoryRevision& revision) {
+        m_context->ReadAt(revision.number);
+        std::unique_ptr<std::string> document = DocumentAt(*m_context, revision);
+        if (!document) throw TklRuntimeError("revision " + std::to_string(revision.number) + " cannot be read");
+        return document;
+    }
+
+    SMQuietSink m_quiet;  // what reading the model logs was told when it was put
+    SMLogScope m_scope{m_quiet};
+    std::unique_ptr<SMRepositoryHelper> m_context;
+    std::unique_ptr<std::string> m_document;
+    SMModelOutline m_outline;
+};
+
+/** The object as the revision calls it, or else as any other one does. */
+QvULString ObjectThen(SMRepository& repository, const SMRepositoryHelper& context, const SMModelOutline& then, const std::string& object,
+                      long revision) {
+    if (const SMObjectBase* const found = SMReferenceIndex(then.Project()).Find(object); found && !found->GetId().empty())
+        return found->GetId();
+    const QvULString id = FindObject(repository, context, object);
+    if (then.Find(id.utf8()) == SMModelOutline::NONE)
+        throw TklRuntimeError("'" + object + "' does not stand in revision " + std::to_string(revision) + "; 'smodel repo log " +
+                              repository.Name() + " " + object + "' tells where it does");
+    return id;
+}
+
+int Restore(const Arguments& arguments) {
+    const std::size_t at = arguments.what.rfind('@');
+    if (at == std::string::npos || at == 0 || at + 1 == arguments.what.size())
+        throw TklRuntimeError("'" + arguments.what + "' names no revision: give the object and the revision, as '[Sales].[Orders]@3'");
+    SMRepository repository(arguments.repository);
+    const std::unique_ptr<SMRepositoryHelper> context = ContextOf(repository, arguments.project);
+    const long project = context->ProjectNumber();
+    const SMRepositoryRevision base = RevisionAt(repository, project, arguments.base),
+                               revision = RevisionAt(repository, project, arguments.what.substr(at + 1));
+    context->ReadAt(base.number);
+
+    const std::string object = arguments.what.substr(0, at);
+    SMRestoreResult restored;
+    QvULString id;
+    {
+        const Recorded now(repository, project, base), then(repository, project, revision);
+        id = ObjectThen(repository, *context, then.Outline(), object, revision.number);
+        restored = SMRestoreObject(then.Outline(), now.Outline(), id);
+    }
+    PrintDiagnostics(stderr, restored.diagnostics, false);
+    if (!restored.IsDone()) return StatusOf(restored);
+    const std::string message = arguments.message.empty() ? "restore " + arguments.what : arguments.message;
+    return PutModel(repository, *context, *restored.project, arguments.author, message, [&] {
+        for (const auto& [settled, known] : restored.ids) settled->SetId(known);
+    });
+}
+
+}  // namespace
+
+void AddRepoRestore(CLI::App& repo, int& status) {
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* const restore =
+        repo.add_subcommand("restore", "Put one object, with all below it, back to what it was in a revision, as a new revision");
+    AddRepositoryOptions(*restore, *arguments);
+    restore
+        ->add_option("OBJECT@REV", arguments->what,
+                     "Its object id, as '[namespace].[subject].[item]', or 'id:ID'; and a revision, a moment or a day")
+        ->required();
+    restore->add_option("-m,--message", arguments->message, "Why; by default what is restored")->type_name("MESSAGE");
+    restore->add_option("--author", arguments->author, "Who; by default the login name")->type_name("NAME");
+    restore->add_option("--base", arguments->base, "The revision that the new one is based on; by default the newest")->type_name("REV");
+    restore->footer(
+        "All else stays as it is. What stood below the object then and stands elsewhere now comes back to it. When the repository has "
+        "moved\n"
+        "on since the base, nothing is written, and the exit status is 4.");
+    restore->callback([arguments, &status] { status = Restore(*arguments); });
+}

@@ -6,6 +6,7 @@
 #include "core/qvutils/base/qvuuid.h"
 #include "core/qvutils/diag/qvlogevent.h"
 #include "core/qvutils/params/ionames.h"
+#include "core/repository/celldate.h"
 #include "core/repository/documents/documentreader.h"
 
 namespace qv {
@@ -28,6 +29,7 @@ ProjectSave::ProjectSave(StoreSession& session, IOHelper& helper, std::int64_t p
       m_helper(helper),
       m_project(project),
       m_base(base),
+      m_opened(CellOf(QvDate(true)).number),
       m_state(session),
       m_writer(session),
       m_adoption(m_state) {
@@ -245,7 +247,18 @@ bool ProjectSave::Differs(IOObject& object, const RowTable& table) {
         return equal;
     };
     if (same()) return false;
-    return !KeepStored(table, entry->row, attributes.cells) || !same();
+    const bool kept = KeepStored(table, entry->row, attributes.cells), undated = DropDateOfReading(table, entry->row, attributes.cells);
+    return !(kept || undated) || !same();
+}
+
+bool ProjectSave::DropDateOfReading(const RowTable& table, const char* stored, std::vector<Cell>& cells) const {
+    for (const std::size_t column : table.body) {
+        if (table.columns[column]->name != "LASTCHANGED") continue;
+        if (rowcodec::BodyCell(table, stored, column).kind != Cell::null || cells[column].number < m_opened) return false;
+        cells[column] = {};
+        return true;
+    }
+    return false;
 }
 
 bool ProjectSave::KeepStored(const RowTable& table, const char* stored, std::vector<Cell>& cells) {

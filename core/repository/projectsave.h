@@ -88,6 +88,11 @@ class ProjectSave {
     /** Puts stored values in the place of those that memory cannot have, and tells whether there were any. */
     bool KeepStored(const RowTable& table, const char* stored, std::vector<Cell>& cells);
 
+    /**
+     * Readers date what was stored without a date. Takes a date away that may be due to that, if the row has none; tells whether it did.
+     */
+    bool DropDateOfReading(const RowTable& table, const char* stored, std::vector<Cell>& cells) const;
+
     void EndUnvisited(IOObject& outermost);
     void EndRecordsOfGone(bool whole);
     void EndOrdersOfGone(bool whole);
@@ -103,6 +108,8 @@ class ProjectSave {
     StoreSession& m_session;
     IOHelper& m_helper;
     std::int64_t m_project, m_base;
+    /** The moment since which objects may have been read here. */
+    std::int64_t m_opened;
     SaveState m_state;
     RowWriter m_writer;
     IdAdoption m_adoption;

@@ -4,6 +4,7 @@
 
 #include "core/repository/celldate.h"
 #include "core/repository/history/projecthistory.h"
+#include "core/repository/history/rowaudit.h"
 #include "core/repository/naming.h"
 #include "core/repository/postgres/postgresbackend.h"
 #include "core/repository/sqlite/sqlitebackend.h"
@@ -63,6 +64,21 @@ std::vector<SMRepositoryRevision> SMRepository::Revisions(long project) {
 
 std::vector<SMRepositoryChange> SMRepository::Changes(long project, long from, long to) {
     return AskHistory(project, [&](qv::ProjectHistory& history) { return history.Changes(from, to); });
+}
+
+SMRepositoryChangeCounts SMRepository::CountChanges(long project, long from, long to) {
+    return AskHistory(project, [&](qv::ProjectHistory& history) { return history.CountChanges(from, to); });
+}
+
+std::vector<long> SMRepository::LastRevisionsOf(long project, const std::vector<std::string>& names) {
+    return AskHistory(project, [&](qv::ProjectHistory& history) { return history.LastRevisionsOf(names); });
+}
+
+std::vector<std::string> SMRepository::Faults(long project, long revision) {
+    return qv::Naming(m_name, [&] {
+        qv::StoreSession session(*m_backend);
+        return qv::RowAudit(session, project, revision).Faults();
+    });
 }
 
 std::vector<SMRepositoryRevision> SMRepository::RevisionsOf(long project, const QvULString& id) {

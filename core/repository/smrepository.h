@@ -47,6 +47,15 @@ class SM_API SMRepository {
     std::vector<SMRepositoryRevision> Revisions(long project);
     /** What is different in revision `to` from what stood in `from`; 0 stands for nothing at all. */
     std::vector<SMRepositoryChange> Changes(long project, long from, long to);
+    /** How many objects these are; from nothing at all it is much cheaper. */
+    SMRepositoryChangeCounts CountChanges(long project, long from, long to);
+    /**
+     * Where to look for an address that is not there any more: the revisions, the newest first, in which one made of these names, its last
+     * one behind, can have stood for the last time. Empty when nothing was ever called by the last one.
+     */
+    std::vector<long> LastRevisionsOf(long project, const std::vector<std::string>& names);
+    /** What is wrong with the rows of a revision by themselves, a text each: rows that readers would not find, or find twice. */
+    std::vector<std::string> Faults(long project, long revision);
     /** The revisions in which an object, known by its id, came, changed or went. */
     std::vector<SMRepositoryRevision> RevisionsOf(long project, const QvULString& id);
     /** The values of an object as it stands, each with the revision that set it. */

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "core/qvutils/base/qvdate.h"
@@ -40,6 +41,11 @@ struct SM_API SMRepositoryChange {
     std::vector<SMRepositoryValue> values;
     /** The order of its children differs. */
     bool order = false;
+};
+
+/** How many objects differ. */
+struct SM_API SMRepositoryChangeCounts {
+    std::size_t added = 0, changed = 0, removed = 0;
 };
 
 /** Who set a value of an object as it stands: the revision from which on it has not changed. */

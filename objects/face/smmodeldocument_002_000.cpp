@@ -1,7 +1,9 @@
 #include "objects/face/smmodeldocument_002_000.h"
 
 #include <algorithm>
+#include <array>
 #include <exception>
+#include <unordered_set>
 
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/xml/qvsax2printhandler.h"
@@ -14,6 +16,36 @@ namespace {
 
 constexpr std::size_t ELEMENTS_PER_TICK = 4'096;
 
+/** Which objects owe their date to the document. */
+class DateWatch {
+  public:
+    /** At the end of an element that told the date of an object. */
+    void Note(const IOObject* object) {
+        if (object && IsOfNow(*object)) m_dated.insert(object);
+    }
+    /**
+     * Reading a description dates its object, and the document may have no date to set it right. Such an object has none: so a document
+     * tells the same whenever it is read.
+     */
+    void Undate(const SMProject2& project) const {
+        for (SMObjectBase* const object : project.GetAllObjects().GetObjects())
+            if (object && IsOfNow(*object) && m_dated.count(object) == 0) object->SetLastChangedDate(QvDate(false));
+    }
+
+  private:
+    bool IsOfNow(const IOObject& object) const {
+        const QvDate& date = object.GetLastChangedDate();
+        return date.IsSet() && Fields(date) >= m_start;
+    }
+    static std::array<int, 6> Fields(const QvDate& date) {
+        return {date.Year(), date.Month(), date.Day(), date.Hour(), date.Minute(), date.Second()};
+    }
+
+    std::array<int, 6> m_start = Fields(QvDate(true));
+    /** Those that the document dates at the time of its reading or later: mostly none. */
+    std::unordered_set<const IOObject*> m_dated;
+};
+
 /** Builds the project, and looks at its caller's wishes at each element. */
 class WatchedBuilder : public SMProjectBuilder {
   public:
@@ -25,8 +57,13 @@ class WatchedBuilder : public SMProjectBuilder {
         m_ticker.Add(1);
         SMProjectBuilder::startElement(uri, localName, qName, attrs);
     }
+    void endElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) override {
+        SMProjectBuilder::endElement(uri, localName, qName);
+        if (localName == m_tags->lastChanged) m_dates.Note(InnermostObject());
+    }
     /** For an element of a separate file. */
     void Watch() { m_ticker.Add(1); }
+    const DateWatch& Dates() const { return m_dates; }
 
   private:
     [[noreturn]] static void FailAtRoot(const I18NString& name) {
@@ -36,7 +73,14 @@ class WatchedBuilder : public SMProjectBuilder {
     }
 
     SMTicker m_ticker;
+    DateWatch m_dates;
 };
+
+/** Dates that separate files tell are not watched. */
+bool HasSeparateFiles(const SMProject2& project) {
+    const SMEnum_xmltag* const tags = SMEnum_xmltag::GetInstance();
+    return project.m_partFiles.ReadCount(tags->namespace_) + project.m_partFiles.ReadCount(tags->package) > 0;
+}
 
 std::string DirectoryOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
@@ -71,6 +115,7 @@ SMLoadResult Load(const SMLoadOptions& options, const std::string& baseDirectory
         parser.setContentHandler(&builder);
         ParseAll([&] { parse(parser); });
         project->m_partFiles.SetWatch(nullptr);
+        if (!HasSeparateFiles(*project)) builder.Dates().Undate(*project);
         return true;
     });
     if (result.IsDone()) result.project = project;

@@ -41,7 +41,8 @@ struct SMSaveResult : SMResult {
 
 /**
  * Reads a model document. A root element that is not "project" makes it fail. A separate file that cannot be read is an error among
- * the diagnostics, and `m_partFiles` of the project counts it: the model lacks what it holds.
+ * the diagnostics, and `m_partFiles` of the project counts it: the model lacks what it holds. An object that the document gives no date
+ * of change has none, unless there are separate files.
  */
 SM_API SMLoadResult SMLoadModel(const std::string& path, const SMLoadOptions& options = {});
 /** The same for a document in memory, which is not copied. */

@@ -25,9 +25,8 @@ std::string NameOf(const SMObjectBase& object) {
     return SMKindOf(object) + " '" + name + "'";
 }
 
-SMDiagnostic Note(const char* code, std::string message) {
+SMDiagnostic Note(std::string message) {
     SMDiagnostic note;
-    note.code = code;
     note.severity = SMSeverity::note;
     note.message = std::move(message);
     return note;
@@ -80,7 +79,7 @@ class Planner {
             const std::size_t present = m_now.Find(IdAt(m_then, below));
             if (present == NONE || Goes(Now(present).number)) continue;
             m_plan.without.insert(Now(present).number);
-            m_notes.push_back(Note("taken-back", "the " + NameOf(*Now(present).object) + " is taken back from where it stands now"));
+            m_notes.push_back(Note("the " + NameOf(*Now(present).object) + " is taken back from where it stands now"));
         }
         if (Goes(Now(m_parent).number))
             throw TklRuntimeError("what it hung below, the " + NameOf(*Now(m_parent).object) +
@@ -202,8 +201,7 @@ void NoteDangling(const SMProject2& then, const SMProject2& before, const SMProj
         const Reference reference = ReferenceOf(dangling);
         if (known.count(reference) != 0) continue;
         const auto& [holder, field, text] = reference;
-        notes.push_back(
-            Note("dangling-reference", "'" + text + "' leads nowhere now" + (holder.empty() ? "" : ", in " + holder) + ": " + field));
+        notes.push_back(Note("'" + text + "' leads nowhere now" + (holder.empty() ? "" : ", in " + holder) + ": " + field));
     }
 }
 

@@ -14,10 +14,9 @@ namespace {
 
 void PrintWhatCame(SMRepository& repository, const SMRepositoryHelper& context, long base) {
     if (context.Revision() == base) return Print("nothing changed; the newest revision is " + std::to_string(base) + "\n");
-    std::size_t counts[3] = {};
-    for (const SMRepositoryChange& change : repository.Changes(context.ProjectNumber(), base, context.Revision())) ++counts[change.what];
-    Print("revision " + std::to_string(context.Revision()) + ": " + Counted(counts[SMRepositoryChange::added], "object") + " added, " +
-          Grouped(counts[SMRepositoryChange::changed]) + " changed, " + Grouped(counts[SMRepositoryChange::removed]) + " removed\n");
+    const SMRepositoryChangeCounts counts = repository.CountChanges(context.ProjectNumber(), base, context.Revision());
+    Print("revision " + std::to_string(context.Revision()) + ": " + Counted(counts.added, "object") + " added, " + Grouped(counts.changed) +
+          " changed, " + Grouped(counts.removed) + " removed\n");
 }
 
 /** What a put would have changed of what others changed since its base. */

@@ -42,17 +42,38 @@ SMRepositoryRevision RevisionBefore(const SMRepository& repository, const std::v
                            ", is of " + TextOf(revisions.front().savedAt.ToString()) + " (UTC).");
 }
 
+/** The names of "[a].[b]". */
+std::vector<std::string> NamesOf(std::string_view address) {
+    constexpr std::string_view BETWEEN = "].[";
+    if (!address.starts_with('[') || !address.ends_with(']')) return {};
+    address = address.substr(1, address.size() - 2);
+    std::vector<std::string> names;
+    for (std::size_t end; (end = address.find(BETWEEN)) != std::string_view::npos; address.remove_prefix(end + BETWEEN.size()))
+        names.emplace_back(address.substr(0, end));
+    names.emplace_back(address);
+    return names;
+}
+
+/** Finds the object of an address in one revision; empty when it has none. */
+QvULString FindIn(SMRepository& repository, long project, long revision, const std::string& address, std::vector<std::string>* alike) {
+    const auto context = repository.OpenProject(project);
+    context->ReadAt(revision);
+    const SMGetResult got = LoadRows(repository, *context);
+    if (!got.IsDone()) FailAt(repository, "Revision " + std::to_string(revision) + " cannot be read.");
+    const SMReferenceIndex index(*got.project);
+    if (const SMObjectBase* const object = index.Find(address)) return object->GetId();
+    if (alike) *alike = index.FindAlike(address, SUGGESTIONS);
+    return {};
+}
+
 QvULString FindByAddress(SMRepository& repository, long project, const std::string& address) {
-    std::vector<SMRepositoryRevision> revisions = repository.Revisions(project);
+    const std::vector<SMRepositoryRevision> revisions = repository.Revisions(project);
     std::vector<std::string> alike;
-    for (auto revision = revisions.rbegin(); revision != revisions.rend(); ++revision) {
-        const auto context = repository.OpenProject(project);
-        context->ReadAt(revision->number);
-        const SMGetResult got = LoadRows(repository, *context);
-        if (!got.IsDone()) FailAt(repository, "Revision " + std::to_string(revision->number) + " cannot be read.");
-        const SMReferenceIndex index(*got.project);
-        if (const SMObjectBase* const object = index.Find(address)) return object->GetId();
-        if (revision == revisions.rbegin()) alike = index.FindAlike(address, SUGGESTIONS);
+    if (QvULString id = FindIn(repository, project, revisions.back().number, address, &alike); !id.empty()) return id;
+    for (const long last : repository.LastRevisionsOf(project, NamesOf(address))) {
+        const auto known = [&](const SMRepositoryRevision& revision) { return revision.number == last; };
+        if (std::none_of(revisions.begin(), revisions.end() - 1, known)) continue;
+        if (QvULString id = FindIn(repository, project, last, address, nullptr); !id.empty()) return id;
     }
     std::string told = "No revision has an object '" + address + "'; object ids look like [namespace].[subject].[item]";
     for (std::size_t i = 0; i < alike.size(); ++i) told += (i == 0 ? "; did you mean " : ", ") + alike[i];

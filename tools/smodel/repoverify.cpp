@@ -49,6 +49,10 @@ class Verification {
         if (!got.IsDone()) Find("the rows cannot be loaded", got);
     }
 
+    void Store() {
+        for (const std::string& fault : m_repository.Faults(m_project, m_revision.number)) Find(Printable(fault));
+    }
+
     /** What the repository tells otherwise than the model. */
     void Model(SMProject2& model) {
         if (m_hasDocument)
@@ -114,12 +118,18 @@ int VerifyOne(SMRepository& repository, long project, const SMRepositoryRevision
     Verification verification(repository, project, revision);
     verification.Document();
     verification.Rows();
+    verification.Store();
     if (model) verification.Model(*model);
     return verification.Status();
 }
 
 int Verify(const Arguments& arguments) {
     const LeaveAtOnce nothingToTidyUp;
+    if (arguments.all && !(arguments.model.empty() && arguments.at.empty()))
+        throw TklRuntimeError(
+            "--all holds each revision against itself, and goes with no MODEL and no --at: leave it out to look at one revision or to "
+            "compare a "
+            "model with it, or give it alone");
     SMLoadResult loaded;
     if (!arguments.model.empty() && !(loaded = ReadModel(arguments.model)).IsDone()) return StatusOf(loaded);
     SMRepository repository(arguments.repository);
@@ -137,10 +147,9 @@ void AddRepoVerify(CLI::App& repo, int& status) {
     auto arguments = std::make_shared<Arguments>();
     CLI::App* const verify = repo.add_subcommand("verify", "Hold the document of a revision against its rows, and a model against both");
     AddRepositoryOptions(*verify, *arguments);
-    CLI::Option* const model = verify->add_option("MODEL", arguments->model, "A document to compare with; - is standard input");
-    CLI::Option* const at = verify->add_option("--at", arguments->at, "A revision, a moment or a day; by default the newest revision");
-    at->type_name("REV|TIME");
-    verify->add_flag("--all", arguments->all, "Each revision")->excludes(model)->excludes(at);
+    verify->add_option("MODEL", arguments->model, "A document to compare with; - is standard input");
+    verify->add_option("--at", arguments->at, "A revision, a moment or a day; by default the newest revision")->type_name("REV|TIME");
+    verify->add_flag("--all", arguments->all, "Each revision; goes with neither MODEL nor --at");
     verify->footer("The exit status is 0 when all is the same, 1 when there are differences.");
     verify->callback([arguments, &status] { status = Verify(*arguments); });
 }

@@ -62,6 +62,34 @@ void HistoryRows::Versions(std::string_view id, const std::function<void(const R
     }
 }
 
+void HistoryRows::Ends(const RowTable& table, std::size_t column, std::string_view text, const std::function<void(std::int64_t)>& take) {
+    std::vector<Condition> where = {{place::project, Condition::equal}};
+    std::vector<Cell> parameters = {Cell::Number(m_project)};
+    if (text.empty()) {
+        where.push_back({place::end, Condition::notNull});
+    } else {
+        where.push_back({column, Condition::equal});
+        parameters.push_back(Cell::Text(text));
+    }
+    const auto source = m_session.connection().Prepare(Query{&table.shape, {place::end}, std::move(where)});
+    source->Start(parameters);
+    Cell row[1];
+    while (source->Next(row)) take(row[0].kind == Cell::null ? 0 : row[0].number);
+}
+
+std::int64_t HistoryRows::CountStanding(const RowTable& table, std::int64_t revision) {
+    const auto source = m_session.connection().Prepare(
+        Query{&table.shape,
+              {place::version},
+              {{place::project, Condition::equal}, {place::first, Condition::atMost}, {place::end, Condition::nullOrAbove}}});
+    const Cell parameters[] = {Cell::Number(m_project), Cell::Number(revision), Cell::Number(revision)};
+    source->Start(parameters);
+    std::int64_t count = 0;
+    Cell row[1];
+    while (source->Next(row)) ++count;
+    return count;
+}
+
 std::int64_t HistoryRows::RemoveEnded(const TableShape& table, std::size_t endColumn, std::int64_t oldest) {
     const Cell parameters[] = {Cell::Number(m_project), Cell::Number(oldest)};
     return m_session.connection()

@@ -23,6 +23,11 @@ class HistoryRows {
     void Versions(std::string_view id,
                   const std::function<void(const RowTable& table, const char* row, std::int64_t first, std::int64_t end)>& take);
 
+    /** Every row that ever stood in which a column has a text; or, without a text, every one that has ended. Told by its end, 0 for none.
+     */
+    void Ends(const RowTable& table, std::size_t column, std::string_view text, const std::function<void(std::int64_t end)>& take);
+    std::int64_t CountStanding(const RowTable& table, std::int64_t revision);
+
     /** Takes away the rows that had ended when `oldest` came. */
     std::int64_t RemoveEnded(const TableShape& table, std::size_t endColumn, std::int64_t oldest);
     std::int64_t RemoveRevisionsBefore(std::int64_t oldest);

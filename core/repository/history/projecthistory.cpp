@@ -16,6 +16,10 @@ I18NString Text(std::string_view text) {
     return I18NString(text);
 }
 
+bool IsOfObjects(const RowTable& table) {
+    return &table != &Schema::Get().remainInfo() && &table != &Schema::Get().langText();
+}
+
 /** The values that one row tells of its owner, by the names that people see. */
 std::map<std::string, std::string> ValuesOf(const RowTable& table, const char* row) {
     std::map<std::string, std::string> values;
@@ -65,6 +69,45 @@ std::vector<SMRepositoryChange> ProjectHistory::Changes(std::int64_t from, std::
     if (from > 0) names.Fetch(m_session, m_project, from);
     if (to > 0) names.Fetch(m_session, m_project, to);
     return list.Build(names);
+}
+
+SMRepositoryChangeCounts ProjectHistory::CountChanges(std::int64_t from, std::int64_t to) {
+    SMRepositoryChangeCounts counts;
+    if (from > 0) {
+        for (const SMRepositoryChange& change : Changes(from, to))
+            ++(change.what == SMRepositoryChange::added     ? counts.added
+               : change.what == SMRepositoryChange::removed ? counts.removed
+                                                            : counts.changed);
+        return counts;
+    }
+    for (const RowTable& table : Schema::Get().rowTables())
+        if (IsOfObjects(table)) counts.added += static_cast<std::size_t>(m_rows.CountStanding(table, to));
+    return counts;
+}
+
+std::vector<long> ProjectHistory::LastRevisionsOf(const std::vector<std::string>& names) {
+    std::set<std::int64_t> revisions;
+    bool isKnown = false;
+    const auto take = [&](std::int64_t end) {
+        if (end > 1) revisions.insert(end - 1);
+    };
+    for (const RowTable& table : Schema::Get().rowTables()) {
+        if (!IsOfObjects(table)) continue;
+        // folders leave no trace in addresses, and yet what they hold has another one when they move
+        const bool isFolder = table.name() == "SM_SECTION_TYPE" || table.name() == "SM_QUERY_ITEM_FOLDER";
+        if (isFolder) m_rows.Ends(table, 0, {}, take);
+        if (table.nameColumn < 0) continue;
+        const std::size_t column = table.ShapePlace(static_cast<std::size_t>(table.nameColumn));
+        for (const std::string& name : names) {
+            if (name.empty()) continue;
+            m_rows.Ends(table, column, name, [&](std::int64_t end) {
+                isKnown |= name == names.back();
+                take(end);
+            });
+        }
+    }
+    if (!isKnown) return {};
+    return {revisions.rbegin(), revisions.rend()};
 }
 
 std::vector<SMRepositoryRevision> ProjectHistory::RevisionsOf(std::string_view id) {

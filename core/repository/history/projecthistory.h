@@ -18,6 +18,10 @@ class ProjectHistory {
     std::vector<SMRepositoryRevision> Revisions();
     /** What is different in `to` from what stood in `from`, which may be the later one; a revision of 0 has nothing. */
     std::vector<SMRepositoryChange> Changes(std::int64_t from, std::int64_t to);
+    /** How many objects `Changes` would tell of; from nothing at all at the cost of counting rows. */
+    SMRepositoryChangeCounts CountChanges(std::int64_t from, std::int64_t to);
+    /** Revisions after which a row of one of the names ended, or a folder's, the newest first; none when no row ever had the last name. */
+    std::vector<long> LastRevisionsOf(const std::vector<std::string>& names);
     /** The revisions in which the object, its records or its texts came, changed or went, by number. */
     std::vector<SMRepositoryRevision> RevisionsOf(std::string_view id);
     /** Each value that stands, with the revision that set it. Empty when the object does not stand. */

@@ -39,6 +39,42 @@ class RepositoryHistory : public RepositoryTest {
     QvSmartPtr<TestNode> project = Sample();
 };
 
+TEST_P(RepositoryHistory, CountsWhatTheChangesTell) {
+    const long number = PutThree();
+    for (const auto& [from, to] : {std::pair<long, long>{0, 1}, {0, 3}, {1, 2}, {2, 3}, {3, 1}, {2, 2}}) {
+        std::size_t told[3] = {};
+        for (const SMRepositoryChange& change : repository->Changes(number, from, to)) ++told[change.what];
+        const SMRepositoryChangeCounts counts = repository->CountChanges(number, from, to);
+        EXPECT_EQ(counts.added, told[SMRepositoryChange::added]) << from << " " << to;
+        EXPECT_EQ(counts.changed, told[SMRepositoryChange::changed]) << from << " " << to;
+        EXPECT_EQ(counts.removed, told[SMRepositoryChange::removed]) << from << " " << to;
+    }
+}
+
+TEST_P(RepositoryHistory, KnowsWhereANameCanHaveStoodForTheLastTime) {
+    const long number = PutThree();
+    EXPECT_EQ(repository->LastRevisionsOf(number, {"", "parameterMaps", "Map"}), std::vector<long>{1});
+    EXPECT_EQ(repository->LastRevisionsOf(number, {"Root", "Zebra"}), std::vector<long>()) << "nothing of these names has ended";
+    EXPECT_EQ(repository->LastRevisionsOf(number, {"Map", "Nobody"}), std::vector<long>());
+    EXPECT_EQ(repository->LastRevisionsOf(number, {}), std::vector<long>());
+}
+
+TEST_P(RepositoryHistory, FindsNoFaultInWhatItSaved) {
+    const long number = PutThree();
+    for (long revision = 1; revision <= 3; ++revision) EXPECT_EQ(repository->Faults(number, revision), std::vector<std::string>());
+}
+
+TEST_P(RepositoryHistory, TakesTheDateThatReadersGiveForNone) {
+    const long number = Put(*project);
+    const auto context = repository->OpenProject(number);
+    Map(*project).SetLastChangedDate(QvDate(true));
+    EXPECT_TRUE(project->write(*context));
+    EXPECT_EQ(context->Counters().rowsWritten, 0);
+    Map(*project).SetLastChangedDate(QvDate("2001-02-03T04:05:06"));
+    EXPECT_TRUE(project->write(*context));
+    EXPECT_GT(context->Counters().rowsWritten, 0) << "another date is one that somebody gave";
+}
+
 INSTANTIATE_TEST_SUITE_P(Stores, RepositoryHistory, testing::ValuesIn(STORE_KINDS), [](const auto& kind) { return kind.param.name; });
 
 }  // namespace

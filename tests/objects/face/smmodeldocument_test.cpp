@@ -220,4 +220,17 @@ TEST_F(SMModelDocumentFiles, StayAsTheyWereWhenASaveIsCancelled) {
     EXPECT_THAT(Files(), ElementsAre("out.xml"));
 }
 
+const SMNamespace2& RootOf(const SMLoadResult& loaded) {
+    return *loaded.project->GetRootNamespace();
+}
+
+TEST(SMModelDocument, GivesNoDateToWhatTheDocumentDoesNotDate) {
+    const std::string description = "<description locale=\"en\">d</description>";
+    const SMLoadResult undated = SMLoadModelBytes(ModelDocument(NamespaceElement("root", description)));
+    EXPECT_FALSE(RootOf(undated).GetLastChangedDate().IsSet());
+    const SMLoadResult dated =
+        SMLoadModelBytes(ModelDocument(NamespaceElement("root", description + "<lastChanged>2999-01-02T03:04:05</lastChanged>")));
+    EXPECT_EQ(RootOf(dated).GetLastChangedDate(), QvDate("2999-01-02T03:04:05")) << "also when that is later than now";
+}
+
 }  // namespace

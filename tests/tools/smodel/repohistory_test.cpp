@@ -182,3 +182,28 @@ TEST(SmodelRepoHistory, AsksWhichOfSeveralProjects) {
     EXPECT_EQ(repository.Run("blame", {"[Model]", "--project", "minimal"}).status, 0);
     EXPECT_EQ(repository.Run("log", {"--project", "nobody"}).status, 2);
 }
+
+TEST(SmodelRepoHistory, FindsWhatWentLongAgoByItsAddress) {
+    const ToolRepository repository;
+    PutThree(repository);
+    for (int i = 0; i < 4; ++i) repository.Put(SalesModel(SubjectElement("Lines" + std::to_string(i), {})));
+    EXPECT_EQ(WithoutMoments(repository.Run("log", {"[Sales].[Orders].[Amount]"}).out), "3\tcy\tthird\n2\tbob\tsecond\n1\tada\tfirst\n");
+    EXPECT_EQ(repository.Run("log", {"[Sales].[Lines1]"}).status, 0);
+}
+
+TEST(SmodelRepoHistory, FindsAnObjectByTheAddressThatItHadBeforeItsFolderMoved) {
+    const auto folder = [](const std::string& content) {
+        return "<folder><name locale=\"en\">F</name><property name=\"id\" type=\"hidden\">f</property>" + content + "</folder>";
+    };
+    const auto model = [](const std::string& a, const std::string& b) {
+        return ModelDocument(NamespaceElement("root", NamespaceElement("A", a) + NamespaceElement("B", b)));
+    };
+    const std::string subject =
+        "<querySubject><name locale=\"en\">S</name><property name=\"id\" type=\"hidden\">s</property></querySubject>";
+    const ToolRepository repository;
+    repository.Put(model(folder(subject), ""));
+    repository.Put(model("", folder(subject)));
+    repository.Put(model("", folder(subject) + SubjectElement("T", {})));
+    EXPECT_EQ(repository.Run("log", {"[A].[S]"}).out, repository.Run("log", {"id:s"}).out);
+    EXPECT_EQ(repository.Run("log", {"[A].[S]"}).status, 0);
+}

@@ -1,3 +1,6 @@
+#include <chrono>
+#include <thread>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -20,6 +23,18 @@ TEST(SmodelRepoPut, TellsTheRevisionAndWhatItChanges) {
               "revision 2: 1 object added, 0 changed, 1 removed\n");
     EXPECT_EQ(repository.Put(SalesModel(SubjectElement("Orders", {"Amount"}) + SubjectElement("Lines", {}))).out,
               "nothing changed; the newest revision is 2\n");
+}
+
+TEST(SmodelRepoPut, WritesNothingForADocumentWithoutDatesThatIsPutAgainLater) {
+    const std::string model = SalesModel(
+        "<querySubject><name locale=\"en\">Orders</name><description locale=\"en\">all of them</description></querySubject>"
+        "<filter><name locale=\"en\">F</name><description locale=\"en\">f</description><expression>1</expression></filter>");
+    const ToolRepository repository;
+    repository.Put(model);
+    const std::string before = Formatted(model);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+    EXPECT_EQ(repository.Put(model).out, "nothing changed; the newest revision is 1\n");
+    EXPECT_EQ(Formatted(model), before);
 }
 
 TEST(SmodelRepoPut, KeepsAuthorAndMessage) {

@@ -90,3 +90,83 @@ TEST_F(SmodelRepoVerify, RefusesWhatIsNotThere) {
     EXPECT_EQ(repository.Run("verify", {"--all", "--at", "1"}).status, 2);
     EXPECT_EQ(RunTool({"repo", "verify", repository.directory.Path("absent.db")}).status, 2);
 }
+
+TEST_F(SmodelRepoVerify, TellsWhatToDoInsteadOfAllWithSomethingElse) {
+    for (const std::vector<std::string>& rest : {std::vector<std::string>{"--all", "--at", "1"}, {"--all", "-"}}) {
+        const ToolRun run = repository.Run("verify", rest, SECOND);
+        EXPECT_EQ(run.status, 2);
+        EXPECT_THAT(run.err, HasSubstr("leave it out to look at one revision or to compare a model with it, or give it alone"));
+    }
+}
+
+namespace {
+
+/** What is told of a store that was damaged by hand; a statement must change something. */
+class SmodelRepoVerifyRows : public SmodelRepoVerify {
+  protected:
+    std::string Damaged(const std::string& statement) {
+        EXPECT_GT(ChangeByHand(repository.Location(), statement), 0) << statement;
+        const ToolRun run = repository.Run("verify");
+        EXPECT_EQ(run.status, 1) << run.out << run.err;
+        return run.out;
+    }
+};
+
+}  // namespace
+
+TEST_F(SmodelRepoVerifyRows, NamesAnObjectWhoseParentDoesNotStand) {
+    EXPECT_THAT(Damaged("UPDATE SM_QUERY_ITEM SET ITEM_FOLDER_ID = 'nobody' WHERE NAME = 'Day'"),
+                HasSubstr("' hangs below 'nobody', which does not stand\n"));
+}
+
+TEST_F(SmodelRepoVerifyRows, NamesAnObjectThatHangsBelowItself) {
+    EXPECT_THAT(Damaged("UPDATE SM_QUERY_SUBJECT SET SECTION_ID = QS_ID"), HasSubstr("' hangs below itself\n"));
+}
+
+TEST_F(SmodelRepoVerifyRows, NamesAnObjectThatStandsTwice) {
+    repository.Put(
+        SalesModel("<querySubject><name locale=\"en\">Orders</name><queryItem><name locale=\"en\">Amount</name>"
+                   "<expression>2</expression></queryItem></querySubject>"));
+    EXPECT_THAT(Damaged("UPDATE SM_QUERY_ITEM SET END_REVISION = NULL WHERE NAME = 'Amount'"),
+                HasSubstr("' stands twice, in the versions 1 and 2\n"));
+}
+
+TEST_F(SmodelRepoVerifyRows, NamesAnIdThatTwoKindsHave) {
+    EXPECT_THAT(Damaged("UPDATE SM_QUERY_ITEM SET QS_ITEM_ID = 'p' WHERE NAME = 'Day'"),
+                HasSubstr("the id 'p' is that of an object in SM_"));
+}
+
+TEST_F(SmodelRepoVerifyRows, NamesARecordWithoutAnOwner) {
+    EXPECT_THAT(Damaged("UPDATE SM_REMAIN_INFO SET PARENT_ID = 'nobody' WHERE NAME = 'locales'"),
+                HasSubstr("  SM_REMAIN_INFO: record 'locales' of 'nobody' belongs to nothing that stands\n"));
+}
+
+TEST_F(SmodelRepoVerifyRows, NamesATextWithoutItsVersion) {
+    repository.Put(
+        SalesModel("<querySubject><name locale=\"en\">Orders</name><queryItem><name locale=\"en\">Amount</name>"
+                   "<name locale=\"fr\">Montant</name><expression>2</expression></queryItem></querySubject>"));
+    ASSERT_EQ(repository.Run("verify").out, "revision 3: clean\n");
+    EXPECT_THAT(Damaged("UPDATE SM_LANG_TEXT SET OBJECT_VERSION_NO = 7"), HasSubstr("' belongs to version 7, and version 2 stands\n"));
+    EXPECT_THAT(Damaged("UPDATE SM_LANG_TEXT SET OBJECT_ID = 'nobody'"),
+                HasSubstr("  SM_LANG_TEXT: name[fr] of 'nobody' belongs to nothing that stands\n"));
+}
+
+TEST_F(SmodelRepoVerifyRows, NamesOrdersThatFitNothing) {
+    const auto insert = [](const char* values) {
+        return "INSERT INTO REPO_ORDER (PROJECT_NO, PARENT_ID, TABLE_NAME, FIRST_REVISION, IDS) VALUES (1, " + std::string(values) + ")";
+    };
+    EXPECT_THAT(Damaged(insert("'nobody', 'SM_QUERY_ITEM', 1, 'a'")),
+                HasSubstr("  REPO_ORDER: the order of SM_QUERY_ITEM below 'nobody' belongs to nothing that stands\n"));
+    EXPECT_THAT(Damaged(insert("'p', 'SM_NOTHING', 1, 'a'")), HasSubstr("the order of SM_NOTHING below 'p' is that of no table\n"));
+    EXPECT_THAT(Damaged(insert("'p', 'SM_DATASOURCE', 1, 'a' || char(10) || 'b' || char(10) || 'a'")),
+                HasSubstr("the order of SM_DATASOURCE below 'p' lists 'a' twice\n"));
+    EXPECT_THAT(Damaged(insert("'p', 'SM_DATASOURCE', 2, ''")),
+                AllOf(HasSubstr("the order of SM_DATASOURCE below 'p' stands twice\n"), HasSubstr("lists an empty id\n")));
+}
+
+TEST_F(SmodelRepoVerifyRows, NamesRevisionsThatAreNotThere) {
+    EXPECT_THAT(Damaged("UPDATE SM_QUERY_ITEM SET END_REVISION = 9 WHERE NAME = 'Day'"),
+                HasSubstr("' ends in revision 9, which is not there\n"));
+    EXPECT_THAT(Damaged("DELETE FROM REPO_REVISION WHERE REVISION_NO = 2"),
+                HasSubstr("  REPO_PROJECT: its newest revision is 2, and that of REPO_REVISION is 1\n"));
+}

@@ -6,7 +6,10 @@ SETUP := @scripts/setup.sh
 tree = cmake --preset $(1) --log-level=WARNING && cmake --build --preset $(1) --parallel $(JOBS) --target $(2)
 tests = ctest --preset $(1) --parallel $(JOBS)
 
-.PHONY: build demo test check-long bench format
+# Seconds that the fuzz targets share.
+TIME ?= 600
+
+.PHONY: build demo test check-long bench fuzz fuzz-coverage format
 
 # The command, at build/release/bin/smodel.
 build:
@@ -39,6 +42,18 @@ bench:
 	$(SETUP)
 	$(call tree,release,smodel-bench)
 	build/release/bench/smodel-bench
+
+# Foreign bytes for whatever reads them, for TIME seconds in all; see CONTRIBUTING.md.
+fuzz:
+	$(SETUP) fuzz
+	$(call tree,fuzz,smodel-fuzz)
+	scripts/fuzz.sh run $(TIME)
+
+# The lines that the inputs of the last `make fuzz` and the checked-in ones reach.
+fuzz-coverage:
+	$(SETUP) fuzz
+	$(call tree,fuzz-coverage,smodel-fuzz)
+	scripts/fuzz.sh coverage
 
 format:
 	$(SETUP) format

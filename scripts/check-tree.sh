@@ -8,7 +8,7 @@ breaches=$(mktemp)
 trap 'rm -f "$breaches"' EXIT
 breach() { sed "s|^|$1: |" >>"$breaches"; }
 
-sources() { find core objects tools tests bench examples -name '*.h' -o -name '*.inc' -o -name '*.cpp' 2>/dev/null | sort; }
+sources() { find core objects tools tests bench examples fuzz -name '*.h' -o -name '*.inc' -o -name '*.cpp' 2>/dev/null | sort; }
 
 # Folders from low to high, and what each may include besides itself and the host layer below all.
 below() {

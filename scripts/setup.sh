@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs, through apt, the packages that a build and its tests need and that this machine lacks.
-# Further words name what else is wanted: `setup.sh clang` (make check-long), `setup.sh format` (make format).
+# Further words name what else is wanted: `setup.sh clang` (make check-long), `setup.sh format` (make format), `setup.sh fuzz` (make fuzz).
 set -eu
 
 wanted="g++ make cmake ninja-build ccache pkg-config libxerces-c-dev libicu-dev libsqlite3-dev libssl-dev libzstd-dev
@@ -9,6 +9,7 @@ for extra in "$@"; do
     case $extra in
     clang) wanted="$wanted clang" ;;
     format) wanted="$wanted clang-format" ;;
+    fuzz) wanted="$wanted clang libclang-rt-14-dev llvm" ;;
     *)
         echo "setup: unknown word '$extra'" >&2
         exit 2
@@ -22,6 +23,7 @@ installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' 2>/dev/null | se
 present() {
     case $1 in
     ninja-build) command -v ninja >/dev/null ;;
+    llvm) command -v llvm-cov >/dev/null ;;
     *-dev | postgresql-*) printf '%s\n' "$installed" | grep -qx "$1" ;;
     *) command -v "$1" >/dev/null ;;
     esac

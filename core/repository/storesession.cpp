@@ -109,8 +109,21 @@ std::optional<std::string> StoreSession::Piece(std::int64_t projectNo, const std
     return piece;
 }
 
+void StoreSession::CheckKinds(const RowTable& table, std::size_t heads) const {
+    const auto check = [&](std::size_t at, bool takesText, std::string_view column) {
+        if (m_cells[at].kind != Cell::null && (m_cells[at].kind == Cell::text) != takesText)
+            throw StoreError("Column " + table.shape.name + "." + std::string(column) + " holds a value of another kind.");
+    };
+    const CatalogueTable& catalogue = *table.catalogue;
+    const std::string_view names[] = {catalogue.id, catalogue.version, catalogue.parentId, catalogue.parentVersion};
+    for (std::size_t at = 0; at < heads; ++at) check(at, at % 2 == 0, names[at]);
+    for (std::size_t cell = 0; cell < table.columns.size(); ++cell)
+        check(heads + cell, table.columns[cell]->kind == CellKind::text, table.columns[cell]->name);
+}
+
 const char* StoreSession::Encode(const RowTable& table, RowArena& arena) {
     const std::size_t heads = table.hasParent ? 4 : 2;
+    CheckKinds(table, heads);
     RowHead head;
     head.id = m_cells[0].view;
     head.version = m_cells[1].number;

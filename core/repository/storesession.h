@@ -104,6 +104,8 @@ class StoreSession {
     void AddOne(std::unique_ptr<RowInsert>& slot, const TableShape& table, std::initializer_list<Cell> row);
     /** Takes the rows of a source that was started. */
     void Take(const RowTable& table, RowSource& source, RowArena& arena, const std::function<void(const char* row)>& take);
+    /** Raises StoreError for a cell at hand that is not what its column takes: a store of the caller's may hand out anything. */
+    void CheckKinds(const RowTable& table, std::size_t heads) const;
     /** A row of the cells at hand. */
     const char* Encode(const RowTable& table, RowArena& arena);
     /** The columns of a row, in the order of key, place and cells. */

@@ -4,6 +4,7 @@
 
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/xml/qvsax2printhandler.h"
+#include "core/qvutils/xml/xmlescape.h"
 #include "objects/containers/smnamespace2_002_000.h"
 #include "objects/face/smguard_002_000.h"
 #include "objects/face/smrenameaudit_002_000.h"
@@ -26,6 +27,8 @@ std::vector<QvSmartPtr<SMNamespace2>> FindNamespaces(const SMProject2& project, 
     std::vector<QvSmartPtr<SMNamespace2>> found;
     std::set<std::string> leaving, coming;
     for (const SMNamespaceRename& rename : renames) {
+        // references to data sources, packages and the like begin with an empty name
+        if (rename.oldName.empty()) Refuse("a namespace without a name cannot be told from what is in none");
         found.emplace_back(project.FindNamespaceByName(Wide(rename.oldName)));
         if (!found.back()) Refuse("the model has no namespace '" + rename.oldName + "'");
         if (!leaving.insert(rename.oldName).second) Refuse("'" + rename.oldName + "' is to be renamed twice");
@@ -34,6 +37,7 @@ std::vector<QvSmartPtr<SMNamespace2>> FindNamespaces(const SMProject2& project, 
         if (rename.newName.empty()) Refuse("a namespace must have a name");
         if (rename.newName.find_first_of("[]") != std::string::npos)
             Refuse("'" + rename.newName + "' has a bracket, and no reference could name it");
+        if (!qv::IsXmlText(rename.newName)) Refuse("a new name has characters that no document can carry");
         const bool taken = project.FindNamespaceByName(Wide(rename.newName)) && !leaving.count(rename.newName);
         if (taken || !coming.insert(rename.newName).second) Refuse("the name '" + rename.newName + "' is taken");
     }

@@ -14,8 +14,8 @@ struct SMNamespaceRename {
 
 /**
  * Renames namespaces, all at once, so that two may swap their names, and carries the new names into every reference of three parts
- * or more. Dates of change stay. It fails, and changes nothing, when an old name is not in the model or comes twice, when a new
- * name is empty, has a bracket, or would be there twice.
+ * or more. Dates of change stay. It fails, and changes nothing, when an old name is empty, not in the model or comes twice, when a new
+ * name is empty, has a bracket or a character that XML does not allow, or would be there twice.
  *
  * Texts that did not come out as wanted are findings: those that still name a namespace by its old name, since shorter references
  * are not renamed, and those that lost a bracket. They are found in the document that the model has become; its lines and

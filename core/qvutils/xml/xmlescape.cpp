@@ -1,5 +1,7 @@
 #include "core/qvutils/xml/xmlescape.h"
 
+#include "core/qvutils/text/utf8.h"
+
 #include <array>
 
 #if defined(__SSE2__)
@@ -75,6 +77,19 @@ void WriteEscapedText(QvXMLFormatTarget& target, std::string_view utf8) {
 
 void WriteEscapedValue(QvXMLFormatTarget& target, std::string_view utf8) {
     WriteEscaped(target, utf8, VALUE_REFERENCES);
+}
+
+bool IsXmlText(const std::string& utf8) noexcept {
+    for (std::size_t at = 0; at < utf8.size();) {
+        const char32_t character = DecodeUtf8(utf8.c_str() + at);
+        char bytes[4];
+        const std::size_t length = EncodeUtf8(character, bytes);
+        if (utf8.compare(at, length, bytes, length) != 0) return false;
+        const bool control = character < 0x20 && character != '\t' && character != '\n' && character != '\r';
+        if (control || character == 0xFFFE || character == 0xFFFF) return false;
+        at += length;
+    }
+    return true;
 }
 
 }  // namespace qv

@@ -1,4 +1,5 @@
 #include "tests/core/repository/repositorytest.h"
+#include "tests/support/storerows.h"
 
 namespace {
 
@@ -68,6 +69,29 @@ TEST_P(RepositoryFailure, IsToldWithTableIdAndObject) {
     CaughtLog log;
     EXPECT_FALSE(Sample()->write(*repository->NewProject()));
     EXPECT_EQ(log.Only(), "table SM_SECTION_TYPE, id 'r', object 'path of r': the disk is on fire");
+}
+
+struct Samples : RepositoryTest {
+    using RepositoryTest::Sample;
+};
+
+TEST(RepositoryRows, WithAValueOfAnotherKindAreRefusedByColumn) {
+    const std::pair<const char*, qv::Cell> values[] = {{"NAME", qv::Cell::Number(7)},
+                                                       {"SECTION_VERSION_NO", qv::Cell::Text("1")},
+                                                       {"PROJECT_ID", qv::Cell::Number(7)},
+                                                       {"PROJECT_VERSION_NO", qv::Cell::Text("1")}};
+    for (const auto& [column, value] : values) {
+        const auto plan = std::make_shared<FailurePlan>();
+        const auto backend = std::make_shared<FailingBackend>(qv::MakeMemoryBackend("memory"), plan);
+        SMRepository repository(backend, SMRepository::createIfAbsent);
+        ASSERT_TRUE(Samples::Sample()->write(*repository.NewProject()));
+        SetInRows(*backend, plan->tables, "SM_SECTION_TYPE", column, value);
+        CaughtLog log;
+        EXPECT_FALSE(ReadTestProject(*repository.OpenProject(1)));
+        ASSERT_EQ(log.messages.size(), 1u);
+        EXPECT_NE(log.Only().find("Column SM_SECTION_TYPE." + std::string(column) + " holds a value of another kind."), std::string::npos)
+            << log.Only();
+    }
 }
 
 }  // namespace

@@ -102,6 +102,9 @@ TEST(SMModelRename, RefusesWhatCannotBeDone) {
         {{{"A", "Z"}, {"A", "Y"}}, "'A' is to be renamed twice"},
         {{{"A", "x]y"}}, "'x]y' has a bracket"},
         {{{"A", ""}}, "a namespace must have a name"},
+        {{{"A", "x\x01"}}, "a new name has characters that no document can carry"},
+        {{{"A", "x\x92y"}}, "a new name has characters that no document can carry"},
+        {{{"A", "\xEF\xBF\xBF"}}, "a new name has characters that no document can carry"},
     };
     for (const Case& refused : cases) {
         const SMLoadResult loaded = Load("[A].[x].[y]");
@@ -110,6 +113,24 @@ TEST(SMModelRename, RefusesWhatCannotBeDone) {
         EXPECT_EQ(renamed.status, SMStatus::failed);
         EXPECT_THAT(Messages(renamed), ElementsAre(HasSubstr(refused.why)));
         EXPECT_EQ(CanonicalText(*loaded.project), before) << refused.why;
+    }
+}
+
+TEST(SMModelRename, RefusesToRenameANamespaceWithoutAName) {
+    const SMLoadResult loaded =
+        SMLoadModelBytes(ModelDocument(NamespaceElement("root", NamespaceElement("")) + MapElement("m", "[].[dataSources].[y]")));
+    const std::string before = CanonicalText(*loaded.project);
+    const SMResult renamed = SMRenameNamespaces(*loaded.project, {{"", "Z"}}, "out");
+    EXPECT_EQ(renamed.status, SMStatus::failed);
+    EXPECT_THAT(Messages(renamed), ElementsAre(HasSubstr("nothing was renamed: a namespace without a name")));
+    EXPECT_EQ(CanonicalText(*loaded.project), before);
+}
+
+TEST(SMModelRename, TakesAnyTextThatADocumentCanCarry) {
+    for (const char* name : {"a\tb", "\xC3\xA9t\xC3\xA9", "\xEF\xBF\xBD", "\xF0\x9F\x98\x80", "<&>\"'"}) {
+        const SMLoadResult loaded = Load("[A].[x].[y]");
+        EXPECT_THAT(Messages(SMRenameNamespaces(*loaded.project, {{"A", name}}, "out")), IsEmpty());
+        EXPECT_TRUE(SMLoadModelBytes(CanonicalText(*loaded.project)).project->FindNamespaceByName(I18NString(name)));
     }
 }
 

@@ -3,7 +3,7 @@
 # Further words name what else is wanted: `setup.sh clang` (make check-long), `setup.sh format` (make format), `setup.sh fuzz` (make fuzz).
 set -eu
 
-wanted="g++ make cmake ninja-build ccache pkg-config libxerces-c-dev libicu-dev libsqlite3-dev libssl-dev libzstd-dev
+wanted="g++ make cmake ninja-build ccache pkg-config libxerces-c-dev libicu-dev libsqlite3-dev libssl-dev libzstd-dev libxxhash-dev
         libpq-dev postgresql-15 libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev"
 for extra in "$@"; do
     case $extra in

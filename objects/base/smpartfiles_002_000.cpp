@@ -5,6 +5,7 @@
 
 #include <sys/stat.h>
 
+#include "core/qvutils/content/contentsource.h"
 #include "core/qvutils/diag/diagnostics.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/io/openbeneath.h"
@@ -27,18 +28,23 @@ void LogFailure(const SMLogWords& words, const char* message, const I18NString& 
 /** Hands all on to the handler of a file; looks at its root, and tells the watcher of each element. */
 class PartHandler final : public QvContentHandler, public SMObjectLocator {
   public:
-    PartHandler(const SMPartFiles::Part& part, QvContentHandler& handler, const std::function<void()>& watch)
-        : m_part(part), m_handler(handler), m_locator(dynamic_cast<SMObjectLocator*>(&handler)), m_watch(watch) {}
+    PartHandler(const SMPartFiles::Part& part, QvContentHandler& handler, const std::function<void()>& watch, qv::ContentSource* source)
+        : m_part(part), m_handler(handler), m_locator(dynamic_cast<SMObjectLocator*>(&handler)), m_watch(watch), m_source(source) {}
 
     void startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) override {
         if (m_watch) Watch();
         if (m_atRoot) LookAtRoot(localName, qName, attrs);
+        if (m_source) m_source->Start(localName, attrs);
         m_handler.startElement(uri, localName, qName, attrs);
     }
     void endElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) override {
+        if (m_source) m_source->End();
         m_handler.endElement(uri, localName, qName);
     }
-    void characters(const I18NString& text) override { m_handler.characters(text); }
+    void characters(const I18NString& text) override {
+        if (m_source) m_source->Text(text);
+        m_handler.characters(text);
+    }
     void ignorableWhitespace(const I18NString& text) override { m_handler.ignorableWhitespace(text); }
     void processingInstruction(const I18NString& target, const I18NString& data) override { m_handler.processingInstruction(target, data); }
     void startDocument() override { m_handler.startDocument(); }
@@ -78,6 +84,7 @@ class PartHandler final : public QvContentHandler, public SMObjectLocator {
     QvContentHandler& m_handler;
     SMObjectLocator* m_locator;
     const std::function<void()>& m_watch;
+    qv::ContentSource* m_source;
     bool m_atRoot = true;
 };
 
@@ -88,6 +95,15 @@ bool IsAbsolute(const I18NString& path) {
 }  // namespace
 
 bool SMPartFiles::Read(const Part& part, QvContentHandler& handler) {
+    if (!m_source) return ReadContent(part, handler);
+    const SMEnum_xmltag* tags = SMEnum_xmltag::GetInstance();
+    m_source->StartPart({tags->id, tags->name, tags->filename, tags->filepath});
+    const bool isWhole = ReadContent(part, handler);
+    m_source->EndPart(isWhole);
+    return isWhole;
+}
+
+bool SMPartFiles::ReadContent(const Part& part, QvContentHandler& handler) {
     const std::size_t depth = m_open.size();
     try {
         I18NString path = part.baseDirectory;
@@ -119,7 +135,10 @@ void SMPartFiles::Parse(const Part& part, const I18NString& path, QvContentHandl
     const std::string name(path.utf8());
     qv::Descriptor file;
     struct stat status {};
-    if (!m_root.empty()) file = qv::OpenBeneath(m_root, BelowRoot(part, name), name);
+    if (!m_root.empty()) {
+        if (IsAbsolute(part.filepath) || IsAbsolute(part.filename)) LeadsOut(name);
+        file = qv::OpenBeneath(m_root, BelowRoot(name), name);
+    }
     if ((file ? ::fstat(file.Get(), &status) : ::stat(name.c_str(), &status)) == 0) Enter({status.st_dev, status.st_ino}, name);
     QvSAX2Parser parser;
     parser.setLimits(m_limits);
@@ -128,20 +147,29 @@ void SMPartFiles::Parse(const Part& part, const I18NString& path, QvContentHandl
         parser.parse(path);
         return;
     }
-    PartHandler strict(part, handler, m_watch);
+    PartHandler strict(part, handler, m_watch, m_source);
     parser.setContentHandler(&strict);
     parser.parseOpenFile(file.Get(), path);
 }
 
-std::string SMPartFiles::BelowRoot(const Part& part, const std::string& path) const {
-    const auto refuse = [&]() -> std::string {
-        throw TklRuntimeError("cannot open: it leads out of the directory of the model, " + m_root, path);
-    };
-    if (IsAbsolute(part.filepath) || IsAbsolute(part.filename)) return refuse();
-    if (m_root == ".") return path.starts_with('/') ? refuse() : path;
+void SMPartFiles::LeadsOut(const std::string& path) const {
+    throw TklRuntimeError("cannot open: it leads out of the directory of the model, " + m_root, path);
+}
+
+std::string SMPartFiles::BelowRoot(const std::string& path) const {
+    if (m_root == "." && !path.starts_with('/')) return path;
     std::string directory = m_root;
     if (directory.back() != '/') directory += '/';
-    return path.starts_with(directory) ? path.substr(directory.size()) : refuse();
+    if (m_root == "." || !path.starts_with(directory)) LeadsOut(path);
+    return path.substr(directory.size());
+}
+
+qv::Descriptor SMPartFiles::Open(const std::string& path) const {
+    try {
+        return qv::OpenBeneath(m_root, BelowRoot(path), path);
+    } catch (const TklRuntimeError&) {
+        return {};
+    }
 }
 
 void SMPartFiles::Enter(const Identity& file, const std::string& path) {

@@ -9,9 +9,14 @@
 #include <utility>
 #include <vector>
 
+#include "core/qvutils/io/descriptor.h"
 #include "core/qvutils/text/qvulstring.h"
 #include "core/qvutils/xml/qvsax2parser.h"
 #include "objects/base/smlog_002_000.h"
+
+namespace qv {
+class ContentSource;
+}
 
 namespace schema_002_000 {
 
@@ -32,6 +37,10 @@ class SM_API SMPartFiles {
     void SetLimits(const SMXMLLimits& limits) { m_limits = limits; }
     /** Called at each element of the separate files; may raise. Null: nobody watches. */
     void SetWatch(std::function<void()> watch) { m_watch = std::move(watch); }
+    /** Is told the content of the separate files, each in the place of its placeholder. Borrowed; null: nobody is told. */
+    void SetContentSource(qv::ContentSource* source) { m_source = source; }
+    /** Opens one of the files again; gives none when that fails. */
+    qv::Descriptor Open(const std::string& path) const;
 
     /** What is to be read, and in whose words failures are logged. All is borrowed. */
     struct Part {
@@ -55,12 +64,15 @@ class SM_API SMPartFiles {
     using Identity = std::pair<unsigned long long, unsigned long long>;
 
     void Parse(const Part& part, const I18NString& path, QvContentHandler& handler);
-    std::string BelowRoot(const Part& part, const std::string& path) const;
+    [[noreturn]] void LeadsOut(const std::string& path) const;
+    std::string BelowRoot(const std::string& path) const;
+    bool ReadContent(const Part& part, QvContentHandler& handler);
     void Enter(const Identity& file, const std::string& path);
 
     std::string m_root;
     SMXMLLimits m_limits;
     std::function<void()> m_watch;
+    qv::ContentSource* m_source = nullptr;
     /** The files being read now, one inside the other. */
     std::vector<Identity> m_open;
     std::set<Identity> m_known;

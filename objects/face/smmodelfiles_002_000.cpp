@@ -183,19 +183,23 @@ SMSplitResult SMSplitModel(SMProject2& project, const std::string& directory, co
     return result;
 }
 
+SMSaveResult SMJoinModel(const SMProject2& project, const std::string& path, const SMSaveOptions& saving) {
+    SMSaveResult result;
+    SMRunGuarded(result, [&] {
+        RequireComplete(project);
+        return true;
+    });
+    if (result.IsDone()) result = SMSaveModel(project, path, saving);
+    if (result.IsDone()) TellWhatWasLost(project, result.diagnostics);
+    return result;
+}
+
 SMSaveResult SMJoinModel(const std::string& mainDocument, const std::string& path, const SMLoadOptions& loading,
                          const SMSaveOptions& saving) {
+    const SMLoadResult loaded = SMLoadModel(mainDocument, loading);
     SMSaveResult result;
-    SMLoadResult loaded = SMLoadModel(mainDocument, loading);
     result.status = loaded.status;
-    if (loaded.IsDone()) {
-        SMRunGuarded(result, [&] {
-            RequireComplete(*loaded.project);
-            return true;
-        });
-        if (result.IsDone()) result = SMSaveModel(*loaded.project, path, saving);
-        if (result.IsDone()) TellWhatWasLost(*loaded.project, result.diagnostics);
-    }
+    if (loaded.IsDone()) result = SMJoinModel(*loaded.project, path, saving);
     result.diagnostics.insert(result.diagnostics.begin(), loaded.diagnostics.begin(), loaded.diagnostics.end());
     return result;
 }

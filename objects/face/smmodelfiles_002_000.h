@@ -32,9 +32,11 @@ struct SMSplitResult : SMResult {
 SM_API SMSplitResult SMSplitModel(SMProject2& project, const std::string& directory, const SMSplitOptions& options = {});
 
 /**
- * Writes the model of a main document and its separate files as one document. It fails, and writes nothing, when one of the files
- * cannot be read. What the files did not bring back is told in notes.
+ * Writes a model that was read from a main document and its separate files as one document. It fails, and writes nothing, when one of the
+ * files cannot be read. What the files did not bring back is told in notes.
  */
+SM_API SMSaveResult SMJoinModel(const SMProject2& project, const std::string& path, const SMSaveOptions& saving = {});
+/** The same for a model that is read for it. */
 SM_API SMSaveResult SMJoinModel(const std::string& mainDocument, const std::string& path, const SMLoadOptions& loading = {},
                                 const SMSaveOptions& saving = {});
 

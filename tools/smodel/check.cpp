@@ -44,15 +44,18 @@ int CheckReferences(const Arguments& arguments, const schema_002_000::SMProject2
 
 int Check(const Arguments& arguments) {
     const LeaveAtOnce nothingToTidyUp;
-    const schema_002_000::SMLoadResult loaded = ReadModel(arguments.model, true);
+    const schema_002_000::SMAccountedResult loaded = ReadModelAccounted(arguments.model);
     if (!loaded.IsDone()) return StatusOf(loaded);
     PrintDiagnostics(stdout, loaded.diagnostics, !arguments.all);
+    std::vector<SMDiagnostic> losses;
+    for (const schema_002_000::SMLoss& loss : loaded.losses) losses.push_back(schema_002_000::SMDiagnosticOf(loss));
+    PrintDiagnostics(stdout, losses, false);
     for (const KindCount& kind : CountKinds(*loaded.project)) {
         std::string number = Grouped(kind.count);
         number.insert(0, number.size() < 12 ? 12 - number.size() : 0, ' ');
         Print(number + "  " + kind.kind + "\n");
     }
-    return Worse(StatusOf(loaded), CheckReferences(arguments, *loaded.project));
+    return Worse(losses.empty() ? StatusOf(loaded) : STATUS_FINDINGS, CheckReferences(arguments, *loaded.project));
 }
 
 }  // namespace

@@ -8,16 +8,17 @@
 
 namespace {
 
-struct Arguments {
+struct Arguments : LossArguments {
     std::string in;
     std::string out = "-";
     bool indent = false;
 };
 
 int Fmt(const Arguments& arguments) {
-    const schema_002_000::SMLoadResult loaded = ReadModel(arguments.in);
-    if (!loaded.IsDone()) return StatusOf(loaded);
-    return Worse(StatusOf(loaded), StatusOf(SaveModel(*loaded.project, arguments.out, arguments.indent)));
+    int status = STATUS_CLEAN;
+    const schema_002_000::SMAccountedResult loaded = ReadModelToWrite(arguments.in, arguments, status);
+    if (!loaded.project) return status;
+    return Worse(status, StatusOf(SaveModel(*loaded.project, arguments.out, arguments.indent)));
 }
 
 }  // namespace
@@ -27,6 +28,7 @@ void AddFmt(CLI::App& app, int& status) {
     CLI::App* const command = app.add_subcommand("fmt", "Write a model as canonical document");
     command->add_option("IN", arguments->in, "The document; - is standard input")->required();
     command->add_option("-o,--output", arguments->out, "Where to write; - is standard output")->type_name("OUT")->capture_default_str();
+    AddLossOption(*command, *arguments);
     command->add_flag("--indent", arguments->indent, "Lay the document out for people");
     command->callback([arguments, &status] { status = Fmt(*arguments); });
 }

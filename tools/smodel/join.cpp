@@ -10,26 +10,28 @@
 
 namespace {
 
-struct Arguments {
+struct Arguments : LossArguments {
     std::string main;
     std::string out = "-";
     bool indent = false;
 };
 
 int Join(const Arguments& arguments) {
+    int status = STATUS_CLEAN;
+    const schema_002_000::SMAccountedResult loaded = ReadModelToWrite(arguments.main, arguments, status);
+    if (!loaded.project) return status;
     schema_002_000::SMSaveResult joined;
     {
         ProgressLine line("joining " + arguments.main);
-        schema_002_000::SMLoadOptions loading = LoadOptionsFor(arguments.main);
         schema_002_000::SMSaveOptions saving;
-        loading.control = saving.control = line.Control();
+        saving.control = line.Control();
         saving.indent = arguments.indent;
-        joined = schema_002_000::SMJoinModel(InputPath(arguments.main), OutputPath(arguments.out), loading, saving);
+        joined = schema_002_000::SMJoinModel(*loaded.project, OutputPath(arguments.out), saving);
     }
     for (SMDiagnostic& diagnostic : joined.diagnostics)
         if (diagnostic.file == OutputPath(arguments.out)) diagnostic.file = NameOfOutput(arguments.out);
     PrintDiagnostics(stderr, joined.diagnostics, true);
-    return StatusOf(joined);
+    return Worse(status, StatusOf(joined));
 }
 
 }  // namespace
@@ -41,6 +43,7 @@ void AddJoin(CLI::App& app, int& status) {
         ->required();
     command->add_option("-o,--output", arguments->out, "Where to write; - is standard output")->type_name("OUT")->capture_default_str();
     command->add_flag("--indent", arguments->indent, "Lay the document out for people");
+    AddLossOption(*command, *arguments);
     command->footer(
         "Nothing is written when one of the files cannot be read. Files outside the directory of MAIN are never opened. Notes tell\n"
         "what the files did not bring back.");

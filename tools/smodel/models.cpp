@@ -5,6 +5,8 @@
 #include "tools/smodel/interrupt.h"
 #include "tools/smodel/terminal.h"
 
+#include <CLI/CLI.hpp>
+
 using namespace schema_002_000;
 
 std::string InputPath(const std::string& given) {
@@ -28,16 +30,50 @@ SMLoadOptions LoadOptionsFor(const std::string& given) {
     return options;
 }
 
+namespace {
+
+template <class Load>
+auto Read(const std::string& given, Load load) {
+    const LeaveAtOnce nothingToTidyUp;
+    ProgressLine line("reading " + given);
+    SMLoadOptions options = LoadOptionsFor(given);
+    options.control = line.Control();
+    return load(InputPath(given), options);
+}
+
+}  // namespace
+
 SMLoadResult ReadModel(const std::string& given, bool quiet) {
-    SMLoadResult result;
-    {
-        const LeaveAtOnce nothingToTidyUp;
-        ProgressLine line("reading " + given);
-        SMLoadOptions options = LoadOptionsFor(given);
-        options.control = line.Control();
-        result = SMLoadModel(InputPath(given), options);
-    }
+    SMLoadResult result = Read(given, SMLoadModel);
     if (!quiet || !result.IsDone()) PrintDiagnostics(stderr, result.diagnostics, true);
+    return result;
+}
+
+void AddLossOption(CLI::App& command, LossArguments& arguments) {
+    command.add_flag("--accept-loss", arguments.acceptLoss, "Write even if content of the document is lost; it is listed all the same");
+}
+
+SMAccountedResult ReadModelAccounted(const std::string& given) {
+    SMAccountedResult result = Read(given, SMLoadModelAccounted);
+    if (!result.IsDone()) PrintDiagnostics(stderr, result.diagnostics, true);
+    return result;
+}
+
+SMAccountedResult ReadModelToWrite(const std::string& given, const LossArguments& arguments, int& status) {
+    SMAccountedResult result = ReadModelAccounted(given);
+    status = StatusOf(result);
+    if (!result.IsDone()) return result;
+    PrintDiagnostics(stderr, result.diagnostics, true);
+    std::vector<SMDiagnostic> losses;
+    for (const SMLoss& loss : result.losses) losses.push_back(SMDiagnosticOf(loss));
+    PrintDiagnostics(stderr, losses, false);
+    if (losses.empty()) return result;
+    status = Worse(status, STATUS_FINDINGS);
+    if (arguments.acceptLoss) return result;
+    Complain("nothing was written, since " + Counted(losses.size(), "piece") +
+             " of content would be lost; mend what is told above, or give --accept-loss");
+    result.project = nullptr;
+    status = STATUS_LOSS;
     return result;
 }
 

@@ -3,8 +3,13 @@
 #include <functional>
 #include <string>
 
+#include "objects/face/smaccounting_002_000.h"
 #include "objects/face/smmodeldocument_002_000.h"
 #include "tools/smodel/status.h"
+
+namespace CLI {
+class App;
+}
 
 /** The path that the library gets for what the user gave: "-" is standard input, or output. */
 std::string InputPath(const std::string& given);
@@ -17,6 +22,21 @@ schema_002_000::SMLoadOptions LoadOptionsFor(const std::string& given);
 
 /** Reads a model while progress is shown. What the reading found is not printed when `quiet`; why it failed always is. */
 schema_002_000::SMLoadResult ReadModel(const std::string& given, bool quiet = false);
+
+/** What a command needs to know that writes a model which it has read. */
+struct LossArguments {
+    bool acceptLoss = false;
+};
+void AddLossOption(CLI::App& command, LossArguments& arguments);
+
+/** Reads a model, with an account of what it keeps, while progress is shown; prints nothing but why that failed. */
+schema_002_000::SMAccountedResult ReadModelAccounted(const std::string& given);
+
+/**
+ * Reads a model that is to be written. What the reading found is printed, and so is the content that would be lost; unless that is
+ * accepted, there is no project then. `status` tells how it ended.
+ */
+schema_002_000::SMAccountedResult ReadModelToWrite(const std::string& given, const LossArguments& arguments, int& status);
 
 /** Writes a model while progress is shown; prints what went wrong. */
 schema_002_000::SMSaveResult SaveModel(const schema_002_000::SMProject2& project, const std::string& given, bool indent = false);

@@ -14,7 +14,7 @@ namespace {
 
 using schema_002_000::SMNamespaceRename;
 
-struct Arguments {
+struct Arguments : LossArguments {
     std::string in, out;
     std::vector<std::string> renames;
 };
@@ -45,8 +45,9 @@ int Rename(const Arguments& arguments, const std::vector<std::string>& words) {
             throw CLI::ValidationError("OLD=NEW", "a name cannot begin with a bracket when the other one ends with one");
         renames.push_back(Parse(argument));
     }
-    const schema_002_000::SMLoadResult loaded = ReadModel(arguments.in);
-    if (!loaded.IsDone()) return StatusOf(loaded);
+    int status = STATUS_CLEAN;
+    const schema_002_000::SMAccountedResult loaded = ReadModelToWrite(arguments.in, arguments, status);
+    if (!loaded.project) return status;
     schema_002_000::SMResult renamed;
     {
         ProgressLine line("renaming");
@@ -58,7 +59,7 @@ int Rename(const Arguments& arguments, const std::vector<std::string>& words) {
     }
     const schema_002_000::SMSaveResult saved = SaveModel(*loaded.project, arguments.out);
     if (saved.IsDone()) PrintDiagnostics(stderr, renamed.diagnostics, false);
-    return Worse(Worse(StatusOf(loaded), StatusOf(renamed)), StatusOf(saved));
+    return Worse(Worse(status, StatusOf(renamed)), StatusOf(saved));
 }
 
 }  // namespace
@@ -70,6 +71,7 @@ void AddRename(CLI::App& app, int& status, const std::vector<std::string>& words
     command->add_option("OLD=NEW", arguments->renames, "Old and new name of a namespace; \\= stands for an equals sign in a name")
         ->required();
     command->add_option("-o,--output", arguments->out, "Where to write; - is standard output")->type_name("OUT")->required();
+    AddLossOption(*command, *arguments);
     command->footer("The texts that still use an old name afterwards are listed: references of two parts are not renamed.");
     command->callback([arguments, &status, &words] { status = Rename(*arguments, words); });
 }

@@ -14,7 +14,7 @@
 
 namespace {
 
-struct Arguments : RepositoryArguments {
+struct Arguments : RepositoryArguments, LossArguments {
     std::string model, message, base;
     std::string author = LoginName();
 };
@@ -41,8 +41,9 @@ class NewFile {
 };
 
 int Put(const Arguments& arguments) {
-    const schema_002_000::SMLoadResult loaded = ReadModel(arguments.model);
-    if (!loaded.IsDone()) return StatusOf(loaded);
+    int readStatus = STATUS_CLEAN;
+    const schema_002_000::SMAccountedResult loaded = ReadModelToWrite(arguments.model, arguments, readStatus);
+    if (!loaded.project) return readStatus;
     NewFile file(arguments.repository);
     SMRepository repository(arguments.repository, SMRepository::createIfAbsent);
     const std::unique_ptr<SMRepositoryHelper> context =
@@ -50,7 +51,7 @@ int Put(const Arguments& arguments) {
     if (!arguments.base.empty()) context->ReadAt(RevisionAt(repository, context->ProjectNumber(), arguments.base).number);
     const int status = PutModel(repository, *context, *loaded.project, arguments.author, arguments.message);
     if (!repository.Projects().empty()) file.Keep();
-    return Worse(StatusOf(loaded), status);
+    return Worse(readStatus, status);
 }
 
 }  // namespace
@@ -63,6 +64,7 @@ void AddRepoPut(CLI::App& repo, int& status) {
     put->add_option("-m,--message", arguments->message, "Why; stands with the revision")->type_name("MESSAGE");
     put->add_option("--author", arguments->author, "Who; by default the login name")->type_name("NAME");
     put->add_option("--base", arguments->base, "The revision that the model was made from; by default the newest")->type_name("REV");
+    AddLossOption(*put, *arguments);
     put->footer(
         "Prints the revision and how many objects it changes. When the repository has moved on since the base, nothing is written, the\n"
         "objects that were changed by both are listed, and the exit status is 4.");

@@ -12,15 +12,16 @@
 
 namespace {
 
-struct Arguments {
+struct Arguments : LossArguments {
     std::string in, directory;
     std::vector<std::string> by = {"namespace", "package"};
     schema_002_000::SMSplitOptions options;
 };
 
 int Split(const Arguments& arguments) {
-    const schema_002_000::SMLoadResult loaded = ReadModel(arguments.in);
-    if (!loaded.IsDone()) return StatusOf(loaded);
+    int status = STATUS_CLEAN;
+    const schema_002_000::SMAccountedResult loaded = ReadModelToWrite(arguments.in, arguments, status);
+    if (!loaded.project) return status;
     schema_002_000::SMSplitOptions options = arguments.options;
     const auto has = [&](const char* kind) { return std::find(arguments.by.begin(), arguments.by.end(), kind) != arguments.by.end(); };
     options.namespaces = has("namespace");
@@ -33,7 +34,7 @@ int Split(const Arguments& arguments) {
     }
     PrintDiagnostics(stderr, split.diagnostics, true);
     for (const std::string& name : split.changed) Print(Printable(arguments.directory + "/" + name) + "\n");
-    return Worse(StatusOf(loaded), StatusOf(split));
+    return Worse(status, StatusOf(split));
 }
 
 }  // namespace
@@ -51,6 +52,7 @@ void AddSplit(CLI::App& app, int& status) {
         ->type_name("KIND,...")
         ->capture_default_str();
     command->add_option("--main", arguments->options.mainName, "The name of the main document")->type_name("NAME")->capture_default_str();
+    AddLossOption(*command, *arguments);
     command->footer(
         "Prints the files that are new or have changed; those that hold the same already are not touched. Notes tell what the\n"
         "files do not bring back.");

@@ -19,7 +19,7 @@ constexpr SMCodeInfo CODES[] = {
     {qv::code::ATTRIBUTE_NOT_KEPT, error, "an attribute is not kept",
      "The model has no place for this attribute, or for its value, so a document written from the model would lack it. Take it out, or "
      "correct it; commands that write take --accept-loss to go on without it.",
-     "model.xml:12:16: error[SM1002] colour=\"...\" of <queryItem> in [sales].[products].[name] is not kept (12 bytes)"},
+     "model.xml:12:16: error[SM1002] the attribute colour of <queryItem> in [sales].[products].[name] is not kept (12 bytes)"},
     {qv::code::TEXT_NOT_KEPT, error, "a text is not kept",
      "The model has no place for text here, or cannot hold this value, so a document written from the model would lack it or hold "
      "another one. Take it out, or correct it; commands that write take --accept-loss to go on without it.",

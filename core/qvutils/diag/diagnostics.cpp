@@ -1,12 +1,12 @@
 #include "core/qvutils/diag/diagnostics.h"
 
+#include "core/qvutils/diag/heldobjects.h"
 #include "core/qvutils/diag/place.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/persist/ioobject.h"
 
 #include <atomic>
 #include <cstdio>
-#include <unordered_set>
 #include <utility>
 
 namespace {
@@ -47,19 +47,6 @@ class DroppingSink : public SMLogSink {
     void Take(const QvLogEvent&, const SMSourceContext*) override {}
 };
 
-/** The path of an object that may be half built: what asking for it logs is dropped, and a failure leaves the path empty. */
-std::string PathOf(const IOObject& object) {
-    DroppingSink quiet;
-    const SMLogScope scope(quiet);
-    try {
-        I18NString path;
-        object.getPath(path);
-        return std::string(path.utf8());
-    } catch (const std::exception&) {
-        return {};
-    }
-}
-
 const char* WordOf(SMSeverity severity) {
     switch (severity) {
     case SMSeverity::error: return "error";
@@ -70,6 +57,18 @@ const char* WordOf(SMSeverity severity) {
 }
 
 }  // namespace
+
+std::string qv::QuietPathOf(const IOObject& object) {
+    DroppingSink quiet;
+    const SMLogScope scope(quiet);
+    try {
+        I18NString path;
+        object.getPath(path);
+        return std::string(path.utf8());
+    } catch (const std::exception&) {
+        return {};
+    }
+}
 
 SMLogScope::SMLogScope(SMLogSink& sink) : m_outer(std::exchange(t_sink, &sink)) {}
 SMLogScope::~SMLogScope() {
@@ -117,21 +116,7 @@ struct SMDiagnosticCollector::Entry {
     QvSmartPtr<IOObject> object;
 };
 
-/**
- * Objects are held together with their ancestors, which a path is made of: a parse that fails lets go of all it has built
- * before the paths are asked for.
- */
-struct SMDiagnosticCollector::Held {
-    std::unordered_set<const IOObject*> known;
-    QvSmartVector<IOObject> objects;
-
-    QvSmartPtr<IOObject> Hold(const IOObject* object) {
-        if (!object || object->getReferenceCount() == 0) return nullptr;  // nobody shares it, so its end cannot be put off
-        for (const IOObject* at = object; at && at->getReferenceCount() > 0 && known.insert(at).second; at = at->parent)
-            objects.emplace_back(const_cast<IOObject*>(at));
-        return const_cast<IOObject*>(object);
-    }
-};
+struct SMDiagnosticCollector::Held : qv::HeldObjects {};
 
 SMDiagnosticCollector::SMDiagnosticCollector() : m_held(std::make_unique<Held>()) {}
 SMDiagnosticCollector::~SMDiagnosticCollector() = default;
@@ -158,7 +143,7 @@ std::vector<SMDiagnostic> SMDiagnosticCollector::Finish() {
     std::vector<SMDiagnostic> diagnostics;
     diagnostics.reserve(m_entries.size());
     for (Entry& entry : m_entries) {
-        if (entry.object) entry.diagnostic.objectPath = PathOf(*entry.object);
+        if (entry.object) entry.diagnostic.objectPath = qv::QuietPathOf(*entry.object);
         diagnostics.push_back(std::move(entry.diagnostic));
     }
     m_entries.clear();

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "core/qvutils/content/contenthasher.h"
+#include "core/qvutils/content/contentsink.h"
+
+namespace qv {
+
+/**
+ * Tells whether two documents hold the same elements, in an amount of memory that does not depend on their size: the digests of all
+ * elements of one are added, those of the other taken away, each in one of many sums that its bits choose. What differs leaves its
+ * sum other than zero.
+ */
+class ContentSums {
+  public:
+    void Add(std::uint64_t digest) { m_sums[digest % SUMS] += digest; }
+    void Take(std::uint64_t digest) { m_sums[digest % SUMS] -= digest; }
+    /** Whether elements with this digest are (but for rare chance, that lets it be false) as many in both documents. */
+    bool IsBalanced(std::uint64_t digest) const { return m_sums[digest % SUMS] == 0; }
+    bool AreBalanced() const {
+        return std::all_of(m_sums.begin(), m_sums.end(), [](std::uint64_t sum) { return sum == 0; });
+    }
+
+  private:
+    static constexpr std::size_t SUMS = std::size_t{1} << 16;
+    std::vector<std::uint64_t> m_sums = std::vector<std::uint64_t>(SUMS);
+};
+
+/** Adds the elements of a document to sums, or takes them away. */
+class SummingSink final : public ContentSink {
+  public:
+    enum class Way { add, take };
+    /** `sums` is borrowed. */
+    SummingSink(ContentSums& sums, Way way) : m_sums(sums), m_way(way) {}
+
+    void Start(std::string_view name) override { m_hasher.Start(name); }
+    void Attribute(std::string_view name, std::string_view value) override { m_hasher.Attribute(name, value); }
+    void Forget(std::string_view name, std::string_view value) override { m_hasher.Forget(name, value); }
+    void Text(std::string_view text) override { m_hasher.Text(text); }
+    void End() override {
+        const auto digest = m_hasher.End();
+        if (!digest) return;
+        if (m_way == Way::add)
+            m_sums.Add(*digest);
+        else
+            m_sums.Take(*digest);
+    }
+    void StartPart() override { m_hasher.StartPart(); }
+    /** What a broken part has added stays: the document is not whole anyhow, and its places are looked for. */
+    void EndPart(bool isWhole) override { m_hasher.EndPart(isWhole); }
+
+  private:
+    ContentSums& m_sums;
+    Way m_way;
+    ContentHasher m_hasher;
+};
+
+}  // namespace qv

@@ -1,0 +1,80 @@
+#include "core/qvutils/content/sourcebytes.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include <sys/mman.h>
+#include <sys/stat.h>
+
+#include "core/qvutils/xml/documentsource.h"
+
+#include <unicode/ucnv.h>
+#include <unicode/unistr.h>
+
+namespace qv {
+namespace {
+
+/** The encoding that the XML declaration names; its characters are ASCII in each encoding that is not known by its first bytes. */
+std::string DeclaredName(std::string_view document) {
+    const std::string_view head = document.substr(0, std::min(document.find("?>"), std::size_t{256}));
+    const std::size_t at = head.find("encoding");
+    const std::size_t open = at == std::string_view::npos ? at : head.find_first_of("\"'", at);
+    if (open == std::string_view::npos) return "UTF-8";
+    const std::size_t close = head.find(head[open], open + 1);
+    return std::string(head.substr(open + 1, close == std::string_view::npos ? close : close - open - 1));
+}
+
+std::string EncodingOf(std::string_view document) {
+    int32_t mark = 0;
+    UErrorCode error = U_ZERO_ERROR;
+    const char* const named =
+        ucnv_detectUnicodeSignature(document.data(), static_cast<int32_t>(std::min<std::size_t>(document.size(), 8)), &mark, &error);
+    if (U_SUCCESS(error) && named) return named;
+    if (document.starts_with(std::string_view("<\0?", 3))) return "UTF-16LE";
+    if (document.starts_with(std::string_view("\0<\0?", 4))) return "UTF-16BE";
+    return DeclaredName(document);
+}
+
+}  // namespace
+
+std::string Utf8OfDocument(std::string_view document) {
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<UConverter, void (*)(UConverter*)> from(ucnv_open(EncodingOf(document).c_str(), &error), ucnv_close);
+    if (U_FAILURE(error)) return {};
+    std::string out;
+    std::vector<UChar> units(std::size_t{16} << 10);
+    const char* at = document.data();
+    const char* const end = at + document.size();
+    char16_t high = 0;
+    do {
+        UChar* to = units.data() + (high ? 1 : 0);
+        if (high) units[0] = high;
+        error = U_ZERO_ERROR;
+        ucnv_toUnicode(from.get(), &to, units.data() + units.size(), &at, end, nullptr, true, &error);
+        auto count = static_cast<int32_t>(to - units.data());
+        high = count > 0 && error == U_BUFFER_OVERFLOW_ERROR && U16_IS_LEAD(units[static_cast<std::size_t>(count - 1)]) ? to[-1] : 0;
+        if (high) --count;
+        icu::UnicodeString(false, units.data(), count).toUTF8String(out);
+    } while (error == U_BUFFER_OVERFLOW_ERROR);
+    return out;
+}
+
+SourceBytes::SourceBytes(int descriptor) {
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0 || status.st_size <= 0) return;
+    m_size = static_cast<std::size_t>(status.st_size);
+    void* const mapped = ::mmap(nullptr, m_size, PROT_READ, MAP_PRIVATE, descriptor, 0);
+    if (mapped == MAP_FAILED) return;
+    m_mapped = mapped;
+    m_utf8 = {static_cast<const char*>(mapped), m_size};
+    if (LookAtProlog(m_utf8).isUtf8) return;
+    m_converted = Utf8OfDocument(m_utf8);
+    m_utf8 = m_converted;
+}
+
+SourceBytes::~SourceBytes() {
+    if (m_mapped) ::munmap(m_mapped, m_size);
+}
+
+}  // namespace qv

@@ -1,0 +1,302 @@
+#include "objects/face/smreading_002_000.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <map>
+#include <memory>
+#include <optional>
+#include <unordered_set>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "core/qvutils/content/contentsource.h"
+#include "core/qvutils/content/sourcebytes.h"
+#include "core/qvutils/content/sourceplaces.h"
+#include "core/qvutils/diag/tklerrors.h"
+#include "core/qvutils/xml/documentsource.h"
+#include "objects/face/smguard_002_000.h"
+#include "objects/project/smprojectdocument_002_000.h"
+
+namespace schema_002_000 {
+
+namespace {
+
+constexpr std::size_t ELEMENTS_PER_TICK = 4'096;
+
+/** Which objects owe their date to the document. */
+class DateWatch {
+  public:
+    /** At the end of an element that told the date of an object. */
+    void Note(const IOObject* object) {
+        if (object && IsOfNow(*object)) m_dated.insert(object);
+    }
+    /**
+     * Reading a description dates its object, and the document may have no date to set it right. Such an object has none: so a document
+     * tells the same whenever it is read.
+     */
+    void Undate(const SMProject2& project) const {
+        for (SMObjectBase* const object : project.GetAllObjects().GetObjects())
+            if (object && IsOfNow(*object) && m_dated.count(object) == 0) object->SetLastChangedDate(QvDate(false));
+    }
+
+  private:
+    bool IsOfNow(const IOObject& object) const {
+        const QvDate& date = object.GetLastChangedDate();
+        return date.IsSet() && Fields(date) >= m_start;
+    }
+    static std::array<int, 6> Fields(const QvDate& date) {
+        return {date.Year(), date.Month(), date.Day(), date.Hour(), date.Minute(), date.Second()};
+    }
+
+    std::array<int, 6> m_start = Fields(QvDate(true));
+    /** Those that the document dates at the time of its reading or later: mostly none. */
+    std::unordered_set<const IOObject*> m_dated;
+};
+
+/** Builds the project, and looks at its caller's wishes at each element. */
+class WatchedBuilder : public SMProjectBuilder {
+  public:
+    WatchedBuilder(SMProject2* project, const SMControl& control)
+        : SMProjectBuilder(project), m_ticker(control, SMProgress::elements, ELEMENTS_PER_TICK) {}
+
+    void startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) override {
+        if (m_ticker.Done() == 0 && localName != "project") FailAtRoot(qName);
+        m_ticker.Add(1);
+        SMProjectBuilder::startElement(uri, localName, qName, attrs);
+    }
+    void endElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) override {
+        SMProjectBuilder::endElement(uri, localName, qName);
+        if (localName == m_tags->lastChanged) m_dates.Note(InnermostObject());
+    }
+    /** For an element of a separate file. */
+    void Watch() { m_ticker.Add(1); }
+    const DateWatch& Dates() const { return m_dates; }
+
+  private:
+    [[noreturn]] static void FailAtRoot(const I18NString& name) {
+        const SMSourceContext at = SMSourceFrame::Innermost()->Describe();
+        throw TklRuntimeError("no model document: the root element is <" + std::string(name.utf8()) + ">, not <project>",
+                              std::string(at.file), at.line, at.column);
+    }
+
+    SMTicker m_ticker;
+    DateWatch m_dates;
+};
+
+/** Dates that separate files tell are not watched. */
+bool HasSeparateFiles(const SMProject2& project) {
+    const SMEnum_xmltag* const tags = SMEnum_xmltag::GetInstance();
+    return project.m_partFiles.ReadCount(tags->namespace_) + project.m_partFiles.ReadCount(tags->package) > 0;
+}
+
+/** Tells a sink what the builder gets. */
+class ContentTee final : public QvContentHandler, public SMObjectLocator {
+  public:
+    ContentTee(qv::ContentSource& source, SMProjectBuilder& builder) : m_source(source), m_builder(builder) {}
+
+    void startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) override {
+        m_source.Start(localName, attrs);
+        m_builder.startElement(uri, localName, qName, attrs);
+    }
+    void endElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) override {
+        m_source.End();
+        m_builder.endElement(uri, localName, qName);
+    }
+    void characters(const I18NString& text) override {
+        m_source.Text(text);
+        m_builder.characters(text);
+    }
+    void ignorableWhitespace(const I18NString& text) override { m_builder.ignorableWhitespace(text); }
+    void processingInstruction(const I18NString& target, const I18NString& data) override { m_builder.processingInstruction(target, data); }
+    void startDocument() override { m_builder.startDocument(); }
+    void endDocument() override { m_builder.endDocument(); }
+    void startPrefixMapping(const I18NString& prefix, const I18NString& uri) override { m_builder.startPrefixMapping(prefix, uri); }
+    void endPrefixMapping(const I18NString& prefix) override { m_builder.endPrefixMapping(prefix); }
+    void skippedEntity(const I18NString& name) override { m_builder.skippedEntity(name); }
+
+    const IOObject* InnermostObject() const override { return m_builder.InnermostObject(); }
+
+  private:
+    qv::ContentSource& m_source;
+    SMProjectBuilder& m_builder;
+};
+
+std::string DirectoryOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? std::string() : path.substr(0, std::max<std::size_t>(slash, 1));
+}
+
+/** What a watcher raised inside a separate file comes out as it was. */
+void ParseAll(const std::function<void()>& parse) {
+    try {
+        parse();
+    } catch (const SMReadEnded& ended) {
+        if (ended.why) std::rethrow_exception(ended.why);
+        throw;
+    }
+}
+
+[[noreturn]] void FailToSpool(const std::string& path) {
+    throw TklRuntimeError(std::string("cannot keep what comes from it: ") + std::strerror(errno), path);
+}
+
+qv::Descriptor NamelessFile(const std::string& path) {
+    const char* const wanted = std::getenv("TMPDIR");
+    std::string name = std::string(wanted && *wanted ? wanted : "/tmp") + "/smodelXXXXXX";
+    qv::Descriptor file(::mkostemp(name.data(), O_CLOEXEC));
+    if (!file) FailToSpool(path);
+    ::unlink(name.c_str());
+    return file;
+}
+
+/** Whether bytes can belong to no document: these come from a device that never ends. */
+bool IsNoText(std::string_view block) {
+    return block.find(std::string_view("\0\0\0\0", 4)) != std::string_view::npos;
+}
+
+}  // namespace
+
+SMModelInput::SMModelInput(std::string path, const SMLoadOptions& options, std::string directory)
+    : m_path(std::move(path)),
+      m_name(options.name.empty() ? m_path : options.name),
+      m_directory(options.baseDirectory.empty() ? std::move(directory) : options.baseDirectory) {}
+
+SMModelInput SMModelInput::File(const std::string& path, const SMLoadOptions& options) {
+    return SMModelInput(path, options, DirectoryOf(path));
+}
+
+SMModelInput SMModelInput::Bytes(std::string_view document, const SMLoadOptions& options) {
+    SMModelInput input(options.name, options, std::string());
+    input.m_isBytes = true;
+    input.m_bytes = document;
+    return input;
+}
+
+void SMModelInput::Parse(QvSAX2Parser& parser) const {
+    if (m_isBytes) {
+        parser.setSourceName(I18NString(std::string_view(m_path)));
+        parser.parse(m_bytes.data(), m_bytes.size());
+    } else if (m_spooled) {
+        if (::lseek(m_spooled.Get(), 0, SEEK_SET) < 0) FailToSpool(m_path);
+        parser.parseOpenFile(m_spooled.Get(), I18NString(std::string_view(m_path)));
+    } else {
+        parser.parse(I18NString(std::string_view(m_path)));
+    }
+}
+
+void SMModelInput::MakeRepeatable() {
+    struct stat status {};
+    if (m_isBytes || ::stat(m_path.c_str(), &status) != 0 || S_ISREG(status.st_mode) || S_ISDIR(status.st_mode)) return;
+    qv::FileSource source(m_path);
+    qv::Descriptor file = NamelessFile(m_path);
+    for (std::string_view block = source.NextBlock(); !block.empty(); block = source.NextBlock()) {
+        const bool isLast = IsNoText(block);
+        for (std::string_view rest = block; !rest.empty();) {
+            const ssize_t count = ::write(file.Get(), rest.data(), rest.size());
+            if (count < 0 && errno != EINTR) FailToSpool(m_path);
+            if (count > 0) rest.remove_prefix(static_cast<std::size_t>(count));
+        }
+        if (isLast) break;
+    }
+    m_spooled = std::move(file);
+}
+
+void SMModelInput::ForText(const std::function<void(std::string_view)>& look) const {
+    if (m_isBytes) return look(qv::LookAtProlog(m_bytes).isUtf8 ? m_bytes : std::string_view(qv::Utf8OfDocument(m_bytes)));
+    qv::Descriptor opened;
+    struct stat status {};
+    if (!m_spooled && ::stat(m_path.c_str(), &status) == 0 && S_ISREG(status.st_mode))
+        opened = qv::Descriptor(::open(m_path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (m_spooled || opened) look(qv::SourceBytes(m_spooled ? m_spooled.Get() : opened.Get()).Utf8());
+}
+
+std::string SMModelInput::Stamp() const {
+    struct stat status {};
+    if (m_isBytes || m_spooled || ::stat(m_path.c_str(), &status) != 0) return {};
+    std::string stamp;
+    for (const long long part :
+         {static_cast<long long>(status.st_dev), static_cast<long long>(status.st_ino), static_cast<long long>(status.st_size),
+          static_cast<long long>(status.st_mtim.tv_sec), static_cast<long long>(status.st_mtim.tv_nsec)})
+        stamp += std::to_string(part) + " ";
+    return stamp;
+}
+
+SMLoadResult SMReading::Load(qv::ContentSink* sink) {
+    SMLoadResult result;
+    QvSmartPtr<SMProject2> project;
+    SMRunGuarded(result, [&] {
+        project = new SMProject2;
+        const std::string& directory = m_input.Directory();
+        project->m_baseDirectory = I18NString(std::string_view(directory));
+        WatchedBuilder builder(project, m_options.control);
+        std::optional<qv::ContentSource> source;
+        if (sink) source.emplace(*sink);
+        SMPartFiles& files = project->m_partFiles;
+        files.SetRoot(directory.empty() ? "." : directory);
+        files.SetLimits(m_options.limits);
+        files.SetWatch([&] { builder.Watch(); });
+        files.SetContentSource(source ? &*source : nullptr);
+        QvSAX2Parser parser;
+        parser.setLimits(m_options.limits);
+        std::optional<ContentTee> tee;
+        if (source) tee.emplace(*source, builder);
+        parser.setContentHandler(tee ? static_cast<QvContentHandler*>(&*tee) : &builder);
+        ParseAll([&] { m_input.Parse(parser); });
+        files.SetWatch(nullptr);
+        files.SetContentSource(nullptr);
+        if (!HasSeparateFiles(*project)) builder.Dates().Undate(*project);
+        return true;
+    });
+    if (result.IsDone()) result.project = project;
+    return result;
+}
+
+SMLoadResult SMReading::Read() {
+    SMLoadResult result = Load(nullptr);
+    Finish(result);
+    return result;
+}
+
+SMLoadResult SMReading::ReadContent(qv::ContentSink& sink) {
+    return Load(&sink);
+}
+
+void SMReading::Answer(const SMProject2& project, std::vector<Question>& questions) const {
+    std::map<std::string, std::vector<std::size_t>> byFile;
+    for (std::size_t i = 0; i < questions.size(); ++i) byFile[questions[i].file].push_back(i);
+    for (const auto& [file, indexes] : byFile) {
+        std::vector<qv::PlaceQuestion> asked;
+        for (const std::size_t i : indexes) asked.push_back(questions[i].place);
+        const auto look = [&](std::string_view text) { qv::AnswerPlaces(text, asked); };
+        if (file == m_input.Path())
+            m_input.ForText(look);
+        else if (const qv::Descriptor part = project.m_partFiles.Open(file))
+            look(qv::SourceBytes(part.Get()).Utf8());
+        for (std::size_t i = 0; i < indexes.size(); ++i) questions[indexes[i]].place = asked[i];
+    }
+}
+
+void SMReading::Finish(SMLoadResult& result) const {
+    if (result.IsDone()) {
+        std::vector<Question> questions;
+        for (const SMDiagnostic& found : result.diagnostics)
+            questions.push_back({found.file, {qv::PlaceQuestion::What::event, found.line, found.column, {}, found.line, found.column}});
+        const bool isPlaced = std::any_of(questions.begin(), questions.end(), [](const Question& asked) { return asked.place.line > 0; });
+        if (isPlaced) Answer(*result.project, questions);
+        for (std::size_t i = 0; isPlaced && i < questions.size(); ++i) {
+            result.diagnostics[i].line = questions[i].place.startLine;
+            result.diagnostics[i].column = questions[i].place.startColumn;
+        }
+    }
+    for (SMDiagnostic& found : result.diagnostics)
+        if (found.file == m_input.Path()) found.file = m_input.Name();
+}
+
+}  // namespace schema_002_000

@@ -1,0 +1,69 @@
+#include "core/qvutils/content/sourceplaces.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+using What = qv::PlaceQuestion::What;
+
+namespace {
+
+struct Answer {
+    long line, column;
+    std::size_t bytes;
+    bool operator==(const Answer&) const = default;
+};
+
+void PrintTo(const Answer& answer, std::ostream* out) {
+    *out << answer.line << ":" << answer.column << " (" << answer.bytes << ")";
+}
+
+Answer Ask(const std::string& document, What what, long line, long column, const std::string& name = {}) {
+    std::vector<qv::PlaceQuestion> questions{{what, line, column, name}};
+    qv::AnswerPlaces(document, questions);
+    return {questions[0].startLine, questions[0].startColumn, questions[0].bytes};
+}
+
+}  // namespace
+
+TEST(SourcePlaces, FindTheFirstCharacterOfAnElement) {
+    EXPECT_EQ(Ask("<a>\n  <b c='>'\n d=\"'\">x</b></a>", What::element, 3, 8), (Answer{2, 3, 23}));
+    EXPECT_EQ(Ask("<a><b/></a>", What::element, 1, 8), (Answer{1, 4, 4}));
+    EXPECT_EQ(Ask("<?xml version='1.0'?><!-- <a> --><a></a>", What::element, 1, 37), (Answer{1, 34, 7}));
+}
+
+TEST(SourcePlaces, FindAnAttributeByItsName) {
+    EXPECT_EQ(Ask("<a bc='1' b = \"2>\"/>", What::attribute, 1, 21, "b"), (Answer{1, 11, 8}));
+    EXPECT_EQ(Ask("<a\n\tb='1'\n\tcd='2'>", What::attribute, 3, 9, "cd"), (Answer{3, 2, 6}));
+}
+
+TEST(SourcePlaces, FindTheFirstCharacterOfAText) {
+    EXPECT_EQ(Ask("<a>\n  x y \n</a>", What::text, 1, 4), (Answer{2, 3, 3}));
+    EXPECT_EQ(Ask("<a><b/><!-- - --> z</a>", What::text, 1, 8), (Answer{1, 19, 1}));
+    EXPECT_EQ(Ask("<a><![CDATA[ <b> ]]></a>", What::text, 1, 4), (Answer{1, 14, 3}));
+    EXPECT_EQ(Ask("<a>  </a>", What::text, 1, 4), (Answer{1, 4, 0}));
+}
+
+TEST(SourcePlaces, TakeTheTextOfASimpleElementForAnEventAtItsEnd) {
+    EXPECT_EQ(Ask("<a><b> x</b></a>", What::event, 1, 13), (Answer{1, 8, 9}));
+    EXPECT_EQ(Ask("<a><b> x</b></a>", What::event, 1, 17), (Answer{1, 1, 16}));
+    EXPECT_EQ(Ask("<a><b> x</b></a>", What::event, 1, 7), (Answer{1, 4, 9}));
+}
+
+TEST(SourcePlaces, CountUnitsOfUtf16AndEveryKindOfLineEnd) {
+    EXPECT_EQ(Ask("<a>\xF0\x9F\x98\x80\xC3\xA9<b/></a>", What::element, 1, 11), (Answer{1, 7, 4}));
+    EXPECT_EQ(Ask("<a>\r\n\r<b/></a>", What::element, 3, 5), (Answer{3, 1, 4}));
+    EXPECT_EQ(Ask("\xEF\xBB\xBF<a/>", What::element, 1, 5), (Answer{1, 1, 4}));
+}
+
+TEST(SourcePlaces, PutWhatAnEntityHoldsWhereTheReferenceStands) {
+    const std::string document = "<!DOCTYPE a [<!ENTITY e '<b>]></b>'><!-- ' -->]>\n<a>x &e;</a>";
+    EXPECT_EQ(Ask(document, What::element, 2, 9), (Answer{2, 6, 3}));
+}
+
+TEST(SourcePlaces, LeaveAPlaceAsItIsWhereNothingBegan) {
+    EXPECT_EQ(Ask("<a><b/></a>", What::element, 7, 7), (Answer{7, 7, 0}));
+    EXPECT_EQ(Ask("<a", What::element, 1, 1), (Answer{1, 1, 0}));
+    EXPECT_EQ(Ask("", What::text, 1, 1), (Answer{1, 1, 0}));
+}

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "bench/support/framedocument.h"
+#include "bench/support/itemdocument.h"
 #include "bench/support/measure.h"
 #include "bench/support/subjectdocument.h"
 #include "bench/support/xerces_floor.h"
@@ -15,6 +16,7 @@
 #include "core/qvutils/xml/qvsax2printhandler.h"
 #include "objects/containers/smfolder2_002_000.h"
 #include "objects/containers/smnamespace2_002_000.h"
+#include "objects/face/smaccounting_002_000.h"
 #include "objects/face/smreferences_002_000.h"
 #include "objects/project/smprojectdocument_002_000.h"
 #include "objects/transforms/smrenamelist2_002_000.h"
@@ -83,6 +85,23 @@ void BM_ReadGrowth(benchmark::State& state) {
     bench::Report(state, (large / largeFloor) / (small / smallFloor), 1.10, 1.03);
 }
 BENCHMARK(BM_ReadGrowth)->Iterations(4)->Unit(benchmark::kMillisecond);
+
+/** Reading with an account of what is kept, beside reading alone. */
+void BM_ReadAccounted(benchmark::State& state) {
+    const std::string document = bench::SubjectDocument(static_cast<std::size_t>(state.range(0)) * MB);
+    if (!SMLoadModelBytesAccounted(document).losses.empty()) std::abort();
+    bench::Ratio ratio(state, 1.5, 1.25);
+    ratio.Run([&] { SMLoadModelBytes(document); }, [&] { SMLoadModelBytesAccounted(document); });
+}
+BENCHMARK(BM_ReadAccounted)->Arg(10)->Arg(100)->Iterations(4)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+/** The same for items that have everything. */
+void BM_ReadItemsAccounted(benchmark::State& state) {
+    const std::string document = bench::ItemDocument(static_cast<std::size_t>(state.range(0)) * MB);
+    bench::Ratio ratio(state, 1.5, 1.25);
+    ratio.Run([&] { SMLoadModelBytes(document); }, [&] { SMLoadModelBytesAccounted(document); });
+}
+BENCHMARK(BM_ReadItemsAccounted)->Arg(100)->Iterations(3)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 void BM_Write(benchmark::State& state) {
     const std::string& document = Document(100 * MB);

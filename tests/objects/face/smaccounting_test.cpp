@@ -157,17 +157,19 @@ TEST_P(SMAccountingOf, TellsEachUnknownPieceAndNothingElse) {
                                                                                     : "zz=\""));
 }
 
+std::string NameOf(const testing::TestParamInfo<std::tuple<const char*, Unknown>>& parameter) {
+    const auto [document, what] = parameter.param;
+    std::string name = document;
+    std::replace_if(
+        name.begin(), name.end(), [](char c) { return c == '/' || c == '.'; }, '_');
+    return name + (what == Unknown::element ? "Element" : what == Unknown::attribute ? "Attribute" : "Text");
+}
+
 INSTANTIATE_TEST_SUITE_P(Examples, SMAccountingOf,
                          testing::Combine(testing::Values("minimal.xml", "everything.xml", "foodmart.xml", "tpcds.xml",
                                                           "multifile/single.xml", "multifile/main.xml"),
                                           testing::Values(Unknown::element, Unknown::attribute, Unknown::text)),
-                         [](const auto& parameter) {
-                             std::string name = std::get<0>(parameter.param);
-                             std::replace_if(
-                                 name.begin(), name.end(), [](char c) { return c == '/' || c == '.'; }, '_');
-                             const char* const words[] = {"Element", "Attribute", "Text"};
-                             return name + words[static_cast<int>(std::get<1>(parameter.param))];
-                         });
+                         NameOf);
 
 /** One at a time: exactly one more than in the document as it is. */
 TEST(SMAccounting, TellsOnePieceAtAnyPlaceAsOne) {

@@ -183,9 +183,9 @@ void SMModelInput::Parse(QvSAX2Parser& parser) const {
     if (m_isBytes) {
         parser.setSourceName(I18NString(std::string_view(m_path)));
         parser.parse(m_bytes.data(), m_bytes.size());
-    } else if (m_spooled) {
-        if (::lseek(m_spooled.Get(), 0, SEEK_SET) < 0) FailToSpool(m_path);
-        parser.parseOpenFile(m_spooled.Get(), I18NString(std::string_view(m_path)));
+    } else if (m_file) {
+        if (::lseek(m_file.Get(), static_cast<off_t>(m_start), SEEK_SET) < 0) FailToSpool(m_path);
+        parser.parseOpenFile(m_file.Get(), I18NString(std::string_view(m_path)));
     } else {
         parser.parse(I18NString(std::string_view(m_path)));
     }
@@ -193,7 +193,11 @@ void SMModelInput::Parse(QvSAX2Parser& parser) const {
 
 void SMModelInput::MakeRepeatable() {
     struct stat status {};
-    if (m_isBytes || ::stat(m_path.c_str(), &status) != 0 || S_ISREG(status.st_mode) || S_ISDIR(status.st_mode)) return;
+    if (m_isBytes || ::stat(m_path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) return;
+    if (S_ISREG(status.st_mode)) {
+        if (m_path == "/dev/stdin") ShareStandardInput();
+        return;
+    }
     qv::FileSource source(m_path);
     qv::Descriptor file = NamelessFile(m_path);
     for (std::string_view block = source.NextBlock(); !block.empty(); block = source.NextBlock()) {
@@ -205,21 +209,28 @@ void SMModelInput::MakeRepeatable() {
         }
         if (isLast) break;
     }
-    m_spooled = std::move(file);
+    m_file = std::move(file);
+}
+
+void SMModelInput::ShareStandardInput() {
+    const off_t start = ::lseek(STDIN_FILENO, 0, SEEK_CUR);
+    if (start < 0) FailToSpool(m_path);
+    m_start = static_cast<std::size_t>(start);
+    m_file = qv::Descriptor(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0));
 }
 
 void SMModelInput::ForText(const std::function<void(std::string_view)>& look) const {
     if (m_isBytes) return look(qv::LookAtProlog(m_bytes).isUtf8 ? m_bytes : std::string_view(qv::Utf8OfDocument(m_bytes)));
     qv::Descriptor opened;
     struct stat status {};
-    if (!m_spooled && ::stat(m_path.c_str(), &status) == 0 && S_ISREG(status.st_mode))
+    if (!m_file && ::stat(m_path.c_str(), &status) == 0 && S_ISREG(status.st_mode))
         opened = qv::Descriptor(::open(m_path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (m_spooled || opened) look(qv::SourceBytes(m_spooled ? m_spooled.Get() : opened.Get()).Utf8());
+    if (m_file || opened) look(qv::SourceBytes(m_file ? m_file.Get() : opened.Get(), m_start).Utf8());
 }
 
 std::string SMModelInput::Stamp() const {
     struct stat status {};
-    if (m_isBytes || m_spooled || ::stat(m_path.c_str(), &status) != 0) return {};
+    if (m_isBytes || m_file || ::stat(m_path.c_str(), &status) != 0) return {};
     std::string stamp;
     for (const long long part :
          {static_cast<long long>(status.st_dev), static_cast<long long>(status.st_ino), static_cast<long long>(status.st_size),

@@ -21,7 +21,7 @@ class SMModelInput {
     static SMModelInput Bytes(std::string_view document, const SMLoadOptions& options);
 
     void Parse(QvSAX2Parser& parser) const;
-    /** Puts what can be read only once, like a pipe, into a file without a name, which is read from then on. */
+    /** Puts what can be read only once, like a pipe, into a file without a name; that, or standard input itself, is read from then on. */
     void MakeRepeatable();
     /** Its whole text in UTF-8 for the time of the call; empty when it cannot be read again. */
     void ForText(const std::function<void(std::string_view)>& look) const;
@@ -35,12 +35,15 @@ class SMModelInput {
     const std::string& Directory() const { return m_directory; }
 
   private:
+    void ShareStandardInput();
     SMModelInput(std::string path, const SMLoadOptions& options, std::string directory);
 
     std::string m_path, m_name, m_directory;
     bool m_isBytes = false;
     std::string_view m_bytes;
-    qv::Descriptor m_spooled;
+    /** An open file that is read instead of the path, from `m_start` on. */
+    qv::Descriptor m_file;
+    std::size_t m_start = 0;
 };
 
 /** The read of a whole model. */

@@ -11,8 +11,8 @@ namespace qv {
 /** The whole of a regular file in UTF-8, mapped where it is that already. */
 class SM_API SourceBytes {
   public:
-    /** `descriptor` stays the caller's. What cannot be mapped or converted is empty. */
-    explicit SourceBytes(int descriptor);
+    /** From `start` on. `descriptor` stays the caller's. What cannot be mapped or converted is empty. */
+    explicit SourceBytes(int descriptor, std::size_t start = 0);
     ~SourceBytes();
     SourceBytes(const SourceBytes&) = delete;
     SourceBytes& operator=(const SourceBytes&) = delete;

@@ -177,7 +177,7 @@ TEST_F(SMModelFiles, TellOfPackagesThatAreBasedOnRoles) {
     EXPECT_THAT(LossesOf(split), ElementsAre("role-based-lost"));
     EXPECT_FALSE(split.HasFindings());
     const SMSaveResult joined = Join("parts/main.xml");
-    EXPECT_THAT(Told(joined), HasSubstr("P.qva:2:29: note: That a package is based on roles is not read"));
+    EXPECT_THAT(Told(joined), HasSubstr("P.qva:2:1: note: That a package is based on roles is not read"));
 }
 
 TEST_F(SMModelFiles, HoldOnlyWhatWasAskedFor) {

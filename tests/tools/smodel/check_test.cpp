@@ -18,6 +18,12 @@ using ::testing::StartsWith;
 const std::string CLEAN = ModelDocument(NamespaceElement("Sales") + MapElement("m", "v"));
 const std::string ODD = ModelDocument(NamespaceElement("Sales", "<odd></odd><odd></odd><even></even>"));
 
+std::size_t LinesWith(const std::string& text, const std::string& word) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1)) ++count;
+    return count;
+}
+
 TEST(SmodelCheck, CountsTheObjectsOfACleanModelByKind) {
     const TestDirectory directory;
     const ToolRun run = RunTool({"check", directory.Write("a.xml", CLEAN)});
@@ -26,28 +32,32 @@ TEST(SmodelCheck, CountsTheObjectsOfACleanModelByKind) {
     EXPECT_THAT(run.err, IsEmpty());
 }
 
-TEST(SmodelCheck, PrintsPlaceSeverityMessageAndObject) {
+TEST(SmodelCheck, PrintsPlaceSeverityCodeMessageAndObject) {
     const TestDirectory directory;
     const std::string path = directory.Write("a.xml", ODD);
-    const ToolRun run = RunTool({"check", "--all", path});
+    const ToolRun run = RunTool({"check", path});
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.out, StartsWith(path + ":2:"));
-    EXPECT_THAT(run.out, ContainsRegex(":2:[0-9]+: warning: Unknown tag.* \\[\\[Sales\\]\\]\n"));
+    EXPECT_THAT(run.out, ContainsRegex(":2:[0-9]+: error\\[SM1001\\] <odd> in \\[Sales\\] is not kept \\(11 bytes\\)\n"));
     EXPECT_THAT(run.err, IsEmpty());
+}
+
+TEST(SmodelCheck, TellsEachLossOnce) {
+    const TestDirectory directory;
+    const std::string out = RunTool({"check", directory.Write("a.xml", ODD)}).out;
+    EXPECT_EQ(LinesWith(out, "error[SM1001] <odd>"), 2U);
+    EXPECT_EQ(LinesWith(out, "error[SM1001] <even>"), 1U);
+    EXPECT_EQ(LinesWith(out, "Unknown tag"), 0U);
 }
 
 TEST(SmodelCheck, FoldsRepeatedEventsWithTheirNumber) {
     const TestDirectory directory;
-    const std::string path = directory.Write("a.xml", ODD);
-    const auto lines = [](const std::string& text, const std::string& word) {
-        std::size_t count = 0;
-        for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1)) ++count;
-        return count;
-    };
+    const std::string placeholder = "<smnamespacefile id=\"i\" name=\"n\" filename=\"gone.qvf\" filepath=\"\"></smnamespacefile>";
+    const std::string path = directory.Write("a.xml", ModelDocument(NamespaceElement("Sales", placeholder + placeholder + placeholder)));
     const ToolRun folded = RunTool({"check", path}), all = RunTool({"check", "--all", path});
-    EXPECT_EQ(lines(all.out, "Unknown tag"), 6u);  // start and end of each
-    EXPECT_EQ(lines(folded.out, "Unknown tag"), 1u);
-    EXPECT_THAT(folded.out, HasSubstr(" (6 times)\n"));
+    EXPECT_EQ(LinesWith(all.out, "Error reading SM model from XML"), 3U) << all.out;
+    EXPECT_EQ(LinesWith(folded.out, "Error reading SM model from XML"), 1U);
+    EXPECT_THAT(folded.out, HasSubstr(" (3 times)"));
     EXPECT_THAT(all.out, Not(HasSubstr(" times)")));
 }
 

@@ -27,10 +27,10 @@ TEST(SmodelFmt, WritesTheCanonicalDocument) {
 
 TEST(SmodelFmt, IsAFixedPointOnEachDocument) {
     for (const char* name : {"minimal.xml", "everything.xml", "reader_forms.xml", "foodmart.xml", "tpcds.xml", "multifile/main.xml"}) {
-        ToolRun once = RunTool({"fmt", std::string(SMODEL_SOURCE_DIR "/examples/models/") + name});
+        ToolRun once = RunTool({"fmt", "--accept-loss", std::string(SMODEL_SOURCE_DIR "/examples/models/") + name});
         EXPECT_LE(once.status, 1) << name;
         // intrinsic roles and the lists of a calculation do not come back from a canonical document
-        if (std::string(name) == "reader_forms.xml") once = RunTool({"fmt", "-"}, once.out);
+        if (std::string(name) == "reader_forms.xml") once = RunTool({"fmt", "--accept-loss", "-"}, once.out);
         const ToolRun again = RunTool({"fmt", "-"}, once.out);
         EXPECT_TRUE(again.out == once.out) << name;
     }
@@ -51,10 +51,21 @@ TEST(SmodelFmt, IndentsForPeople) {
     EXPECT_EQ(RunTool({"fmt", "-"}, run.out).out, RunTool({"fmt", "-"}, LOOSE).out);
 }
 
-TEST(SmodelFmt, TellsOnStandardErrorWhatItDidNotRead) {
-    const ToolRun run = RunTool({"fmt", "-"}, ModelDocument("<odd></odd>"));
+TEST(SmodelFmt, RefusesToDropContent) {
+    const TestDirectory directory;
+    const std::string path = directory.Write("a.xml", ModelDocument("<odd></odd>"));
+    const std::string target = directory.Write("b.xml", "old");
+    const ToolRun run = RunTool({"fmt", path, "-o", target});
+    EXPECT_EQ(run.status, 3);
+    EXPECT_THAT(run.err, HasSubstr("error[SM1001] <odd> in "));
+    EXPECT_THAT(run.err, HasSubstr("nothing was written, since 1 piece of content would be lost"));
+    EXPECT_EQ(directory.Read("b.xml"), "old");
+}
+
+TEST(SmodelFmt, DropsContentWhenThatIsAccepted) {
+    const ToolRun run = RunTool({"fmt", "--accept-loss", "-"}, ModelDocument("<odd></odd>"));
     EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.err, HasSubstr("warning: Unknown tag:odd"));
+    EXPECT_THAT(run.err, HasSubstr("error[SM1001] <odd> in "));
     EXPECT_THAT(run.out, ::testing::Not(HasSubstr("odd")));
 }
 

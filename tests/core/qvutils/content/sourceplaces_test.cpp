@@ -28,7 +28,7 @@ Answer Ask(const std::string& document, What what, long line, long column, const
 }  // namespace
 
 TEST(SourcePlaces, FindTheFirstCharacterOfAnElement) {
-    EXPECT_EQ(Ask("<a>\n  <b c='>'\n d=\"'\">x</b></a>", What::element, 3, 8), (Answer{2, 3, 23}));
+    EXPECT_EQ(Ask("<a>\n  <b c='>'\n d=\"'\">x</b></a>", What::element, 3, 8), (Answer{2, 3, 21}));
     EXPECT_EQ(Ask("<a><b/></a>", What::element, 1, 8), (Answer{1, 4, 4}));
     EXPECT_EQ(Ask("<?xml version='1.0'?><!-- <a> --><a></a>", What::element, 1, 37), (Answer{1, 34, 7}));
 }

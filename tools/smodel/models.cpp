@@ -64,6 +64,13 @@ SMAccountedResult ReadModelToWrite(const std::string& given, const LossArguments
     status = StatusOf(result);
     if (!result.IsDone()) return result;
     PrintDiagnostics(stderr, result.diagnostics, true);
+    if (const std::size_t unread = result.project->m_partFiles.UnreadCount(); unread > 0 && !arguments.acceptLoss) {
+        Complain("the model is not complete, so nothing was written: " + Counted(unread, "file") +
+                 " of it could not be read; mend what is told above, or give --accept-loss");
+        result.project = nullptr;
+        status = STATUS_UNUSABLE;
+        return result;
+    }
     std::vector<SMDiagnostic> losses;
     for (const SMLoss& loss : result.losses) losses.push_back(SMDiagnosticOf(loss));
     PrintDiagnostics(stderr, losses, false);

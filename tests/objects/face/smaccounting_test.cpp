@@ -81,16 +81,28 @@ const char* Piece(Unknown what) {
 
 using LineAndColumn = std::pair<long, long>;
 
-LineAndColumn PlaceOf(const std::string& document, std::size_t offset) {
-    const std::size_t lineStart = document.rfind('\n', offset - 1) + 1;
-    long column = 1;
-    for (std::size_t at = lineStart; at < offset; ++at) {
-        const auto byte = static_cast<unsigned char>(document[at]);
-        column += byte >= 0xF0 ? 2 : (byte & 0xC0) == 0x80 ? 0 : 1;
+/** Places of offsets that grow. */
+class Places {
+  public:
+    explicit Places(const std::string& document) : m_document(document) {}
+    LineAndColumn Of(std::size_t offset) {
+        for (; m_at < offset; ++m_at) {
+            const auto byte = static_cast<unsigned char>(m_document[m_at]);
+            if (byte == '\n') {
+                ++m_line;
+                m_column = 1;
+            } else {
+                m_column += byte >= 0xF0 ? 2 : (byte & 0xC0) == 0x80 ? 0 : 1;
+            }
+        }
+        return {m_line, m_column};
     }
-    const auto end = document.begin() + static_cast<std::ptrdiff_t>(lineStart);
-    return {1 + std::count(document.begin(), end, '\n'), column};
-}
+
+  private:
+    const std::string& m_document;
+    std::size_t m_at = 0;
+    long m_line = 1, m_column = 1;
+};
 
 std::size_t CountOf(const std::string& text, const std::string& piece) {
     std::size_t count = 0;
@@ -137,8 +149,9 @@ TEST_P(SMAccountingOf, TellsEachUnknownPieceAndNothingElse) {
     for (const SMLoss& loss : result.losses) told[{loss.line, loss.column}] = &loss;
     EXPECT_EQ(told.size(), result.losses.size());
     std::size_t kept = 0;
+    Places places(changed);
     for (const std::size_t offset : offsets) {
-        const auto found = told.find(PlaceOf(changed, offset));
+        const auto found = told.find(places.Of(offset));
         if (found == told.end()) {
             ++kept;
             continue;

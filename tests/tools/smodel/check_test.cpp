@@ -119,7 +119,7 @@ TEST(SmodelCheck, HandsNoControlCharacterToATerminal) {
 TEST(SmodelCheck, ColoursOnATerminalAlone) {
     const TestDirectory directory;
     const std::string path = directory.Write("a.xml", ODD);
-    EXPECT_THAT(RunToolOnTerminal({"check", path}).out, HasSubstr("\x1b[1;33m"));
+    EXPECT_THAT(RunToolOnTerminal({"check", path}).out, HasSubstr("\x1b[1;31m"));
     EXPECT_THAT(RunToolOnTerminal({"NO_COLOR=1", "check", path}).out, Not(HasSubstr("\x1b[")));
     EXPECT_THAT(RunTool({"check", path}).out, Not(HasSubstr("\x1b[")));
 }

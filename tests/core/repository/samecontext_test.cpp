@@ -86,7 +86,7 @@ TEST_P(RepositorySameContext, ALaterSaveReadsNoRowOfAnObject) {
         Map(*project).Named("Edit " + std::to_string(edit));
         Root(*project).records["property"] = std::to_string(edit);
         ASSERT_TRUE(project->write(*context));
-        EXPECT_LE(context->Counters().rowsRead - read, 1) << "but that of the order";
+        EXPECT_LE(context->Counters().rowsRead - read, edit == 0 ? 2 : 0) << "but the two records of order, once";
     }
 }
 
@@ -98,7 +98,8 @@ TEST_P(RepositorySameContext, ASaveThatFailedIsNotRemembered) {
     bool done = false;
     for (long at = 1; !done; ++at) {
         Map(*project).Named("Edit " + std::to_string(at));
-        Map(*project).AddEntry(std::to_string(at), "");
+        Map(*project).Child(0).Set("VALUE", TestNode::Text(std::to_string(at)));
+        if (at == 1) Map(*project).AddEntry("new", "");
         Root(*project).records["property"] = std::to_string(at);
         plan->writes = 0;
         plan->failsAt = at;

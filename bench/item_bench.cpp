@@ -1,8 +1,5 @@
 // What a query item that has everything takes in memory, beside the bytes of its element.
-#include <fstream>
 #include <string>
-
-#include <malloc.h>
 
 #include "bench/support/itemdocument.h"
 #include "bench/support/measure.h"
@@ -16,21 +13,12 @@ using namespace schema_002_000;
 
 namespace {
 
-/** A figure of the process in bytes, as the kernel tells it in kB: "VmRSS:", "VmHWM:". */
-double ProcessBytes(const std::string& figure) {
-    std::ifstream status("/proc/self/status");
-    for (std::string word; status >> word;)
-        if (double kilobytes = 0; word == figure && status >> kilobytes) return kilobytes * 1024;
-    return 0;
-}
-
 /** Reading: what the heap holds afterwards, for an item, and the most memory that was in use meanwhile, over what is held. */
 void BM_ItemHeap(benchmark::State& state) {
     const std::string document = bench::ItemDocument(static_cast<std::size_t>(state.range(0)) * 1'000'000);
     for (auto _ : state) {
-        malloc_trim(0);
-        std::ofstream("/proc/self/clear_refs") << 5;  // the peak counts from here
-        const double heap = bench::HeapBytes(), resident = ProcessBytes("VmRSS:");
+        const bench::PeakMemory memory;
+        const double heap = bench::HeapBytes();
         const QvSmartPtr<SMProject2> project = new SMProject2();
         {
             SMProjectBuilder builder(project);
@@ -45,7 +33,7 @@ void BM_ItemHeap(benchmark::State& state) {
         bench::Report(state, held / static_cast<double>(document.size()), 1.6, 1.1);
         state.counters["bytes_per_item"] = held / items;
         state.counters["bytes_of_element"] = static_cast<double>(document.size()) / items;
-        state.counters["peak_over_heap"] = (ProcessBytes("VmHWM:") - resident) / held;
+        state.counters["peak_over_heap"] = memory.Grown() / held;
         state.counters["peak_must"] = 1.2;
         state.counters["peak_goal"] = 1.05;
     }

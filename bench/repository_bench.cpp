@@ -1,39 +1,19 @@
 // Putting a model into a new store and getting it back, each beside the same rows moved with the C API of SQLite alone.
 #include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <string>
 
 #include "bench/support/measure.h"
 #include "bench/support/sqlitefloor.h"
+#include "bench/support/store.h"
 #include "bench/support/storedmodel.h"
 
 using namespace schema_002_000;
 
 namespace {
 
-/** A store of its own in a folder of its own, gone with the object. */
-class Store {
-  public:
-    Store() {
-        char name[] = "/tmp/smodel-bench-XXXXXX";
-        if (!mkdtemp(name)) std::abort();
-        m_folder = name;
-    }
-    ~Store() { std::filesystem::remove_all(m_folder); }
-    Store(const Store&) = delete;
-    Store& operator=(const Store&) = delete;
-    std::string Path() const { return m_folder + "/store.db"; }
-    void Remove() const {
-        for (const auto& file : std::filesystem::directory_iterator(m_folder)) std::filesystem::remove(file);
-    }
-
-  private:
-    std::string m_folder;
-};
-
 void BM_Put(benchmark::State& state) {
-    const Store store, plain;
+    const bench::Store store, plain;
     {
         const QvSmartPtr<SMProject2> project = bench::StoredModel();
         bench::PutNew(store.Path(), *project);
@@ -55,7 +35,7 @@ void BM_Put(benchmark::State& state) {
 BENCHMARK(BM_Put)->Iterations(4)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 void BM_Get(benchmark::State& state) {
-    const Store store;
+    const bench::Store store;
     {
         const QvSmartPtr<SMProject2> project = bench::StoredModel();
         bench::PutNew(store.Path(), *project);
@@ -74,7 +54,7 @@ BENCHMARK(BM_Get)->Iterations(4)->UseManualTime()->Unit(benchmark::kMillisecond)
 
 /** A put that finds nothing changed, beside a get: it has to look at every row and to write none. */
 void BM_PutUnchanged(benchmark::State& state) {
-    const Store store;
+    const bench::Store store;
     const QvSmartPtr<SMProject2> project = bench::StoredModel();
     bench::PutNew(store.Path(), *project);
     SMRepository repository(store.Path());

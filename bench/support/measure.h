@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <fstream>
+#include <string>
 
 #include <benchmark/benchmark.h>
 
@@ -26,6 +28,28 @@ inline double HeapBytes() {
     const struct mallinfo2 info = mallinfo2();
     return static_cast<double>(info.uordblks + info.hblkhd);
 }
+
+/** The most memory that the process has in use from now on. */
+class PeakMemory {
+  public:
+    PeakMemory() {
+        malloc_trim(0);
+        std::ofstream("/proc/self/clear_refs") << 5;
+        m_before = Figure("VmRSS:");
+    }
+    /** Bytes above what was in use at the beginning. */
+    double Grown() const { return Figure("VmHWM:") - m_before; }
+
+  private:
+    /** As the kernel tells it, in kB. */
+    static double Figure(const std::string& name) {
+        std::ifstream status("/proc/self/status");
+        for (std::string word; status >> word;)
+            if (double kilobytes = 0; word == name && status >> kilobytes) return kilobytes * 1024;
+        return 0;
+    }
+    double m_before;
+};
 
 /** Shows a figure beside what it must be and what it should be. */
 inline void Report(benchmark::State& state, double figure, double must, double goal) {
@@ -55,8 +79,12 @@ class Ratio {
     /** One turn, for those who have something to do between them. */
     template <class Floor, class Work>
     void Take(Floor floor, Work work) {
-        m_floor = std::min(m_floor, TimeOf(floor));
-        const double seconds = TimeOf(work);
+        const double floorSeconds = TimeOf(floor);
+        Count(floorSeconds, TimeOf(work));
+    }
+    /** The same, timed by the caller. */
+    void Count(double floorSeconds, double seconds) {
+        m_floor = std::min(m_floor, floorSeconds);
         m_work = std::min(m_work, seconds);
         m_state.SetIterationTime(seconds);
     }

@@ -36,7 +36,7 @@ std::string FaultOf(std::string_view text) {
 
 }  // namespace
 
-AttributeReader::AttributeReader(const RowTable& table) : cells(table.columns.size()), m_table(table) {}
+AttributeReader::AttributeReader(const RowTable& table) : cells(table.columns.size()), m_table(table), m_history(new IOHashParam) {}
 
 int AttributeReader::TargetOf(std::string_view name) const {
     const CatalogueTable& catalogue = *m_table.catalogue;
@@ -65,16 +65,76 @@ std::string AttributeReader::Read(const IOParameter& attributes) {
     const auto* const hash = dynamic_cast<const IOHashParam*>(&attributes);
     if (!hash) return "was sent something else than a keyed collection";
     const std::vector<IOHashParam::Pair>& pairs = hash->pairs();
-    head = {};
-    std::fill(cells.begin(), cells.end(), Cell{});
-    if (m_plan.size() < pairs.size()) {
-        m_texts.resize(pairs.size());
-        m_plan.resize(pairs.size());  // last: it is what tells how many there are
-    }
+    Clear();
+    Grow(pairs.size());
     for (std::size_t at = 0; at < pairs.size(); ++at)
         if (std::string fault = Take(at, pairs[at].key, pairs[at].value.get()); !fault.empty()) return fault;
     if (head.id.empty()) return "was sent a row without an id";
     return {};
+}
+
+/** Stands in for the collection that an object fills, and takes each value as it comes. What else may be asked of a collection it refuses.
+ */
+class AttributeReader::Filling : public IOParameter {
+  public:
+    explicit Filling(AttributeReader& reader) : m_reader(reader) { addReference(); }
+    ~Filling() override { m_reader.m_held.clear(); }
+
+    int GetKind() const override { return kindHash; }
+    void insertOrReplace(const QvULString& key, IOParameter* value) override {
+        m_reader.m_held.emplace_back(value);
+        if (!fault.empty()) return;
+        m_reader.Grow(m_at + 1);
+        fault = m_reader.Take(m_at, key, value);
+        ++m_at;
+    }
+    bool HasKey(const QvULString&) const override { return Refuse(), false; }
+    int Size() const override { return Refuse(), 0; }
+    I18NString toString(const I18NString&) const override { return Refuse(), I18NString(); }
+
+    std::string fault;
+
+  private:
+    [[noreturn]] static void Refuse() { throw IOParamException("A row that is being filled cannot be read."); }
+    AttributeReader& m_reader;
+    std::size_t m_at = 0;
+};
+
+std::string AttributeReader::Read(IOObject& object) {
+    try {
+        Clear();
+        Filling filling(*this);
+        m_history->clear();
+        object.getAttributes(filling, *m_history);
+        if (filling.fault.empty() && head.id.empty()) return "was sent a row without an id";
+        return filling.fault;
+    } catch (const IOParamException&) {
+        // it does more than fill
+        const QvSmartPtr<IOHashParam> row = new IOHashParam, historyRow = new IOHashParam;
+        object.getAttributes(*row, *historyRow);
+        return Read(*row);
+    }
+}
+
+void AttributeReader::Clear() {
+    head = {};
+    std::fill(cells.begin(), cells.end(), Cell{});
+}
+
+void AttributeReader::Grow(std::size_t columns) {
+    if (m_plan.size() >= columns) return;
+    m_texts.resize(columns);
+    m_plan.resize(columns);  // last: it is what tells how many there are
+}
+
+void AttributeReader::Unset(int target) {
+    switch (target) {
+    case id: head.id = {}; break;
+    case parentId: head.parentId = {}; break;
+    case version: head.version = 0; break;
+    case parentVersion: head.parentVersion = 0; break;
+    default: cells[static_cast<std::size_t>(target)] = {}; break;
+    }
 }
 
 std::string AttributeReader::Take(std::size_t at, const QvULString& column, const IOParameter* value) {
@@ -84,7 +144,11 @@ std::string AttributeReader::Take(std::size_t at, const QvULString& column, cons
         step.target = TargetOf(column.utf8());
     }
     if (step.target == unknown) return "has no column '" + std::string(column.utf8()) + "'";
-    if (step.target == ignored || !value || value->IsNull()) return {};
+    if (step.target == ignored) return {};
+    if (!value || value->IsNull()) {
+        Unset(step.target);  // a column may come twice, and then the later value counts
+        return {};
+    }
     std::string fault = step.target < 0 ? TakeHead(at, step.target, value) : TakeCell(at, step.target, value);
     return fault.empty() ? fault : "column '" + std::string(column.utf8()) + "' " + fault;
 }

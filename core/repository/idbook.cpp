@@ -10,6 +10,8 @@ namespace {
 
 constexpr std::size_t FIRST_SLOTS = 64;
 constexpr std::size_t TEXT_BLOCK = 64 * 1024;
+/** How many entries are looked at before an id is searched for. */
+constexpr std::size_t NEAR = 3;
 
 std::uint64_t HashOf(std::string_view id) {
     return std::hash<std::string_view>()(id);
@@ -24,7 +26,16 @@ std::size_t IdBook::SlotOf(std::string_view id, std::uint64_t hash) const {
 }
 
 IdEntry* IdBook::Find(std::string_view id) const {
-    return m_slots.empty() ? nullptr : m_slots[SlotOf(id, HashOf(id))].entry;
+    const std::size_t end = std::min(m_last + NEAR, m_entries.size());
+    for (std::size_t place = m_last; place < end; ++place) {
+        const IdEntry& entry = m_entries[place];
+        if (entry.behind || entry.id != id) continue;
+        m_last = place;
+        return const_cast<IdEntry*>(&entry);
+    }
+    IdEntry* const found = m_slots.empty() ? nullptr : m_slots[SlotOf(id, HashOf(id))].entry;
+    if (found) m_last = found->place;
+    return found;
 }
 
 IdEntry* IdBook::Find(std::string_view id, const RowTable& table) const {
@@ -40,16 +51,26 @@ IdEntry& IdBook::Add(std::string_view id, const RowTable& table) {
     IdEntry& entry = m_entries.emplace_back();
     entry.id = id;
     entry.table = &table;
+    entry.place = static_cast<std::uint32_t>(m_entries.size() - 1);
     entry.sameId = slot.entry;
-    if (!slot.entry) ++m_used;
+    if (slot.entry)
+        slot.entry->behind = true;
+    else
+        ++m_used;
     slot = {hash, &entry};
     return entry;
 }
 
-void IdBook::AddRow(const RowTable& table, const char* row, std::string_view id) {
+void IdBook::AddRow(const RowTable& table, const char* row, std::string_view id, std::uint32_t at) {
     IdEntry* const known = Find(id, table);
     IdEntry& entry = known ? *known : Add(id, table);
     entry.row = row;
+    entry.at = at;
+}
+
+void IdBook::DropRow(IdEntry& entry) {
+    entry.id = Copy(entry.id);
+    entry.row = nullptr;
 }
 
 IdEntry& IdBook::Entry(std::string_view id, const RowTable& table) {
@@ -82,6 +103,7 @@ std::string_view IdBook::Copy(std::string_view id) {
 
 void IdBook::Clear() {
     m_entries.clear();
+    m_last = 0;
     m_slots.clear();
     m_used = 0;
     m_texts.clear();

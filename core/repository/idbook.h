@@ -20,6 +20,12 @@ struct IdEntry {
     /** The object of memory that has the id, once it was visited; borrowed. */
     const IOObject* object = nullptr;
     enum Fate : unsigned char { open, ends, stays } fate = open;
+    /** Another table's entry of the id came later, and is the one found first. */
+    bool behind = false;
+    /** Where the row stands among those of its table; good as long as there is one. */
+    std::uint32_t at = 0;
+    /** Place in the book. */
+    std::uint32_t place = 0;
     /** Another table's entry of the same id. */
     IdEntry* sameId = nullptr;
 };
@@ -31,8 +37,10 @@ class IdBook {
     IdEntry* Find(std::string_view id) const;
     /** The entry of the id in the table, or null. */
     IdEntry* Find(std::string_view id, const RowTable& table) const;
-    /** Adds a stored row, whose memory holds the id. */
-    void AddRow(const RowTable& table, const char* row, std::string_view id);
+    /** Adds a stored row, whose memory holds the id; `at` is its place in the table. */
+    void AddRow(const RowTable& table, const char* row, std::string_view id, std::uint32_t at);
+    /** The stored row of an entry goes, and the memory of its id with it. */
+    void DropRow(IdEntry& entry);
     /** The entry of the id in the table, made when there is none; the id is copied then. */
     IdEntry& Entry(std::string_view id, const RowTable& table);
     std::deque<IdEntry>& entries() { return m_entries; }
@@ -52,6 +60,8 @@ class IdBook {
     std::deque<IdEntry> m_entries;
     std::vector<Slot> m_slots;
     std::size_t m_used = 0;
+    /** The entry that was found last. Objects are asked for in the order in which they were added, so the next one is near. */
+    mutable std::size_t m_last = 0;
     std::vector<std::unique_ptr<char[]>> m_texts;
     std::size_t m_room = 0;
 };

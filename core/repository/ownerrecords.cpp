@@ -16,8 +16,14 @@ std::size_t CellOfColumn(std::string_view name) {
     return cell;
 }
 
-std::string_view TextOf(const char* row, std::string_view column) {
-    return rowcodec::BodyCell(Table(), row, CellOfColumn(column)).view;
+std::string_view ElementId(const char* row) {
+    static const std::size_t cell = CellOfColumn("ELEMENT_ID");
+    return rowcodec::BodyCell(Table(), row, cell).view;
+}
+
+std::string_view ValueOf(const char* row) {
+    static const std::size_t cell = CellOfColumn("VALUE");
+    return rowcodec::BodyCell(Table(), row, cell).view;
 }
 
 }  // namespace
@@ -38,8 +44,9 @@ void OwnerRecords::Load(SaveState& state, std::string_view owner) {
     rows.Below(owner, below);
     for (const TableRows::Index index : below) {
         const char* const row = rows.Row(index);
+        if (!row) continue;
         const RowHead head = rowcodec::Head(Table(), row);
-        m_records.push_back({std::string(head.id), head.version, head.parentVersion, row, 0});
+        m_records.push_back({std::string(head.id), head.version, head.parentVersion, row, index, 0});
         RowArena::Share(row);
     }
 }
@@ -48,14 +55,14 @@ bool OwnerRecords::LookUp(std::string_view elementId, RemainingInfoEntry& entry)
     m_lookedUp = SIZE_MAX;
     for (std::size_t at = 0; at < m_records.size(); ++at) {
         if (m_lookedUp != SIZE_MAX && m_records[m_lookedUp].uses <= m_records[at].uses) continue;
-        if (TextOf(m_records[at].row, "ELEMENT_ID") == elementId) m_lookedUp = at;
+        if (ElementId(m_records[at].row) == elementId) m_lookedUp = at;
     }
     if (m_lookedUp == SIZE_MAX) return false;
     Record& found = m_records[m_lookedUp];
     ++found.uses;
     entry.version = found.version;
     entry.parentVersion = found.parentVersion;
-    const std::string_view value = TextOf(found.row, "VALUE");
+    const std::string_view value = ValueOf(found.row);
     entry.value.assign(value.data(), static_cast<int>(value.size()));
     return true;
 }
@@ -76,8 +83,12 @@ void OwnerRecords::Write(SaveState& state, RowWriter& writer, RowArena& arena, I
     const char* const row = rowcodec::Encode(arena, Table(), head, attributes.cells);
     RowUse use(row);
     if (known == m_records.end()) {
-        m_records.push_back({std::string(head.id), head.version, head.parentVersion, row, 1});
+        m_records.push_back({std::string(head.id), head.version, head.parentVersion, row, TableRows::NONE, 1});
+        state.NoteRecord(TableRows::NONE, row);
     } else {
+        // a record that is written twice in one save has no place yet
+        if (known->at == TableRows::NONE) state.NoteUnknown();
+        state.NoteRecord(known->at, row);
         RowArena::Release(known->row);
         known->version = head.version;
         known->parentVersion = head.parentVersion;
@@ -88,10 +99,13 @@ void OwnerRecords::Write(SaveState& state, RowWriter& writer, RowArena& arena, I
     writer.Insert(Table(), use.HandOn(), owner);
 }
 
-void OwnerRecords::EndRest(RowWriter& writer) {
+void OwnerRecords::EndRest(SaveState& state, RowWriter& writer) {
     const std::span<const std::string_view> unread = UnreadRecords();
-    for (const Record& record : m_records)
-        if (record.uses == 0 && std::find(unread.begin(), unread.end(), record.name) == unread.end()) writer.End(Table(), record.row);
+    for (const Record& record : m_records) {
+        if (record.uses != 0 || std::find(unread.begin(), unread.end(), record.name) != unread.end()) continue;
+        writer.End(Table(), record.row);
+        state.NoteRecord(record.at, nullptr);
+    }
 }
 
 }  // namespace qv

@@ -28,7 +28,7 @@ class OwnerRecords {
     /** Takes a record that was read into the state's attributes for it, and hands its row to the writer. */
     void Write(SaveState& state, RowWriter& writer, RowArena& arena, IOObject* owner);
     /** Ends what was neither looked up nor written, but for the records that no reader asks for. */
-    void EndRest(RowWriter& writer);
+    void EndRest(SaveState& state, RowWriter& writer);
 
   private:
     struct Record {
@@ -36,6 +36,8 @@ class OwnerRecords {
         std::int64_t version, parentVersion;
         /** Shared. */
         const char* row;
+        /** Its place in the table; TableRows::NONE when it is new. */
+        TableRows::Index at;
         int uses;
     };
 

@@ -37,6 +37,7 @@ ProjectSave::ProjectSave(StoreSession& session, IOHelper& helper, std::int64_t p
 }
 
 void ProjectSave::SetBase(std::int64_t base) {
+    if (base == m_base) return;
     m_base = base;
     m_state.Start(m_project, m_base);
 }
@@ -78,6 +79,7 @@ bool ProjectSave::Begin(IOObject* outermost) {
     m_running = true;
     m_failed = false;
     m_movedOn = false;
+    m_done = false;
     m_projectChanged = false;
     m_writtenUnread.clear();
     m_writer.Start(m_project, m_base);
@@ -96,7 +98,10 @@ void ProjectSave::End() {
     while (m_open > 0) Pop();
     m_looseRecords.Clear();
     m_running = false;
-    m_state.Start(m_project, m_base);
+    if (m_done)
+        m_state.Settle(m_project, m_base);
+    else
+        m_state.Start(m_project, m_base);
 }
 
 void ProjectSave::Commit() {
@@ -112,12 +117,15 @@ void ProjectSave::Commit() {
         const std::optional<RevisionEntry> base = m_session.Revision(m_project, m_base);
         sameDocument = base && base->document == entry.document;
     }
+    m_done = true;
     if (m_writer.WroteNothing() && sameDocument) return;
+    m_done = false;
     const std::string* const id = m_projectChanged ? &m_projectId : nullptr;
     const std::string* const name = m_projectChanged ? &m_projectName : nullptr;
     m_writer.Commit(id, name, std::move(entry), pieces);
     m_project = m_writer.project();
     m_base = m_writer.revision();
+    m_done = true;
 }
 
 void ProjectSave::Describe(std::string author, std::string message) {
@@ -240,12 +248,7 @@ bool ProjectSave::Differs(IOObject& object, const RowTable& table) {
     if (!entry || !entry->row) return true;
     if (!m_state.ReadAttributes(table, object).empty()) return true;  // the insert tells what is wrong
     AttributeReader& attributes = m_state.Attributes(table);
-    const auto same = [&] {
-        const char* const row = rowcodec::Encode(m_arena, table, attributes.head, attributes.cells);
-        const bool equal = rowcodec::SameBody(table, row, entry->row);
-        RowArena::Release(row);
-        return equal;
-    };
+    const auto same = [&] { return rowcodec::SameBody(table, attributes.head.parentId, attributes.cells, entry->row); };
     if (same()) return false;
     const bool kept = KeepStored(table, entry->row, attributes.cells), undated = DropDateOfReading(table, entry->row, attributes.cells);
     return !(kept || undated) || !same();
@@ -298,7 +301,7 @@ void ProjectSave::Close(Frame& frame) {
     }
     if (m_state.empty()) return;
     frame.records.Load(m_state, id);
-    frame.records.EndRest(m_writer);
+    frame.records.EndRest(m_state, m_writer);
 }
 
 void ProjectSave::CloseOrder(std::string_view parent, const RowTable& table, const std::vector<std::string_view>& ids) {
@@ -307,6 +310,7 @@ void ProjectSave::CloseOrder(std::string_view parent, const RowTable& table, con
     std::vector<std::size_t> places;
     m_state.Order().Arrange(record, ids, places);
     if (std::is_sorted(places.begin(), places.end())) return;
+    m_state.NoteOrder();
     if (record) m_writer.EndOrder(parent, table.name(), record->first);
     m_writer.Order(parent, table, SiblingOrder::Join(ids));
 }
@@ -352,7 +356,7 @@ bool ProjectSave::Insert(const IOHashParam& params) {
     const std::string fault = attributes.Read(*params.GetByName(IOParamTag::ATTRIBUTES));
     if (!fault.empty()) return Fail("DoWriteAction", TellRow(name.utf8(), attributes.head.id, object) + "the table " + fault);
 
-    const IdEntry& entry = m_state.ids().Entry(attributes.head.id, *table);
+    IdEntry& entry = m_state.ids().Entry(attributes.head.id, *table);
     if (frame && (frame->entry != &entry))
         return Fail("DoWriteAction", TellRow(name.utf8(), attributes.head.id, object) + "the row is not that of the object being written");
     if (entry.row) {
@@ -364,7 +368,9 @@ bool ProjectSave::Insert(const IOHashParam& params) {
         m_projectId = attributes.head.id;
         m_projectName = attributes.cells[static_cast<std::size_t>(table->nameColumn)].view;
     }
-    m_writer.Insert(*table, rowcodec::Encode(m_arena, *table, attributes.head, attributes.cells), object);
+    RowUse row(rowcodec::Encode(m_arena, *table, attributes.head, attributes.cells));
+    m_state.NoteRow(entry, row.get());
+    m_writer.Insert(*table, row.HandOn(), object);
     return true;
 }
 
@@ -387,7 +393,10 @@ bool ProjectSave::InsertRecord(const IOHashParam& params) {
     if (!fault.empty()) return Fail("DoWriteAction", TellRow(table.name(), attributes.head.parentId, object) + "the table " + fault);
     const bool own = frame && frame->entry->id == attributes.head.parentId;
     OwnerRecords& records = own ? frame->records : m_looseRecords;
-    if (!own) records.Clear();
+    if (!own) {
+        records.Clear();
+        m_state.NoteUnknown();
+    }
     records.Load(m_state, attributes.head.parentId);
     records.Write(m_state, m_writer, m_arena, object);
     return true;

@@ -116,6 +116,8 @@ class ProjectSave {
 
     bool m_running = false;
     bool m_failed = false, m_movedOn = false;
+    /** The save under way has done all that it had to. */
+    bool m_done = false;
     /** The objects being written, from the outermost inwards; frames behind `m_open` wait to be used again. */
     std::deque<Frame> m_frames;
     std::size_t m_open = 0;

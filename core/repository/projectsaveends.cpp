@@ -7,7 +7,10 @@ void ProjectSave::EndUnvisited(IOObject& outermost) {
     m_state.FetchAll();
     const bool whole = outermost.GetIdCol().utf8() == m_schema.Find("SM_PROJECT")->catalogue->id;
     for (IdEntry& entry : m_state.ids().entries())
-        if (entry.row && !entry.object && IsGone(entry, whole)) m_writer.End(*entry.table, entry.row);
+        if (entry.row && !entry.object && IsGone(entry, whole)) {
+            m_writer.End(*entry.table, entry.row);
+            m_state.NoteRow(entry, nullptr);
+        }
     EndRecordsOfGone(whole);
     EndOrdersOfGone(whole);
 }
@@ -56,13 +59,17 @@ void ProjectSave::EndRecordsOfGone(bool whole) {
     const TableRows& rows = m_state.Rows(table);
     for (TableRows::Index index = 0; index < rows.size(); ++index) {
         const char* const row = rows.Row(index);
-        if (IsGone(rowcodec::ParentId(table, row), whole)) m_writer.End(table, row);
+        if (!row || !IsGone(rowcodec::ParentId(table, row), whole)) continue;
+        m_writer.End(table, row);
+        m_state.NoteRecord(index, nullptr);
     }
 }
 
 void ProjectSave::EndOrdersOfGone(bool whole) {
     m_state.Order().Each([&](std::string_view parent, std::string_view table, const SiblingOrder::Record& record) {
-        if (IsGone(parent, whole)) m_writer.EndOrder(parent, table, record.first);
+        if (!IsGone(parent, whole)) return;
+        m_writer.EndOrder(parent, table, record.first);
+        m_state.NoteOrder();
     });
 }
 

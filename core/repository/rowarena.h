@@ -46,6 +46,7 @@ class RowUse {
     ~RowUse() {
         if (m_row) RowArena::Release(m_row);
     }
+    const char* get() const noexcept { return m_row; }
     const char* HandOn() noexcept { return std::exchange(m_row, nullptr); }
 
   private:

@@ -187,10 +187,21 @@ Cell BodyCell(const RowTable& table, const char* row, std::size_t column) {
     return {};
 }
 
-bool SameBody(const RowTable& table, const char* a, const char* b) {
-    const char *const bodyA = Body(table, a), *const bodyB = Body(table, b);
-    const auto restA = static_cast<std::size_t>(a + Size(a) - bodyA), restB = static_cast<std::size_t>(b + Size(b) - bodyB);
-    return restA == restB && std::memcmp(bodyA, bodyB, restA) == 0;
+bool SameBody(const RowTable& table, std::string_view parentId, std::span<const Cell> cells, const char* row) {
+    const char* at = Body(table, row);
+    Cell stored;
+    if (table.hasParent) {
+        at = GetText(at, stored);
+        if (stored.view != parentId) return false;
+    }
+    for (const std::size_t column : table.body) {
+        at = Get(at, *table.columns[column], stored);
+        const Cell& cell = cells[column];
+        if (stored.kind != cell.kind) return false;
+        if (stored.kind == Cell::text ? stored.view != cell.view : stored.kind == Cell::integer && stored.number != cell.number)
+            return false;
+    }
+    return true;
 }
 
 }  // namespace rowcodec

@@ -31,7 +31,8 @@ RowHead Head(const RowTable& table, const char* row);
 void Cells(const RowTable& table, const char* row, std::span<Cell> cells);
 /** One cell of the body. */
 Cell BodyCell(const RowTable& table, const char* row, std::size_t column);
-bool SameBody(const RowTable& table, const char* a, const char* b);
+/** The same for a row that is not in its compact form. */
+bool SameBody(const RowTable& table, std::string_view parentId, std::span<const Cell> cells, const char* row);
 
 }  // namespace rowcodec
 

@@ -16,6 +16,8 @@ constexpr std::size_t BATCH_BYTES = 64 * 1024 * 1024;
 constexpr std::size_t OVERHEAD = 64;
 /** How often a transaction is run that the store undoes for the sake of others. */
 constexpr int TRIES = 5;
+/** Texts of few objects are ended at once; for many it pays to know who has any. */
+constexpr std::size_t FEW_OWNERS = 16;
 
 [[noreturn]] void RaiseFor(const StoreError& error, std::string_view table, std::string_view id, const IOObject* object) {
     if (error.reason() != StoreError::failed) throw error;
@@ -55,6 +57,7 @@ RowWriter::~RowWriter() {
 void RowWriter::Start(std::int64_t project, std::int64_t base) {
     Rollback();
     m_textOwners.reset();
+    m_textsEnded = 0;
     m_entry = {};
     m_entry.number = project;
     m_base = base;
@@ -123,6 +126,10 @@ void RowWriter::Begin() {
 }
 
 void RowWriter::EndTexts(std::string_view id, std::int64_t version) {
+    if (m_textsEnded < FEW_OWNERS) {
+        ++m_textsEnded;
+        return m_session.EndTexts(m_entry.number, revision(), id, version);
+    }
     if (!m_textOwners) m_textOwners = m_session.TextOwners(m_entry.number);
     if (m_textOwners->count(std::string(id)) != 0) m_session.EndTexts(m_entry.number, revision(), id, version);
 }

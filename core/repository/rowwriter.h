@@ -94,8 +94,9 @@ class RowWriter {
     bool m_begun = false;
     /** Rows of the running transaction have been let go. */
     bool m_flushed = false;
-    /** The objects that have texts in the store; looked up when the first row ends. */
+    /** The objects that have texts in the store; looked up when many rows end. */
     std::optional<std::unordered_set<std::string>> m_textOwners;
+    std::size_t m_textsEnded = 0;
     std::vector<PendingTable> m_tables;
     std::vector<PendingOrder> m_orders;
     /** Bytes gathered, and a little for each thing gathered. */

@@ -9,8 +9,7 @@ constexpr std::size_t MOST_ASKED_ONE_BY_ONE = 200;
 
 }  // namespace
 
-SaveState::SaveState(StoreSession& session)
-    : m_session(session), m_attributes(Schema::Get().rowTables().size()), m_row(new IOHashParam), m_history(new IOHashParam) {}
+SaveState::SaveState(StoreSession& session) : m_session(session), m_attributes(Schema::Get().rowTables().size()) {}
 
 void SaveState::Start(std::int64_t project, std::int64_t base) {
     m_project = project;
@@ -18,10 +17,74 @@ void SaveState::Start(std::int64_t project, std::int64_t base) {
     m_ids.Clear();
     m_rows.clear();
     m_rows.resize(Schema::Get().rowTables().size());
+    ForgetEnded();
+    m_order.reset();
+    DropChanges();
+}
+
+void SaveState::ForgetEnded() {
     m_ended.clear();
     m_ended.resize(Schema::Get().rowTables().size());
     m_endedAsked.assign(Schema::Get().rowTables().size(), 0);
-    m_order.reset();
+}
+
+void SaveState::NoteRow(IdEntry& entry, const char* row) {
+    m_rowNotes.push_back({&entry, row});
+    if (row) RowArena::Share(row);
+}
+
+void SaveState::NoteRecord(TableRows::Index at, const char* row) {
+    m_recordNotes.push_back({at, row});
+    if (row) RowArena::Share(row);
+}
+
+void SaveState::DropChanges() {
+    for (const RowNote& note : m_rowNotes)
+        if (note.row) RowArena::Release(note.row);
+    for (const RecordNote& note : m_recordNotes)
+        if (note.row) RowArena::Release(note.row);
+    m_rowNotes.clear();
+    m_recordNotes.clear();
+    m_orderChanged = m_unknown = false;
+}
+
+void SaveState::Settle(std::int64_t project, std::int64_t base) {
+    if (m_unknown) return Start(project, base);
+    try {
+        ApplyChanges();
+    } catch (const std::exception&) {
+        return Start(project, base);  // the save stands all the same
+    }
+    m_project = project;
+    m_base = base;
+    for (IdEntry& entry : m_ids.entries()) {
+        entry.object = nullptr;
+        entry.fate = IdEntry::open;
+    }
+}
+
+/** Each note goes as soon as its row is in other hands. */
+void SaveState::ApplyChanges() {
+    if (m_orderChanged) m_order.reset();
+    if (!m_rowNotes.empty() || !m_recordNotes.empty()) ForgetEnded();
+    for (; !m_rowNotes.empty(); m_rowNotes.pop_front()) {
+        const auto [entry, row] = m_rowNotes.front();
+        TableRows& rows = Rows(*entry->table);
+        if (!row) {
+            m_ids.DropRow(*entry);
+            rows.Put(entry->at, nullptr);
+            continue;
+        }
+        m_rowNotes.front().row = nullptr;
+        entry->at = rows.Put(entry->row ? entry->at : TableRows::NONE, row);
+        entry->row = row;
+        entry->id = rowcodec::Id(row);
+    }
+    for (; !m_recordNotes.empty(); m_recordNotes.pop_front()) {
+        TableRows& rows = Rows(Schema::Get().remainInfo());
+        rows.Put(m_recordNotes.front().at, std::exchange(m_recordNotes.front().row, nullptr));
+    }
+    DropChanges();
 }
 
 TableRows& SaveState::Rows(const RowTable& table) {
@@ -33,7 +96,7 @@ TableRows& SaveState::Rows(const RowTable& table) {
     if (table.catalogue->idWithinParent) return *rows;
     try {
         for (TableRows::Index index = 0; index < rows->size(); ++index)
-            m_ids.AddRow(table, rows->Row(index), rowcodec::Id(rows->Row(index)));
+            m_ids.AddRow(table, rows->Row(index), rowcodec::Id(rows->Row(index)), index);
     } catch (...) {
         Start(m_project, m_base);  // a book of some of the ids would make the other rows look new
         throw;
@@ -71,6 +134,7 @@ std::vector<const char*> SaveState::Below(const RowTable& table, std::string_vie
     TableRows& rows = Rows(table);
     std::vector<TableRows::Index> below;
     rows.Below(parent, below);
+    std::erase_if(below, [&](TableRows::Index index) { return !rows.Row(index); });
     std::vector<std::string_view> ids;
     for (const TableRows::Index index : below) ids.push_back(rowcodec::Id(rows.Row(index)));
     std::vector<std::size_t> places;
@@ -87,10 +151,7 @@ AttributeReader& SaveState::Attributes(const RowTable& table) {
 }
 
 std::string SaveState::ReadAttributes(const RowTable& table, IOObject& object) {
-    m_row->clear();
-    m_history->clear();
-    object.getAttributes(*m_row, *m_history);
-    return Attributes(table).Read(*m_row);
+    return Attributes(table).Read(object);
 }
 
 }  // namespace qv

@@ -32,16 +32,22 @@ class TableRows {
     }
     /** Gives the row away, to a taker of 1 to 255. */
     const char* Take(Index index, std::uintptr_t taker);
+    /**
+     * Takes over a row and puts it in the place of another, or behind all when the index is NONE; null in place of the row leaves the
+     * place as if the row there had been taken. Gives the place.
+     */
+    Index Put(Index index, const char* row);
+    static constexpr Index NONE = UINT32_MAX;
 
     /** The rows below a parent, taken ones too, in the order in which they were fetched. `out` is cleared first. */
-    void Below(std::string_view parent, std::vector<Index>& out) const;
+    void Below(std::string_view parent, std::vector<Index>& out);
 
   private:
     /** The row is the collection's from now on. */
     void Add(const char* row);
     static constexpr std::uintptr_t TAKERS = 256;
-    static constexpr Index NONE = UINT32_MAX;
 
+    /** Finds out, when somebody first asks, which rows hang below which parent. */
     void Group();
 
     /** The chain of the rows whose parents' ids have one hash: as good as one parent, but checked again where rows are handed out. */
@@ -53,6 +59,7 @@ class TableRows {
     std::vector<const char*> m_rows;
     std::vector<Index> m_next;
     std::vector<Head> m_heads;
+    bool m_grouped = false;
 };
 
 }  // namespace qv

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,6 +18,15 @@ struct FailurePlan {
 
     /** What the store was made of. */
     std::vector<qv::TableShape> tables;
+
+    /** Statements that were prepared, and rows that went into each table and were changed in it. */
+    long prepared = 0;
+    std::map<std::string, long> inserted, changed;
+    void ForgetCounts() {
+        prepared = 0;
+        inserted.clear();
+        changed.clear();
+    }
 
     void Write() {
         if (++writes == failsAt) throw qv::StoreError("the disk is on fire");
@@ -61,11 +71,12 @@ class FailingBackend : public qv::StoreBackend {
 
     class Insert : public qv::RowInsert {
       public:
-        Insert(std::unique_ptr<qv::RowInsert> inner, std::shared_ptr<FailurePlan> plan)
-            : m_inner(std::move(inner)), m_plan(std::move(plan)) {}
+        Insert(std::unique_ptr<qv::RowInsert> inner, std::shared_ptr<FailurePlan> plan, const qv::TableShape& table)
+            : m_inner(std::move(inner)), m_plan(std::move(plan)), m_table(table.name) {}
         void Add(std::span<const qv::Cell> row) override {
             m_plan->Write();
             m_inner->Add(row);
+            ++m_plan->inserted[m_table];
         }
         void Finish() override {
             m_plan->Ask();
@@ -75,20 +86,24 @@ class FailingBackend : public qv::StoreBackend {
       private:
         std::unique_ptr<qv::RowInsert> m_inner;
         std::shared_ptr<FailurePlan> m_plan;
+        std::string m_table;
     };
 
     class Change : public qv::RowChange {
       public:
-        Change(std::unique_ptr<qv::RowChange> inner, std::shared_ptr<FailurePlan> plan)
-            : m_inner(std::move(inner)), m_plan(std::move(plan)) {}
+        Change(std::unique_ptr<qv::RowChange> inner, std::shared_ptr<FailurePlan> plan, const qv::TableShape& table)
+            : m_inner(std::move(inner)), m_plan(std::move(plan)), m_table(table.name) {}
         std::int64_t Run(std::span<const qv::Cell> parameters) override {
             m_plan->Write();
-            return m_inner->Run(parameters);
+            const std::int64_t rows = m_inner->Run(parameters);
+            m_plan->changed[m_table] += static_cast<long>(rows);
+            return rows;
         }
 
       private:
         std::unique_ptr<qv::RowChange> m_inner;
         std::shared_ptr<FailurePlan> m_plan;
+        std::string m_table;
     };
 
     class Connection : public qv::StoreConnection {
@@ -97,14 +112,17 @@ class FailingBackend : public qv::StoreBackend {
             : m_inner(std::move(inner)), m_plan(std::move(plan)) {}
         std::unique_ptr<qv::RowSource> Prepare(const qv::Query& query) override {
             m_plan->Ask();
+            ++m_plan->prepared;
             return std::make_unique<Source>(m_inner->Prepare(query), m_plan);
         }
         std::unique_ptr<qv::RowChange> Prepare(const qv::Change& change) override {
             m_plan->Ask();
-            return std::make_unique<Change>(m_inner->Prepare(change), m_plan);
+            ++m_plan->prepared;
+            return std::make_unique<Change>(m_inner->Prepare(change), m_plan, *change.table);
         }
         std::unique_ptr<qv::RowChange> Prepare(const qv::Removal& removal) override {
-            return std::make_unique<Change>(m_inner->Prepare(removal), m_plan);
+            ++m_plan->prepared;
+            return std::make_unique<Change>(m_inner->Prepare(removal), m_plan, *removal.table);
         }
         void MakeTable(const qv::TableShape& table) override {
             m_plan->Write();
@@ -120,7 +138,8 @@ class FailingBackend : public qv::StoreBackend {
         }
         std::unique_ptr<qv::RowInsert> PrepareInsert(const qv::TableShape& table) override {
             m_plan->Ask();
-            return std::make_unique<Insert>(m_inner->PrepareInsert(table), m_plan);
+            ++m_plan->prepared;
+            return std::make_unique<Insert>(m_inner->PrepareInsert(table), m_plan, table);
         }
         void Begin() override {
             m_plan->Ask();

@@ -25,9 +25,13 @@ class ToolRepository {
     ToolRepository() = default;
     ~ToolRepository() {
         if (leftUnverified || testing::Test::HasFailure() || (m_location.empty() && directory.Files().empty())) return;
-        for (const SMRepositoryProject& project : SMRepository(Location()).Projects()) {
-            const ToolRun run = Run("verify", {"--all", "--project", std::string(project.id.utf8())});
-            EXPECT_EQ(run.status, 0) << run.out << run.err;
+        try {
+            for (const SMRepositoryProject& project : SMRepository(Location()).Projects()) {
+                const ToolRun run = Run("verify", {"--all", "--project", std::string(project.id.utf8())});
+                EXPECT_EQ(run.status, 0) << run.out << run.err;
+            }
+        } catch (const std::exception& error) {
+            ADD_FAILURE() << error.what();
         }
     }
     ToolRepository(const ToolRepository&) = delete;

@@ -57,7 +57,7 @@ bool ProjectSave::Guarded(const char* method, Work&& work) {
     } catch (const StoreError& error) {
         m_movedOn = error.reason() == StoreError::movedOn;
         const std::string moved = "The repository has moved on: revision " + std::to_string(m_base) + " is not the last any more.";
-        Fail(method, m_movedOn ? moved : error.message());
+        Fail(method, m_movedOn ? moved : "Repository '" + m_session.Name() + "': " + error.message());
     }
     return false;
 }

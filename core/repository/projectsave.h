@@ -39,6 +39,7 @@ class ProjectSave {
     bool MovedOn() const { return m_movedOn; }
 
     /** What the revisions of the saves to come tell of themselves. */
+    void WatchSending(RowWriter::Watcher watcher) { m_writer.WatchSending(std::move(watcher)); }
     void Describe(std::string author, std::string message);
     /** A target for the document of what the next save writes. */
     QvXMLFormatTarget& RecordDocument();

@@ -18,6 +18,8 @@ constexpr std::size_t OVERHEAD = 64;
 constexpr int TRIES = 5;
 /** Texts of few objects are ended at once; for many it pays to know who has any. */
 constexpr std::size_t FEW_OWNERS = 16;
+/** How many rows go out between two calls of who watches. */
+constexpr std::size_t ROWS_PER_CALL = 256;
 
 [[noreturn]] void RaiseFor(const StoreError& error, std::string_view table, std::string_view id, const IOObject* object) {
     if (error.reason() != StoreError::failed) throw error;
@@ -61,6 +63,17 @@ void RowWriter::Start(std::int64_t project, std::int64_t base) {
     m_entry = {};
     m_entry.number = project;
     m_base = base;
+    m_gone = m_flushedCount = m_total = 0;
+}
+
+std::size_t RowWriter::Gathered() const {
+    std::size_t count = m_orders.size();
+    for (const PendingTable& table : m_tables) count += table.rows.size() + table.ends.size();
+    return count;
+}
+
+void RowWriter::Went() {
+    if (++m_gone % ROWS_PER_CALL == 0 && m_watcher) m_watcher(m_gone, m_total);
 }
 
 void RowWriter::Count(std::size_t bytes) {
@@ -141,6 +154,7 @@ void RowWriter::SendRows(const RowTable& table, const PendingTable& pending) {
         } catch (const StoreError& error) {
             RaiseFor(error, table.name(), rowcodec::Id(row.row), row.object);
         }
+        Went();
     }
     for (const PendingEnd& end : pending.ends) {
         try {
@@ -149,6 +163,7 @@ void RowWriter::SendRows(const RowTable& table, const PendingTable& pending) {
         } catch (const StoreError& error) {
             RaiseFor(error, table.name(), end.id, nullptr);
         }
+        Went();
     }
     try {
         m_session.FinishRows(table);
@@ -167,6 +182,7 @@ void RowWriter::SendOrders() {
         } catch (const StoreError& error) {
             RaiseFor(error, "REPO_ORDER", order.parent, nullptr);
         }
+        Went();
     }
     try {
         m_session.FinishOrders();
@@ -193,10 +209,14 @@ void RowWriter::Flush() {
     Send();
     Forget();
     m_flushed = true;
+    m_flushedCount = m_gone;
 }
 
 void RowWriter::SendPieces(const std::vector<DocumentRecorder::Piece>& pieces) {
-    for (const DocumentRecorder::Piece& piece : pieces) m_session.InsertPiece(m_entry.number, piece);
+    for (const DocumentRecorder::Piece& piece : pieces) {
+        m_session.InsertPiece(m_entry.number, piece);
+        Went();
+    }
     m_session.FinishPieces();
 }
 
@@ -218,7 +238,9 @@ void RowWriter::Commit(const std::string* id, const std::string* name, RevisionE
     entry.number = revision();
     entry.savedAt = CellOf(QvDate(true));
     Sort();
+    m_total = m_flushedCount + Gathered() + pieces.size();
     for (int tries = 1;; ++tries) {
+        m_gone = m_flushedCount;
         try {
             Send();
             SendPieces(pieces);

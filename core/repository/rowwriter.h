@@ -1,7 +1,8 @@
 #pragma once
 
-#include <string>
+#include <functional>
 #include <optional>
+#include <string>
 #include <unordered_set>
 #include <vector>
 
@@ -24,12 +25,17 @@ std::string TellRow(std::string_view table, std::string_view id, const IOObject*
  */
 class RowWriter {
   public:
+    using Watcher = std::function<void(std::size_t done, std::size_t total)>;
+
     explicit RowWriter(StoreSession& session);
     ~RowWriter();
 
     /** Everything goes to the list from now on, and nothing to the store; null ends that. The list is borrowed. */
     void SetComparison(ChangeList* changes) { m_changes = changes; }
     bool Comparing() const { return m_changes != nullptr; }
+
+    /** Called now and then with how much has gone out, and of how much; 0 until all is gathered. It may throw. */
+    void WatchSending(Watcher watcher) { m_watcher = std::move(watcher); }
 
     /** Begins anew, for a project that is not there yet when the number is 0. */
     void Start(std::int64_t project, std::int64_t base);
@@ -85,6 +91,9 @@ class RowWriter {
     void EndTexts(std::string_view id, std::int64_t version);
     void Undo() noexcept;
     void Count(std::size_t bytes);
+    std::size_t Gathered() const;
+    /** One thing more has gone out. */
+    void Went();
     void Forget() noexcept;
 
     StoreSession& m_session;
@@ -101,6 +110,9 @@ class RowWriter {
     std::vector<PendingOrder> m_orders;
     /** Bytes gathered, and a little for each thing gathered. */
     std::size_t m_pending = 0;
+    Watcher m_watcher;
+    /** What has gone out in this save, what of that may be run again, and what goes out in all; 0 for not yet known. */
+    std::size_t m_gone = 0, m_flushedCount = 0, m_total = 0;
 };
 
 }  // namespace qv

@@ -54,8 +54,10 @@ SMRepositoryHelper::SMRepositoryHelper(const std::shared_ptr<qv::StoreBackend>& 
 SMRepositoryHelper::~SMRepositoryHelper() = default;
 
 bool SMRepositoryHelper::DoReadAction(const I18NString& action, const IOHashParam& params, IOArrayParam& results) {
-    const auto fail = [](const char* what) {
-        QvLogEvent(1, "code", "QvOne", "smrepositoryhelper", "SMRepositoryHelper", "DoReadAction", 0, what, "").Log();
+    const auto fail = [](const std::string& what) {
+        QvLogEvent(1, "code", "QvOne", "smrepositoryhelper", "SMRepositoryHelper", "DoReadAction", 0, I18NString(std::string_view(what)),
+                   "")
+            .Log();
         return false;
     };
     results.clear();
@@ -63,7 +65,7 @@ bool SMRepositoryHelper::DoReadAction(const I18NString& action, const IOHashPara
         return m_state->Read(action, params, GetFixingLostRemainingInfo(), results);
     } catch (const qv::StoreError& error) {
         results.clear();
-        return fail(error.what());
+        return fail("Repository '" + m_state->session.Name() + "': " + error.message());
     } catch (const IOParamException& error) {
         results.clear();
         return fail(error.what());
@@ -109,7 +111,7 @@ bool SMRepositoryHelper::MayHaveRows(const I18NString& objectName, const QvULStr
     try {
         return m_state->reader.MayHaveRows(objectName.utf8(), parentId.utf8());
     } catch (const qv::StoreError&) {
-        return true;  // the read itself will tell of it
+        return true;  // nothing was kept of the table, so the read fetches it again, and tells what keeps it from that
     }
 }
 
@@ -151,6 +153,10 @@ void SMRepositoryHelper::ReadAt(long revision) {
     m_state->pinned = true;
     m_state->save.SetBase(revision);
     m_state->reader.Pin(m_state->save.project(), revision);
+}
+
+void SMRepositoryHelper::WatchSending(std::function<void(std::size_t, std::size_t)> watcher) {
+    m_state->save.WatchSending(std::move(watcher));
 }
 
 long SMRepositoryHelper::Newest() {

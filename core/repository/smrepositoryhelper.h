@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 #include "core/qvutils/persist/iohelper.h"
@@ -47,6 +49,12 @@ class SM_API SMRepositoryHelper : public IOHelper {
 
     /** Who saves, and why: stands with the revisions that saves make from now on. */
     void Describe(const I18NString& author, const I18NString& message);
+    /**
+     * Called now and then while a save sends what it gathered: how many rows and pieces of the document have gone, and of how many; 0 as
+     * long as more may be gathered. What the watcher throws ends the save, undone, and passes on to the caller of the save. Null: nobody
+     * watches.
+     */
+    void WatchSending(std::function<void(std::size_t done, std::size_t total)> watcher);
     /** Loads, and what later saves are based on, are those of this revision from now on; a save then fails unless it is the newest. */
     void ReadAt(long revision);
     /** The newest revision that stands in the store now. */

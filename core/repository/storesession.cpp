@@ -5,7 +5,7 @@
 namespace qv {
 
 StoreSession::StoreSession(StoreBackend& backend)
-    : m_schema(Schema::Get()), m_connection(backend.Connect()), m_tables(m_schema.rowTables().size()) {}
+    : m_schema(Schema::Get()), m_name(backend.Name()), m_connection(backend.Connect()), m_tables(m_schema.rowTables().size()) {}
 
 RowSource& StoreSession::Prepared(std::unique_ptr<RowSource>& slot, const Query& query) {
     if (!slot) {

@@ -86,6 +86,8 @@ class StoreSession {
     void FinishPieces();
 
     StoreConnection& connection() { return *m_connection; }
+    /** Of the store, for messages. */
+    const std::string& Name() const { return m_name; }
     SMRepositoryCounters& counters() { return m_counters; }
 
   private:
@@ -115,6 +117,7 @@ class StoreSession {
     static std::vector<RevisionEntry> TakeRevisions(RowSource& source);
 
     const Schema& m_schema;
+    const std::string m_name;
     std::unique_ptr<StoreConnection> m_connection;
     SMRepositoryCounters m_counters;
     std::vector<TableStatements> m_tables;

@@ -1,5 +1,7 @@
 #include "objects/face/smmodelstore_002_000.h"
 
+#include <new>
+
 #include "objects/face/smguard_002_000.h"
 #include "objects/face/smmodeldocument_002_000.h"
 
@@ -39,10 +41,16 @@ SMPutResult SMPutModel(SMProject2& project, IOHelper& context, const SMControl& 
         }
     }
     const Watch watch(context, control);
-    SMRunGuarded(result, [&] {
-        if (settle) settle();
-        return project.write(context);
-    });
+    bool stands = false;
+    try {
+        SMRunGuarded(result, [&] {
+            if (settle) settle();
+            return stands = project.write(context);
+        });
+    } catch (const std::bad_alloc&) {
+        if (!stands) throw;
+        result.status = SMStatus::done;  // without what there was to tell: whoever heard of a failure would save again
+    }
     result.objects = watch.Count();
     return result;
 }

@@ -5,6 +5,10 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include "core/qvutils/diag/tklerrors.h"
+#include "objects/face/smguard_002_000.h"
+#include "objects/face/smmodelwalk_002_000.h"
+#include "tools/smodel/interrupt.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
@@ -12,11 +16,18 @@ using namespace schema_002_000;
 
 namespace {
 
+/** A revision that stands is told, whatever keeps us from telling what it changed. */
 void PrintWhatCame(SMRepository& repository, const SMRepositoryHelper& context, long base) {
     if (context.Revision() == base) return Print("nothing changed; the newest revision is " + std::to_string(base) + "\n");
-    const SMRepositoryChangeCounts counts = repository.CountChanges(context.ProjectNumber(), base, context.Revision());
-    Print("revision " + std::to_string(context.Revision()) + ": " + Counted(counts.added, "object") + " added, " + Grouped(counts.changed) +
-          " changed, " + Grouped(counts.removed) + " removed\n");
+    const std::string revision = "revision " + std::to_string(context.Revision());
+    SMRepositoryChangeCounts counts;
+    try {
+        counts = repository.CountChanges(context.ProjectNumber(), base, context.Revision());
+    } catch (const TklRuntimeError& error) {
+        return Print(revision + ": saved; what it changed cannot be told: " + Printable(error.what()) + "\n");
+    }
+    Print(revision + ": " + Counted(counts.added, "object") + " added, " + Grouped(counts.changed) + " changed, " +
+          Grouped(counts.removed) + " removed\n");
 }
 
 /** What a put would have changed of what others changed since its base. */
@@ -41,6 +52,27 @@ void PrintConflicts(SMRepository& repository, long number, long base, SMProject2
           ".\n");
 }
 
+SMPutResult Send(const SMRepository& repository, SMRepositoryHelper& context, SMProject2& project, const std::function<void()>& settle) {
+    ProgressLine line("saving to " + repository.Name());
+    std::size_t objects = 0;
+    SMForEachObject(project, [&](const SMObjectBase&, int) { ++objects; });
+    line.SetObjects(objects);
+    context.WatchSending([&](std::size_t done, std::size_t total) {
+        if (Interrupted()) throw SMCancelled();
+        line.Show("rows", done, total);
+    });
+    SMPutResult put = SMPutModel(project, context, line.Control(), settle);
+    context.WatchSending(nullptr);
+    return put;
+}
+
+/** Whether another put of the project came first, be it the one that made it. */
+bool CameSecond(SMRepository& repository, const SMRepositoryHelper& context, const SMProject2& project, const SMPutResult& put) {
+    if (context.MovedOn()) return true;
+    return put.status == SMStatus::failed && context.ProjectNumber() == 0 && !project.GetId().empty() &&
+           ContextFor(repository, project)->ProjectNumber() != 0;
+}
+
 }  // namespace
 
 std::string LoginName() {
@@ -52,13 +84,9 @@ int PutModel(SMRepository& repository, SMRepositoryHelper& context, SMProject2& 
              const std::string& message, const std::function<void()>& settle) {
     const long base = context.Revision();
     context.Describe(I18NString(std::string_view(author)), I18NString(std::string_view(message)));
-    SMPutResult put;
-    {
-        ProgressLine line("saving to " + repository.Name());
-        put = SMPutModel(project, context, line.Control(), settle);
-    }
+    const SMPutResult put = Send(repository, context, project, settle);
     PrintDiagnostics(stderr, put.diagnostics, true);
-    if (context.MovedOn()) {
+    if (CameSecond(repository, context, project, put)) {
         const long number = context.ProjectNumber() != 0 ? context.ProjectNumber() : ContextFor(repository, project)->ProjectNumber();
         if (number != 0) PrintConflicts(repository, number, base, project);
         Complain("nothing was written; get the newest revision, bring the change into it, and put it again");

@@ -1,3 +1,4 @@
+#include <exception>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -19,23 +20,30 @@ struct Arguments : RepositoryArguments, LossArguments {
     std::string author = LoginName();
 };
 
-/** Takes a repository's file away again, if it was not there before, unless it came to something. */
+/** Takes a repository's file away again, if it was not there before and nobody has put anything into it. */
 class NewFile {
   public:
     explicit NewFile(const std::string& location)
         : m_path(location.starts_with(PREFIX) ? location.substr(PREFIX.size()) : location),
-          m_wasThere(location.starts_with("postgresql:") || location.starts_with("postgres:") ||
-                     std::filesystem::exists(std::filesystem::symlink_status(m_path))) {}
+          m_wasThere(location.starts_with("postgresql:") || location.starts_with("postgres:") || IsThere()) {}
     ~NewFile() {
+        if (m_wasThere || !IsThere()) return;
+        try {
+            // others may have found it, and put their models there
+            if (!SMRepository(std::string(PREFIX) + m_path, SMRepository::createIfAbsent).Projects().empty()) return;
+        } catch (const std::exception&) {
+            return;  // what cannot be looked at is left as it is
+        }
         std::error_code ignored;
-        if (!m_wasThere) std::filesystem::remove(m_path, ignored);
+        std::filesystem::remove(m_path, ignored);
     }
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
-    void Keep() { m_wasThere = true; }
 
   private:
     static constexpr std::string_view PREFIX = "sqlite:";
+    bool IsThere() const { return std::filesystem::exists(std::filesystem::symlink_status(m_path)); }
+
     std::string m_path;
     bool m_wasThere;
 };
@@ -44,13 +52,12 @@ int Put(const Arguments& arguments) {
     int readStatus = STATUS_CLEAN;
     const schema_002_000::SMAccountedResult loaded = ReadModelToWrite(arguments.model, arguments, readStatus);
     if (!loaded.project) return readStatus;
-    NewFile file(arguments.repository);
+    const NewFile file(arguments.repository);
     SMRepository repository(arguments.repository, SMRepository::createIfAbsent);
     const std::unique_ptr<SMRepositoryHelper> context =
         arguments.project.empty() ? ContextFor(repository, *loaded.project) : ContextOf(repository, arguments.project);
     if (!arguments.base.empty()) context->ReadAt(RevisionAt(repository, context->ProjectNumber(), arguments.base).number);
     const int status = PutModel(repository, *context, *loaded.project, arguments.author, arguments.message);
-    if (!repository.Projects().empty()) file.Keep();
     return Worse(readStatus, status);
 }
 

@@ -1,6 +1,7 @@
 #include "tools/smodel/terminal.h"
 
 #include <cerrno>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -147,18 +148,39 @@ ProgressLine::~ProgressLine() {
 }
 
 schema_002_000::SMControl ProgressLine::Control() {
+    static const char* const UNITS[] = {"elements", "bytes", "objects"};
     schema_002_000::SMControl control;
     control.cancelled = &Interrupted();
-    if (m_isTerminal) control.progress = [this](const schema_002_000::SMProgress& progress) { Show(progress); };
+    if (m_isTerminal)
+        control.progress = [this](const schema_002_000::SMProgress& progress) {
+            Show(UNITS[progress.unit], progress.done, progress.unit == schema_002_000::SMProgress::objects ? m_objects : 0);
+        };
     return control;
 }
 
-void ProgressLine::Show(const schema_002_000::SMProgress& progress) {
-    static const char* const UNITS[] = {"elements", "bytes", "objects"};
-    const auto now = std::chrono::steady_clock::now();
-    if (now < m_next) return;
+void ProgressLine::Show(const char* things, std::size_t done, std::size_t total) {
+    const auto now = Clock::now();
+    if (m_things != things) {
+        m_things = things;
+        m_begin = now;
+    }
+    if (!m_isTerminal || now < m_next) return;
     m_next = now + BETWEEN_UPDATES;
     m_shown = true;
     SetProgressShown(true);
-    Write(stderr, "\r" + m_what + ": " + Grouped(progress.done) + " " + UNITS[progress.unit] + "\x1b[K");
+    std::string line = "\r" + m_what + ": " + Grouped(done) + (total ? " of " + Grouped(total) : "") + " " + things;
+    // the first count comes at once, and tells nothing of the speed
+    if (const double seconds = std::chrono::duration<double>(now - m_begin).count(); seconds > 0.05 && done > 0) {
+        const double rate = static_cast<double>(done) / seconds;
+        line += ", " + Grouped(static_cast<std::size_t>(rate)) + "/s";
+        if (total >= done && total > 0) line += ", " + Clocked(static_cast<double>(total - done) / rate) + " left";
+    }
+    Write(stderr, line + "\x1b[K");
+}
+
+std::string Clocked(double seconds) {
+    const auto all = static_cast<std::size_t>(std::ceil(seconds));
+    const auto twoDigits = [](std::size_t number) { return (number < 10 ? "0" : "") + std::to_string(number); };
+    const std::string minutes = all < 3600 ? std::to_string(all / 60) : std::to_string(all / 3600) + ":" + twoDigits(all / 60 % 60);
+    return minutes + ":" + twoDigits(all % 60);
 }

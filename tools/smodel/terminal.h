@@ -48,12 +48,23 @@ class ProgressLine {
 
     /** For an operation that ends before this does; it also ends at a signal. */
     schema_002_000::SMControl Control();
+    /** How many objects there are, so that the time left can be told. */
+    void SetObjects(std::size_t total) { m_objects = total; }
+    /** Tells how far it is: with how many things a second, and, where `total` is not 0, the time that is left. */
+    void Show(const char* things, std::size_t done, std::size_t total);
 
   private:
-    void Show(const schema_002_000::SMProgress& progress);
+    using Clock = std::chrono::steady_clock;
 
     std::string m_what;
     bool m_isTerminal;
     bool m_shown = false;
-    std::chrono::steady_clock::time_point m_next;
+    std::size_t m_objects = 0;
+    Clock::time_point m_next;
+    /** What is counted now, and since when. */
+    std::string m_things;
+    Clock::time_point m_begin;
 };
+
+/** "0:07", "2:05:09": at least as much time as is given. */
+std::string Clocked(double seconds);

@@ -120,7 +120,14 @@ Connection Address::Try(const char* sessionAttributes) const {
     if (sessionAttributes) add("target_session_attrs", sessionAttributes);
     add("client_encoding", "UTF8");
     add(nullptr, nullptr);
-    return Connection(PQconnectdbParams(keywords.data(), values.data(), 1));
+    // a notice that comes while the connection is made would be printed: so the line is begun, told to be quiet, and made from its
+    // beginning
+    Connection connection(PQconnectStartParams(keywords.data(), values.data(), 1));
+    if (!connection) return connection;
+    PQsetNoticeReceiver(
+        connection.get(), [](void*, const PGresult*) {}, nullptr);
+    PQreset(connection.get());
+    return connection;
 }
 
 }  // namespace qv::postgres

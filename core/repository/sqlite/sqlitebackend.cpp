@@ -6,6 +6,8 @@
 #include <sqlite3.h>
 #include <sys/stat.h>
 
+#include <cerrno>
+#include <cstring>
 #include <optional>
 
 namespace qv {
@@ -46,10 +48,26 @@ struct FinalizeStatement {
 using Database = std::unique_ptr<sqlite3, CloseDatabase>;
 using PreparedStatement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
+/** "disk I/O error" says little: which step failed, and what the system says of it, where it does. */
+std::string Told(sqlite3* database, int code) {
+    std::string text = sqlite3_errmsg(database);
+    switch (code) {
+    case SQLITE_IOERR_READ:
+    case SQLITE_IOERR_SHORT_READ: text += " while reading"; break;
+    case SQLITE_IOERR_WRITE: text += " while writing"; break;
+    case SQLITE_IOERR_FSYNC:
+    case SQLITE_IOERR_DIR_FSYNC: text += " while bringing what was written to the disk"; break;
+    default: break;
+    }
+    const int system = sqlite3_system_errno(database);
+    if ((code & 0xff) == SQLITE_IOERR && system != 0) text += std::string(": ") + std::strerror(system);
+    return text;
+}
+
 [[noreturn]] void Raise(sqlite3* database, int code) {
     const int primary = code & 0xff;
     const bool busy = primary == SQLITE_BUSY || primary == SQLITE_LOCKED;
-    throw StoreError(busy ? "Another process is writing to the repository." : sqlite3_errmsg(database),
+    throw StoreError(busy ? "Another process is writing to the repository." : Told(database, code),
                      busy ? StoreError::busy : StoreError::failed);
 }
 
@@ -269,7 +287,15 @@ class SqliteConnection : public StoreConnection {
     }
     void MakeView(const ViewShape& view) override { Execute(m_database.get(), SqlText(SQLITE).CreateView(view)); }
     void Begin() override { Execute(m_database.get(), "BEGIN IMMEDIATE"); }
-    void Commit() override { Execute(m_database.get(), "COMMIT"); }
+    void Commit() override {
+        const int code = sqlite3_exec(m_database.get(), "COMMIT", nullptr, nullptr, nullptr);
+        if (code == SQLITE_OK) return;
+        // what the log had taken may be found there when it is read anew
+        if ((code & 0xff) == SQLITE_IOERR)
+            throw StoreError(Told(m_database.get(), code) + ". It is not known whether the save stands; look before saving again.",
+                             StoreError::unknown);
+        Raise(m_database.get(), code);
+    }
     void Rollback() noexcept override {
         if (!sqlite3_get_autocommit(m_database.get())) sqlite3_exec(m_database.get(), "ROLLBACK", nullptr, nullptr, nullptr);
     }

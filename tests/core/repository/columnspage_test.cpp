@@ -18,6 +18,7 @@
 #include "tests/support/facemodel.h"
 #include "tests/support/modelclasses.h"
 #include "tests/support/page.h"
+#include "tests/support/postgresserver.h"
 #include "tests/support/tempdir.h"
 
 using namespace schema_002_000;
@@ -187,6 +188,26 @@ TEST(ColumnsPage, ListsTheColumnsOfEachTableOfAStore) {
         listed.erase(table[0]);
     }
     for (const auto& [name, table] : listed) ADD_FAILURE() << "There is no table " << name;
+}
+
+TEST(ColumnsPagePostgres, TellsTheTypesOfBothStores) {
+    std::map<std::string, std::string> onServer;  // by the type of the page
+    for (const PageTable& table : TablesOf(COLUMNS_PAGE))
+        if (table.head.at(0) == "Type")
+            for (const PageTable::Row& row : table.rows) {
+                EXPECT_EQ(NameOfType(row.at(1)), row.at(0));
+                onServer[row.at(0)] = row.at(2);
+            }
+    EXPECT_EQ(onServer.size(), 5u);
+    const PostgresSchema schema;
+    { SMRepository repository(schema.Location(), SMRepository::createIfAbsent); }
+    for (const auto& [name, table] : TablesOnThePage())
+        for (const PageTable::Row& row : table.rows)
+            EXPECT_EQ(schema.Sql("SELECT upper(split_part(data_type, ' ', 1)) FROM information_schema.columns WHERE table_schema = "
+                                 "current_schema() AND table_name = lower('" +
+                                 name + "') AND column_name = lower('" + CodesIn(row.at(0)).at(0) + "')"),
+                      onServer[row.at(1)])
+                << name << "." << row.at(0);
 }
 
 TEST(ColumnsPage, TellsTheKeyUnderWhichAColumnIsReadBack) {

@@ -64,11 +64,31 @@ TEST_P(RepositoryFailure, OfAnyWriteOfALaterSaveLeavesTheRevisionBefore) {
     EXPECT_GT(at, 8);
 }
 
+TEST_P(RepositoryFailure, OfWhoWatchesTheRowsGoLeavesTheRevisionBefore) {
+    const QvSmartPtr<TestNode> project = Sample();
+    const long number = Put(*project);
+    const std::string before = DumpOf(number);
+    for (int entry = 0; entry < 1000; ++entry) Map(*project).AddEntry(std::to_string(entry), "");
+    const auto context = repository->OpenProject(number);
+    std::vector<std::size_t> counts;
+    context->WatchSending([&](std::size_t done, std::size_t total) {
+        EXPECT_EQ(total, 1000u);
+        counts.push_back(done);
+        if (counts.size() == 3) throw TklRuntimeError("enough");
+    });
+    EXPECT_THROW(project->write(*context), TklRuntimeError);
+    EXPECT_EQ(counts, (std::vector<std::size_t>{256, 512, 768}));
+    EXPECT_EQ(DumpOf(number), before);
+    context->WatchSending(nullptr);
+    EXPECT_TRUE(project->write(*context));
+    EXPECT_EQ(DumpOf(number), project->Dump());
+}
+
 TEST_P(RepositoryFailure, IsToldWithTableIdAndObject) {
     plan->failsAt = 4;
     CaughtLog log;
     EXPECT_FALSE(Sample()->write(*repository->NewProject()));
-    EXPECT_EQ(log.Only(), "table SM_SECTION_TYPE, id 'r', object 'path of r': the disk is on fire");
+    EXPECT_EQ(log.Only(), "Repository '" + backend->Name() + "': table SM_SECTION_TYPE, id 'r', object 'path of r': the disk is on fire");
 }
 
 struct Samples : RepositoryTest {

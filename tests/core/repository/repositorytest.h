@@ -14,6 +14,7 @@
 #include "tests/core/repository/failingbackend.h"
 #include "tests/core/repository/testnode.h"
 #include "tests/support/postgresserver.h"
+#include "tests/support/storecheck.h"
 
 /** A store in a schema of its own, which goes with it. */
 inline std::shared_ptr<qv::StoreBackend> MakeSchemaBackend() {
@@ -58,6 +59,13 @@ class RepositoryTest : public testing::TestWithParam<StoreKind> {
     }
     ~RepositoryTest() override { std::filesystem::remove_all(m_directory); }
 
+    /** Whatever a test has done, and whatever was made to fail in it, the store is sound. */
+    void TearDown() override {
+        plan->failsAt = 0;
+        if (changedByHand || HasFailure()) return;
+        EXPECT_EQ(StoreFaults(*repository, *backend, plan->tables), "");
+    }
+
     /** A project with a root, two sections below it, and a map of three entries. */
     static QvSmartPtr<TestNode> Sample() {
         QvSmartPtr<TestNode> project = new TestNode(nullptr, "SM_PROJECT", "p");
@@ -97,6 +105,8 @@ class RepositoryTest : public testing::TestWithParam<StoreKind> {
     /** Rows of a save besides those of objects: the revision, and for a new project its entry. */
     static constexpr long REVISION = 1, NEW_PROJECT = 2;
 
+    /** Set by tests that write rows that no save would. */
+    bool changedByHand = false;
     std::filesystem::path m_directory;
     std::shared_ptr<FailurePlan> plan;
     std::shared_ptr<qv::StoreBackend> backend;

@@ -106,6 +106,7 @@ class TestNode : public IOObject {
             switch (value->GetKind()) {
             case IOParameter::kindLong: Set(column->name, Number(value->GetLongValue())); break;
             case IOParameter::kindBool: Set(column->name, Flag(value->GetBoolValue())); break;
+            case IOParameter::kindDate: Set(column->name, [date = value->GetDateValue()] { return new QvDateParam(date); }); break;
             default: Set(column->name, Text(std::string(value->GetQvStringValue().utf8()))); break;
             }
         }

@@ -125,3 +125,33 @@ TEST_P(OutOfMemory, GivesTheWholeModelOrNoneInARead) {
     EXPECT_GT(n, 100);
     EXPECT_EQ(TextIn(*context), text);
 }
+
+TEST_P(OutOfMemory, TellsThatAPutIsDoneWhenItStands) {
+    // of two objects with one id the second gets another, which is told
+    std::string twins = SMALL;
+    twins.insert(twins.find("</definition>") + 13,
+                 "<queryItem><name locale=\"en\">twin</name><property name=\"id\">i</property></queryItem>");
+    ASSERT_TRUE(SMPutModel(*SMLoadModelBytes(SMALL).project, *repository->NewProject()).IsDone());
+    int puts = 1000000;
+    bool done = false;
+    const auto fails = [&](long n) {
+        const SMLoadResult model = SMLoadModelBytes(twins);
+        model.project->SetName(I18NString(std::string_view(std::to_string(++puts))));
+        const auto context = repository->OpenProject(1);
+        std::optional<SMPutResult> put;
+        const bool failed = RunsOutOfMemory(n, [&] { put = SMPutModel(*model.project, *context); });
+        done = put && put->IsDone();
+        return failed;
+    };
+    long most = 1;
+    while (fails(most)) most *= 2;
+    for (long least = most / 2; most - least > 1;) (fails((least + most) / 2) ? least : most) = (least + most) / 2;
+    int toldInSpite = 0;
+    for (long n = most - 20; n < most; ++n) {
+        const long before = repository->Projects().front().revision;
+        const bool failed = fails(n);
+        ASSERT_EQ(done, repository->Projects().front().revision > before) << n << " of " << most;
+        toldInSpite += failed && done;
+    }
+    EXPECT_GT(toldInSpite, 0);
+}

@@ -186,6 +186,7 @@ TEST_P(WholeProject, LosesNothingMoreTheSecondTime) {
 // ---- a store of the release before
 
 TEST_P(WholeProject, IsUpgradedByOneReadAndOneSave) {
+    changedByHand = true;
     const ProjectPtr project = Every();
     Put(backend, *project);
     const std::string text = WriteElement(*Get(backend));
@@ -233,6 +234,7 @@ TEST_P(WholeProject, IsUpgradedByOneReadAndOneSave) {
 }
 
 TEST_P(WholeProject, IsUpgradedInEveryReadUntilLocalesAreSaved) {
+    changedByHand = true;
     const ProjectPtr project = Every();
     Put(backend, *project);
     SetInRows(*backend, plan->tables, "SM_REMAIN_INFO", "END_REVISION", qv::Cell::Number(1), "PARENT_ID", project->GetId().utf8());

@@ -6,8 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "core/repository/smrepository.h"
-#include "tests/support/facemodel.h"
-#include "tests/support/toolrun.h"
+#include "tests/tools/smodel/repomodel.h"
 
 namespace {
 
@@ -20,13 +19,6 @@ const std::string MODELS = SMODEL_SOURCE_DIR "/examples/models/";
 
 std::string Canonical(const std::string& document) {
     return CanonicalText(*schema_002_000::SMLoadModelBytes(document).project);
-}
-
-/** Takes a second or so to put. */
-std::string BigModel() {
-    std::string content;
-    for (int i = 0; i < 100'000; ++i) content += NamespaceElement("n" + std::to_string(i));
-    return ModelDocument(NamespaceElement("root", content));
 }
 
 TEST(SmodelRepo, GivesBackWhatWasPut) {
@@ -94,7 +86,7 @@ TEST(SmodelRepo, MakesNoRepositoryForABrokenDocument) {
 
 TEST(SmodelRepo, LeavesNothingOfAPutThatIsInterrupted) {
     const TestDirectory directory;
-    const std::string in = directory.Write("in.xml", BigModel());
+    const std::string in = directory.Write("in.xml", BigModel(100'000));
     RunningTool tool({"repo", "put", directory.Path("r.db"), in}, {});
     while (directory.Files().size() < 2) ::usleep(1000);
     ::usleep(20'000);
@@ -116,7 +108,7 @@ TEST(SmodelRepo, TellsThatTheRepositoryHasMovedOn) {
     const TestDirectory directory;
     const std::string repository = directory.Path("r.db");
     ASSERT_EQ(RunTool({"repo", "put", repository, "-"}, ModelDocument(NamespaceElement("first"))).status, 0);
-    RunningTool slow({"repo", "put", repository, directory.Write("big.xml", BigModel())}, {});
+    RunningTool slow({"repo", "put", repository, directory.Write("big.xml", BigModel(100'000))}, {});
     while (directory.Files().size() < 3) ::usleep(1000);  // until it has opened the repository
     ::usleep(100'000);
     ASSERT_EQ(RunTool({"repo", "put", repository, "-"}, ModelDocument(NamespaceElement("second"))).status, 0);

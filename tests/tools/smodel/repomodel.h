@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/repository/smrepository.h"
 #include "tests/support/facemodel.h"
 #include "tests/support/toolrun.h"
 
@@ -18,9 +19,23 @@ inline std::string SubjectElement(const std::string& name, const std::vector<std
     return "<querySubject>" + content + "</querySubject>";
 }
 
-/** A repository in a directory of its own, with commands on it. */
+/** A repository in a directory of its own, with commands on it; at its end it must be sound. */
 class ToolRepository {
   public:
+    ToolRepository() = default;
+    ~ToolRepository() {
+        if (leftUnverified || testing::Test::HasFailure() || (m_location.empty() && directory.Files().empty())) return;
+        try {
+            for (const SMRepositoryProject& project : SMRepository(Location()).Projects()) {
+                const ToolRun run = Run("verify", {"--all", "--project", std::string(project.id.utf8())});
+                EXPECT_EQ(run.status, 0) << run.out << run.err;
+            }
+        } catch (const std::exception& error) {
+            ADD_FAILURE() << error.what();
+        }
+    }
+    ToolRepository(const ToolRepository&) = delete;
+    ToolRepository& operator=(const ToolRepository&) = delete;
     std::string Location() const { return m_location.empty() ? directory.Path("r.db") : m_location; }
     void SetLocation(const std::string& location) { m_location = location; }
     /** "repo WORD REPO REST". */
@@ -38,6 +53,8 @@ class ToolRepository {
     }
 
     TestDirectory directory;
+    /** Set by tests that write rows that no put would, that put what rows alone keep, or so much that it takes too long. */
+    mutable bool leftUnverified = false;
 
   private:
     std::string m_location;
@@ -48,9 +65,10 @@ inline std::string Formatted(const std::string& document) {
 }
 
 /** Changes a store by hand; gives how many rows. */
-inline int ChangeByHand(const std::string& file, const std::string& statement) {
+inline int ChangeByHand(const ToolRepository& repository, const std::string& statement) {
     sqlite3* database = nullptr;
-    EXPECT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
+    repository.leftUnverified = true;
+    EXPECT_EQ(sqlite3_open(repository.Location().c_str(), &database), SQLITE_OK);
     EXPECT_EQ(sqlite3_exec(database, statement.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
     const int rows = sqlite3_changes(database);
     sqlite3_close(database);
@@ -59,4 +77,11 @@ inline int ChangeByHand(const std::string& file, const std::string& statement) {
 
 inline std::string SalesModel(const std::string& content) {
     return ModelDocument(NamespaceElement("Sales", content));
+}
+
+/** Takes a while to put. */
+inline std::string BigModel(int namespaces) {
+    std::string content;
+    for (int at = 0; at < namespaces; ++at) content += NamespaceElement("n" + std::to_string(at));
+    return ModelDocument(NamespaceElement("root", content));
 }

@@ -74,10 +74,11 @@ class SmodelRepoRestore : public testing::TestWithParam<const char*> {
     }
     std::string Newest() { return repository.Run("ls").out; }
 
-    ToolRepository repository;
-
   private:
     std::unique_ptr<PostgresSchema> m_schema;
+
+  protected:
+    ToolRepository repository;
 };
 
 INSTANTIATE_TEST_SUITE_P(Each, SmodelRepoRestore, testing::Values("Sqlite", "Postgres"), [](const auto& store) { return store.param; });

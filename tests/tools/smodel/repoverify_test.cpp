@@ -45,6 +45,7 @@ TEST_F(SmodelRepoVerify, FindsEachExampleClean) {
 
 TEST_F(SmodelRepoVerify, NamesWhatOnlyTheRowsKeep) {
     const ToolRepository forms;
+    forms.leftUnverified = true;
     forms.Run("put", {"--accept-loss", MODELS + "reader_forms.xml"});
     const ToolRun run = forms.Run("verify");
     EXPECT_EQ(run.status, 1);
@@ -52,8 +53,7 @@ TEST_F(SmodelRepoVerify, NamesWhatOnlyTheRowsKeep) {
 }
 
 TEST_F(SmodelRepoVerify, NamesARowThatWasChangedByHand) {
-    ASSERT_EQ(ChangeByHand(repository.Location(), "UPDATE SM_QUERY_ITEM SET NAME = 'Sum' WHERE NAME = 'Amount' AND END_REVISION IS NULL"),
-              1);
+    ASSERT_EQ(ChangeByHand(repository, "UPDATE SM_QUERY_ITEM SET NAME = 'Sum' WHERE NAME = 'Amount' AND END_REVISION IS NULL"), 1);
     const ToolRun run = repository.Run("verify");
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.out, AllOf(StartsWith("revision 2:\n  the rows tell something else than the document:\nchanged queryItem "),
@@ -61,7 +61,7 @@ TEST_F(SmodelRepoVerify, NamesARowThatWasChangedByHand) {
 }
 
 TEST_F(SmodelRepoVerify, NamesARowThatWasTakenAwayByHand) {
-    ASSERT_EQ(ChangeByHand(repository.Location(), "DELETE FROM SM_QUERY_ITEM WHERE NAME = 'Day'"), 1);
+    ASSERT_EQ(ChangeByHand(repository, "DELETE FROM SM_QUERY_ITEM WHERE NAME = 'Day'"), 1);
     const ToolRun run = repository.Run("verify", {"--all"});
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.out,
@@ -69,7 +69,7 @@ TEST_F(SmodelRepoVerify, NamesARowThatWasTakenAwayByHand) {
 }
 
 TEST_F(SmodelRepoVerify, FindsADamagedPiece) {
-    ASSERT_GT(ChangeByHand(repository.Location(), "UPDATE REPO_PIECE SET BYTES = x'00'"), 0);
+    ASSERT_GT(ChangeByHand(repository, "UPDATE REPO_PIECE SET BYTES = x'00'"), 0);
     const ToolRun run = repository.Run("verify");
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.out, StartsWith("revision 2:\n  the document cannot be read: "));
@@ -105,7 +105,7 @@ namespace {
 class SmodelRepoVerifyRows : public SmodelRepoVerify {
   protected:
     std::string Damaged(const std::string& statement) {
-        EXPECT_GT(ChangeByHand(repository.Location(), statement), 0) << statement;
+        EXPECT_GT(ChangeByHand(repository, statement), 0) << statement;
         const ToolRun run = repository.Run("verify");
         EXPECT_EQ(run.status, 1) << run.out << run.err;
         return run.out;

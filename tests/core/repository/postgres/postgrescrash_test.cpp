@@ -206,7 +206,7 @@ TEST_F(PostgresStandby, ServesLoadsAndTellsThatItDoesNotSave) {
     EXPECT_NE(got.out.find("<project"), std::string::npos) << got.out;
     std::string told;
     EXPECT_EQ(NumberedPuts::PutNext(standby->Address(), &told), 0);
-    EXPECT_EQ(told, "This server only reads; a save needs the one that writes.");
+    EXPECT_NE(told.find("This server only reads; a save needs the one that writes."), std::string::npos) << told;
     EXPECT_EQ(NumberedPuts::PutNext(Both(), &told), 2);
     EXPECT_EQ(NumberedPuts::PutNext(PostgresServer::AddressOf(standby->Host() + "," + primary.Host()), &told), 3);
 }

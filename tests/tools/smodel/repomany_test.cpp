@@ -1,0 +1,118 @@
+// Puts that are ended from outside, and puts of many at once, on both kinds of stores.
+#include <algorithm>
+#include <csignal>
+#include <memory>
+#include <regex>
+
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/postgresserver.h"
+#include "tests/tools/smodel/repomodel.h"
+
+namespace {
+
+using ::testing::HasSubstr;
+
+const std::string FIRST = ModelDocument(NamespaceElement("Sales"));
+
+class SmodelRepoMany : public testing::TestWithParam<bool> {
+  protected:
+    SmodelRepoMany() {
+        if (!GetParam()) return;
+        schema = std::make_unique<PostgresSchema>();
+        repository.SetLocation(schema->Location());
+    }
+    /** Whether somebody is in the midst of writing. */
+    bool IsWritten() const {
+        if (schema)
+            return schema->Sql(
+                       "SELECT count(*) FROM pg_stat_activity WHERE application_name = 'smodel' AND state <> 'idle' AND query LIKE "
+                       "'COPY%'") != "0";
+        sqlite3* database = nullptr;
+        sqlite3_open(repository.Location().c_str(), &database);
+        const bool isWritten = sqlite3_exec(database, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr) == SQLITE_BUSY;
+        sqlite3_close(database);
+        return isWritten;
+    }
+    /** Puts a big model and ends that by a signal while its rows are on their way; what stood must stand. */
+    void EndBy(int signal, int status) {
+        const std::string big = repository.directory.Write("big.xml", BigModel(50'000));
+        EXPECT_EQ(repository.Put(FIRST).status, 0);
+        RunningTool tool({"repo", "put", repository.Location(), big}, {});
+        while (!IsWritten()) ::usleep(2'000);
+        ::kill(tool.Process(), signal);
+        const ToolRun run = tool.Wait();
+        EXPECT_EQ(run.status, status) << run.out << run.err;
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(repository.Get(), Formatted(FIRST));
+        EXPECT_EQ(SMRepository(repository.Location()).Revisions(1).size(), 1u);
+    }
+    /** How many of so many puts at once end with each status. */
+    std::vector<int> StatusesOf(int puts, const std::vector<std::string>& rest) {
+        std::vector<std::unique_ptr<RunningTool>> tools;
+        for (int put = 0; put < puts; ++put) {
+            std::vector<std::string> words = {"repo", "put", repository.Location(), "-"};
+            words.insert(words.end(), rest.begin(), rest.end());
+            const std::string text = std::to_string(puts) + " " + std::to_string(put);
+            tools.push_back(std::make_unique<RunningTool>(words, ModelDocument(NamespaceElement(text))));
+        }
+        std::vector<int> counts(5);
+        for (const auto& tool : tools) {
+            const ToolRun run = tool->Wait();
+            EXPECT_TRUE(run.status == 0 || run.status == 4) << run.status << run.out << run.err;
+            if (run.status >= 0 && run.status <= 4) ++counts[static_cast<std::size_t>(run.status)];
+        }
+        return counts;
+    }
+
+    std::unique_ptr<PostgresSchema> schema;
+    ToolRepository repository;
+};
+
+INSTANTIATE_TEST_SUITE_P(Stores, SmodelRepoMany, testing::Bool(), [](const auto& store) { return store.param ? "Postgres" : "Sqlite"; });
+
+TEST_P(SmodelRepoMany, LeavesWhatStoodWhenThePutIsInterrupted) {
+    EndBy(SIGINT, 130);
+}
+
+TEST_P(SmodelRepoMany, LeavesWhatStoodWhenThePutIsTerminated) {
+    EndBy(SIGTERM, 143);
+}
+
+TEST_P(SmodelRepoMany, OfManyPutsOnOneBaseOneWins) {
+    repository.Put(FIRST);
+    long base = 1;
+    for (const int puts : {2, 16}) {
+        const std::vector<int> counts = StatusesOf(puts, {"--base", std::to_string(base)});
+        EXPECT_EQ(counts[0], 1);
+        EXPECT_EQ(counts[4], puts - 1);
+        EXPECT_EQ(SMRepository(repository.Location()).Revisions(1).back().number, ++base);
+    }
+}
+
+TEST_P(SmodelRepoMany, FirstPutsAtOnceComeOneAfterTheOtherOrAreTold) {
+    const std::vector<int> counts = StatusesOf(6, {});
+    EXPECT_GE(counts[0], 1);
+    const std::vector<SMRepositoryProject> projects = SMRepository(repository.Location()).Projects();
+    ASSERT_EQ(projects.size(), 1u);
+    EXPECT_EQ(projects[0].revision, counts[0]);
+}
+
+TEST(SmodelRepoProgress, TellsObjectsRateAndTimeLeftOnATerminal) {
+    const ToolRepository repository;
+    repository.leftUnverified = true;
+    const std::string big = repository.directory.Write("big.xml", BigModel(50'000));
+    const std::string out = RunToolOnTerminal({"repo", "put", repository.Location(), big}).out;
+    const auto shows = [&](const char* things) {
+        return std::regex_search(
+            out, std::regex(std::string("saving to [^\r]*: [0-9,]+ of [0-9,]+ ") + things + ", [0-9,]+/s, [0-9]+:[0-9][0-9] left"));
+    };
+    EXPECT_TRUE(shows("objects")) << out;
+    EXPECT_TRUE(shows("rows")) << out;
+    EXPECT_THAT(out, HasSubstr("\r\x1b[Krevision 1: 50,002 objects added"));
+}
+
+}  // namespace

@@ -5,6 +5,7 @@
 #include <exception>
 #include <unordered_set>
 
+#include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/xml/qvsax2printhandler.h"
 #include "objects/face/smwatchedtarget_002_000.h"
@@ -69,7 +70,7 @@ class WatchedBuilder : public SMProjectBuilder {
     [[noreturn]] static void FailAtRoot(const I18NString& name) {
         const SMSourceContext at = SMSourceFrame::Innermost()->Describe();
         throw TklRuntimeError("no model document: the root element is <" + std::string(name.utf8()) + ">, not <project>",
-                              std::string(at.file), at.line, at.column);
+                              std::string(at.file), at.line, at.column, qv::code::WRONG_ROOT);
     }
 
     SMTicker m_ticker;
@@ -112,6 +113,7 @@ SMLoadResult Load(const SMLoadOptions& options, const std::string& baseDirectory
         project->m_partFiles.SetWatch([&] { builder.Watch(); });
         QvSAX2Parser parser;
         parser.setLimits(options.limits);
+        parser.setTotals(&project->m_partFiles.Totals());
         parser.setContentHandler(&builder);
         ParseAll([&] { parse(parser); });
         project->m_partFiles.SetWatch(nullptr);

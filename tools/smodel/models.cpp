@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tools/smodel/interrupt.h"
+#include "tools/smodel/limits.h"
 #include "tools/smodel/terminal.h"
 
 using namespace schema_002_000;
@@ -21,6 +22,7 @@ std::string NameOfOutput(const std::string& given) {
 
 SMLoadOptions LoadOptionsFor(const std::string& given) {
     SMLoadOptions options;
+    options.limits = LimitsInForce();
     if (given == "-") {
         options.name = "<stdin>";
         options.baseDirectory = ".";

@@ -5,6 +5,7 @@
 
 #include "objects/face/smmodelrename_002_000.h"
 #include "tools/smodel/commands.h"
+#include "tools/smodel/limits.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
@@ -70,6 +71,7 @@ void AddRename(CLI::App& app, int& status, const std::vector<std::string>& words
     command->add_option("OLD=NEW", arguments->renames, "Old and new name of a namespace; \\= stands for an equals sign in a name")
         ->required();
     command->add_option("-o,--output", arguments->out, "Where to write; - is standard output")->type_name("OUT")->required();
+    AddLimits(*command);
     command->footer("The texts that still use an old name afterwards are listed: references of two parts are not renamed.");
     command->callback([arguments, &status, &words] { status = Rename(*arguments, words); });
 }

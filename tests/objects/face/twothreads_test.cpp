@@ -39,7 +39,7 @@ void Work(int thread, std::string& text) {
     ASSERT_TRUE(loaded.IsDone());
     ASSERT_TRUE(loaded.HasFindings());
     SMProject2& project = *loaded.project;
-    project.SetName("p" + std::to_string(thread));
+    project.SetName(I18NString(std::string_view("p" + std::to_string(thread))));
     project.AddParameterMapOrReturnExisting("new", true);
     ASSERT_TRUE(SMCheckReferences(project).IsDone());
     std::size_t objects = 0;
@@ -52,7 +52,7 @@ void Work(int thread, std::string& text) {
     SMRepository repository(directory.Path("r.db"), SMRepository::createIfAbsent);
     const auto context = repository.NewProject();
     ASSERT_TRUE(SMPutModel(project, *context).IsDone());
-    project.SetName("q" + std::to_string(thread));
+    project.SetName(I18NString(std::string_view("q" + std::to_string(thread))));
     ASSERT_TRUE(SMPutModel(project, *context).IsDone());
     const SMGetResult got = SMGetModel(*context);
     ASSERT_TRUE(got.IsDone());

@@ -1,5 +1,7 @@
 #include "objects/base/smobjectbuilder_002_000.h"
 
+#include <utility>
+
 #include "core/qvutils/text/qvstringformat.h"
 #include "objects/base/smlog_002_000.h"
 #include "objects/base/smobjectbase_002_000.h"
@@ -9,11 +11,39 @@ namespace schema_002_000 {
 
 const I18NString SMObjectBuilder::ms_strUri;
 
+struct QvXmlBuildBase::Storey {
+    QvSmartPtr<QvXmlBuildBase> builder;
+    std::size_t open = 1;
+};
+
+QvXmlBuildBase::QvXmlBuildBase() = default;
+
+QvXmlBuildBase::~QvXmlBuildBase() {
+    if (m_ownStack) CutTo(0);
+}
+
+bool QvXmlBuildBase::HasChild() const {
+    return m_stack && m_stack->size() > m_floor;
+}
+
+/** From the top down, so that a high stack goes flat. */
+void QvXmlBuildBase::CutTo(std::size_t floor) {
+    while (m_stack->size() > floor) {
+        const QvSmartPtr<QvXmlBuildBase> top = std::move(m_stack->back().builder);
+        m_stack->pop_back();
+        if (top->m_stack != m_stack) continue;
+        top->m_stack = nullptr;
+        top->m_floor = 0;
+    }
+}
+
 void QvXmlBuildBase::startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName,
                                   const QvXMLAttributes& attrs) {
-    if (m_child) {
-        ++m_depth;
-        m_child->startElement(uri, localName, qName, attrs);
+    if (HasChild()) {
+        Storey& top = m_stack->back();
+        ++top.open;
+        QvXmlBuildBase* const builder = top.builder;
+        builder->startElement(uri, localName, qName, attrs);
     } else {
         m_startedName = &qName;
         realStartElement(uri, localName, qName, attrs);
@@ -22,23 +52,36 @@ void QvXmlBuildBase::startElement(const I18NString& uri, const I18NString& local
 }
 
 void QvXmlBuildBase::characters(const I18NString& text) {
-    if (m_child)
-        m_child->characters(text);
+    if (HasChild())
+        m_stack->back().builder->characters(text);
     else
         realCharacters(text);
 }
 
 void QvXmlBuildBase::endElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) {
-    if (!m_child) return realEndElement(uri, localName, qName);
-    --m_depth;
-    const QvSmartPtr<QvXmlBuildBase> child = m_child;  // it may take its own leave while it handles its last tag
+    if (!HasChild()) return realEndElement(uri, localName, qName);
+    std::size_t place = m_stack->size() - 1;
+    --(*m_stack)[place].open;
+    const QvSmartPtr<QvXmlBuildBase> child = (*m_stack)[place].builder;  // it may take its own leave while it handles its last tag
     child->endElement(uri, localName, qName);
-    if (m_depth == 0) m_child = nullptr;
+    // the element that a storey goes with has ended for the storey below, too, which may go with the same one
+    while (place < m_stack->size() && (*m_stack)[place].open == 0) {
+        CutTo(place);
+        if (place-- == m_floor) break;
+        --(*m_stack)[place].open;
+    }
 }
 
 void QvXmlBuildBase::Push(QvXmlBuildBase* child) {
-    m_child = child;
-    m_depth = 1;
+    if (!m_stack) {
+        m_ownStack = std::make_unique<Stack>();
+        m_stack = m_ownStack.get();
+    }
+    CutTo(m_floor);
+    m_stack->push_back({child});
+    if (child->m_stack) return;  // what was pushed onto it before stays on it
+    child->m_stack = m_stack;
+    child->m_floor = m_stack->size();
 }
 
 void QvXmlBuildBase::PushWithStart(QvXmlBuildBase* child, const I18NString& uri, const I18NString& localName, const I18NString& qName,
@@ -48,10 +91,10 @@ void QvXmlBuildBase::PushWithStart(QvXmlBuildBase* child, const I18NString& uri,
 }
 
 const IOObject* QvXmlBuildBase::InnermostObject() const {
-    const IOObject* object = OwnObject();
-    for (const QvXmlBuildBase* builder = m_child; builder; builder = builder->m_child)
-        if (const IOObject* inner = builder->OwnObject()) object = inner;
-    return object;
+    if (HasChild())
+        for (std::size_t floor = m_stack->size(); floor > m_floor; --floor)
+            if (const IOObject* inner = (*m_stack)[floor - 1].builder->OwnObject()) return inner;
+    return OwnObject();
 }
 
 void SMPropertyText::Start(const QvXMLAttributes& attrs) {

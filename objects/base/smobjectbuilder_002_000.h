@@ -1,5 +1,9 @@
 #pragma once
 
+#include <cstddef>
+#include <memory>
+#include <vector>
+
 #include "core/qvutils/base/qvsmartptr.h"
 #include "core/qvutils/base/tklreferencecount.h"
 #include "core/qvutils/diag/diagnostics.h"
@@ -14,11 +18,14 @@ class SMObjectBase;
 class SMXMLObject2;
 
 /**
- * One storey of the builder stack. While it has a child, it hands every event on to the child; the child goes when its element
- * has ended. A child never sees its own start tag, since the parent has read it, but does see its own end tag.
+ * One storey of the builder stack. While there are storeys above it, it hands every event to the topmost one, whatever their number; a
+ * storey goes when its element has ended. A child never sees its own start tag, since the parent has read it, but does see its own
+ * end tag.
  */
 class SM_API QvXmlBuildBase : public QvContentHandler, public TklReferenceCount, public SMObjectLocator {
   public:
+    QvXmlBuildBase();
+    ~QvXmlBuildBase() override;
     void characters(const I18NString& text) override;
     void endDocument() override {}
     void endElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) override;
@@ -50,8 +57,18 @@ class SM_API QvXmlBuildBase : public QvContentHandler, public TklReferenceCount,
     virtual const IOObject* OwnObject() const { return nullptr; }
 
   private:
-    int m_depth = 0;
-    QvSmartPtr<QvXmlBuildBase> m_child;
+    /** A builder that was pushed, and the elements open since: its own, and those inside that no storey above stands for. */
+    struct Storey;
+    using Stack = std::vector<Storey>;
+
+    bool HasChild() const;
+    void CutTo(std::size_t floor);
+
+    /** Made by the first push of a builder that stands alone, and borrowed by those pushed onto it; null: nothing was pushed. */
+    Stack* m_stack = nullptr;
+    /** The storeys of the stack up to this one. */
+    std::size_t m_floor = 0;
+    std::unique_ptr<Stack> m_ownStack;
     /** Borrowed from the event, and only good while it is handled. */
     const I18NString* m_startedName = nullptr;
 };

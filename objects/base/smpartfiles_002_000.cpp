@@ -1,11 +1,12 @@
 #include "objects/base/smpartfiles_002_000.h"
 
 #include <algorithm>
-#include <optional>
+#include <string_view>
 
 #include <sys/stat.h>
 
 #include "core/qvutils/content/contentsource.h"
+#include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/diagnostics.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/io/openbeneath.h"
@@ -19,10 +20,18 @@ namespace {
 
 /** Files that stand for several objects are read each time, so a few of them could unfold without end. */
 constexpr std::size_t MOST_READ_AGAIN = 10'000;
+/** Each of these parses stands on the stack inside the one before. */
+constexpr std::size_t MOST_OPEN = 100;
 
-void LogFailure(const SMLogWords& words, const char* message, const I18NString& detail) {
+void LogFailure(const SMLogWords& words, const char* message, const I18NString& detail, const char* code) {
     // as the log has it: these two words, in this order
-    QvLogEvent(SM_FAILURE, "QvOne", "qve", words.module, words.className, "ReadFromXMLFile", 0, message, detail).Log();
+    QvLogEvent event(SM_FAILURE, "QvOne", "qve", words.module, words.className, "ReadFromXMLFile", 0, message, detail);
+    event.code = code;
+    event.Log();
+}
+
+bool IsOfLimit(const TklRuntimeError& error) {
+    return std::string_view(error.code()).starts_with("SM21");
 }
 
 /** Hands all on to the handler of a file; looks at its root, and tells the watcher of each element. */
@@ -72,7 +81,7 @@ class PartHandler final : public QvContentHandler, public SMObjectLocator {
             const SMSourceContext at = SMSourceFrame::Innermost()->Describe();
             throw TklRuntimeError(
                 "the root element is <" + std::string(qName.utf8()) + ">, not <" + std::string(m_part.rootTag.utf8()) + ">",
-                std::string(at.file), at.line, at.column);
+                std::string(at.file), at.line, at.column, qv::code::WRONG_ROOT);
         }
         // as the format has it: the placeholder says nothing of it, and the file is not asked
         const SMEnum_xmltag* tags = SMEnum_xmltag::GetInstance();
@@ -117,9 +126,13 @@ bool SMPartFiles::ReadContent(const Part& part, QvContentHandler& handler) {
         m_open.resize(depth);
         throw;
     } catch (const TklRuntimeError& error) {
-        LogFailure(part.words, "Error reading SM model from XML", error.what());
+        if (!m_root.empty() && IsOfLimit(error)) {
+            m_open.resize(depth);
+            throw SMReadEnded{std::current_exception()};
+        }
+        LogFailure(part.words, "Error reading SM model from XML", error.what(), error.code());
     } catch (...) {
-        LogFailure(part.words, "Unknown error reading SM model from XML.", I18NString());
+        LogFailure(part.words, "Unknown error reading SM model from XML.", I18NString(), "");
     }
     m_open.resize(depth);
     ++m_unread;
@@ -133,6 +146,12 @@ std::size_t SMPartFiles::ReadCount(const I18NString& rootTag) const {
 
 void SMPartFiles::Parse(const Part& part, const I18NString& path, QvContentHandler& handler) {
     const std::string name(path.utf8());
+    if (++m_entered > m_limits.partFiles)
+        throw qv::LimitError(m_limits, &SMXMLLimits::partFiles,
+                             "the model has more than " + std::to_string(m_limits.partFiles) + " separate files", name);
+    if (m_open.size() == MOST_OPEN)
+        throw TklRuntimeError("more than " + std::to_string(MOST_OPEN) + " files would be read one inside the other", name, 0, 0,
+                              qv::code::FILES_TOO_DEEP);
     qv::Descriptor file;
     struct stat status {};
     if (!m_root.empty()) {
@@ -142,6 +161,7 @@ void SMPartFiles::Parse(const Part& part, const I18NString& path, QvContentHandl
     if ((file ? ::fstat(file.Get(), &status) : ::stat(name.c_str(), &status)) == 0) Enter({status.st_dev, status.st_ino}, name);
     QvSAX2Parser parser;
     parser.setLimits(m_limits);
+    parser.setTotals(&m_totals);
     if (!file) {
         parser.setContentHandler(&handler);
         parser.parse(path);
@@ -153,7 +173,8 @@ void SMPartFiles::Parse(const Part& part, const I18NString& path, QvContentHandl
 }
 
 void SMPartFiles::LeadsOut(const std::string& path) const {
-    throw TklRuntimeError("cannot open: it leads out of the directory of the model, " + m_root, path);
+    throw TklRuntimeError("cannot open: it leads out of the directory of the model, " + m_root, path, 0, 0,
+                          qv::code::OUTSIDE_ROOT);
 }
 
 std::string SMPartFiles::BelowRoot(const std::string& path) const {
@@ -174,9 +195,10 @@ qv::Descriptor SMPartFiles::Open(const std::string& path) const {
 
 void SMPartFiles::Enter(const Identity& file, const std::string& path) {
     if (std::find(m_open.begin(), m_open.end(), file) != m_open.end())
-        throw TklRuntimeError("the file would be read inside itself; take the placeholder that names it out of it", path);
+        throw TklRuntimeError("the file would be read inside itself; take the placeholder that names it out of it", path, 0, 0,
+                              qv::code::READ_INSIDE_ITSELF);
     if (!m_known.insert(file).second && ++m_again > MOST_READ_AGAIN)
-        throw TklRuntimeError("the placeholders of the model name the same files too often", path);
+        throw TklRuntimeError("the placeholders of the model name the same files too often", path, 0, 0, qv::code::TOO_MANY_FILES);
     m_open.push_back(file);
 }
 

@@ -34,7 +34,10 @@ class SM_API SMPartFiles {
      * link. Also, a file must have the root element of its object. Empty, as at the start: paths are followed as they are.
      */
     void SetRoot(const std::string& directory) { m_root = directory; }
+    /** A file that makes the whole pass a bound ends the read of the whole model where a root is set; else it is a failure as others. */
     void SetLimits(const SMXMLLimits& limits) { m_limits = limits; }
+    /** What all files of the model have come to; the main document's parser counts here as well. */
+    SMXMLTotals& Totals() { return m_totals; }
     /** Called at each element of the separate files; may raise. Null: nobody watches. */
     void SetWatch(std::function<void()> watch) { m_watch = std::move(watch); }
     /** Is told the content of the separate files, each in the place of its placeholder. Borrowed; null: nobody is told. */
@@ -71,13 +74,14 @@ class SM_API SMPartFiles {
 
     std::string m_root;
     SMXMLLimits m_limits;
+    SMXMLTotals m_totals;
     std::function<void()> m_watch;
     qv::ContentSource* m_source = nullptr;
     /** The files being read now, one inside the other. */
     std::vector<Identity> m_open;
     std::set<Identity> m_known;
     std::map<QvULString, std::size_t> m_read;
-    std::size_t m_unread = 0, m_again = 0;
+    std::size_t m_unread = 0, m_again = 0, m_entered = 0;
 };
 
 }  // namespace schema_002_000

@@ -19,6 +19,7 @@
 #include "core/qvutils/content/contentsource.h"
 #include "core/qvutils/content/sourcebytes.h"
 #include "core/qvutils/content/sourceplaces.h"
+#include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/xml/documentsource.h"
 #include "objects/face/smguard_002_000.h"
@@ -83,7 +84,7 @@ class WatchedBuilder : public SMProjectBuilder {
     [[noreturn]] static void FailAtRoot(const I18NString& name) {
         const SMSourceContext at = SMSourceFrame::Innermost()->Describe();
         throw TklRuntimeError("no model document: the root element is <" + std::string(name.utf8()) + ">, not <project>",
-                              std::string(at.file), at.line, at.column);
+                              std::string(at.file), at.line, at.column, qv::code::WRONG_ROOT);
     }
 
     SMTicker m_ticker;
@@ -256,6 +257,7 @@ SMLoadResult SMReading::Load(qv::ContentSink* sink) {
         files.SetContentSource(source ? &*source : nullptr);
         QvSAX2Parser parser;
         parser.setLimits(m_options.limits);
+        parser.setTotals(&files.Totals());
         std::optional<ContentTee> tee;
         if (source) tee.emplace(*source, builder);
         parser.setContentHandler(tee ? static_cast<QvContentHandler*>(&*tee) : &builder);

@@ -6,6 +6,7 @@
 #include "tools/smodel/commands.h"
 #include "tools/smodel/interrupt.h"
 #include "tools/smodel/kinds.h"
+#include "tools/smodel/limits.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
@@ -66,5 +67,6 @@ void AddCheck(CLI::App& app, int& status) {
         app.add_subcommand("check", "Read a model; print what is wrong with it, its objects by kind, and its references that lead nowhere");
     command->add_option("MODEL", arguments->model, "The document; - is standard input")->required();
     command->add_flag("--all", arguments->all, "Print each event, instead of those of one kind once with their number");
+    AddLimits(*command);
     command->callback([arguments, &status] { status = Check(*arguments); });
 }

@@ -15,6 +15,7 @@
 #include "tools/smodel/demopage.h"
 #include "tools/smodel/interrupt.h"
 #include "tools/smodel/kinds.h"
+#include "tools/smodel/limits.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/repositories.h"
 #include "tools/smodel/terminal.h"
@@ -185,5 +186,6 @@ void AddDemo(CLI::App& app, int& status) {
     CLI::App* const command = app.add_subcommand("demo", "Take models to a new repository and back, and show what happens");
     command->add_option("MODEL", arguments->models, "Documents")->required();
     command->add_option("--keep", arguments->directory, "Leave the repositories and documents in this directory")->type_name("DIR");
+    AddLimits(*command);
     command->callback([arguments, &status] { status = Demo(*arguments); });
 }

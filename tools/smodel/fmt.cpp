@@ -2,6 +2,7 @@
 #include <string>
 
 #include "tools/smodel/commands.h"
+#include "tools/smodel/limits.h"
 #include "tools/smodel/models.h"
 
 #include <CLI/CLI.hpp>
@@ -30,5 +31,6 @@ void AddFmt(CLI::App& app, int& status) {
     command->add_option("-o,--output", arguments->out, "Where to write; - is standard output")->type_name("OUT")->capture_default_str();
     AddLossOption(*command, *arguments);
     command->add_flag("--indent", arguments->indent, "Lay the document out for people");
+    AddLimits(*command);
     command->callback([arguments, &status] { status = Fmt(*arguments); });
 }

@@ -3,6 +3,7 @@
 
 #include "objects/face/smmodelfiles_002_000.h"
 #include "tools/smodel/commands.h"
+#include "tools/smodel/limits.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
@@ -44,6 +45,7 @@ void AddJoin(CLI::App& app, int& status) {
     command->add_option("-o,--output", arguments->out, "Where to write; - is standard output")->type_name("OUT")->capture_default_str();
     command->add_flag("--indent", arguments->indent, "Lay the document out for people");
     AddLossOption(*command, *arguments);
+    AddLimits(*command);
     command->footer(
         "Nothing is written when one of the files cannot be read. Files outside the directory of MAIN are never opened. Notes tell\n"
         "what the files did not bring back.");

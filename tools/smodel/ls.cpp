@@ -5,6 +5,7 @@
 #include "tools/smodel/commands.h"
 #include "tools/smodel/interrupt.h"
 #include "tools/smodel/json.h"
+#include "tools/smodel/limits.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
@@ -49,5 +50,6 @@ void AddLs(CLI::App& app, int& status) {
     CLI::App* const command = app.add_subcommand("ls", "List the objects of a model: kind, object id, path and id, a tab between them");
     command->add_option("MODEL", arguments->model, "The document; - is standard input")->required();
     command->add_flag("--json", arguments->json, "Print an array of objects");
+    AddLimits(*command);
     command->callback([arguments, &status] { status = List(*arguments); });
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tools/smodel/interrupt.h"
+#include "tools/smodel/limits.h"
 #include "tools/smodel/terminal.h"
 
 #include <CLI/CLI.hpp>
@@ -23,6 +24,7 @@ std::string NameOfOutput(const std::string& given) {
 
 SMLoadOptions LoadOptionsFor(const std::string& given) {
     SMLoadOptions options;
+    options.limits = LimitsInForce();
     if (given == "-") {
         options.name = "<stdin>";
         options.baseDirectory = ".";

@@ -5,6 +5,7 @@
 
 #include "objects/face/smmodelrename_002_000.h"
 #include "tools/smodel/commands.h"
+#include "tools/smodel/limits.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
@@ -72,6 +73,7 @@ void AddRename(CLI::App& app, int& status, const std::vector<std::string>& words
         ->required();
     command->add_option("-o,--output", arguments->out, "Where to write; - is standard output")->type_name("OUT")->required();
     AddLossOption(*command, *arguments);
+    AddLimits(*command);
     command->footer("The texts that still use an old name afterwards are listed: references of two parts are not renamed.");
     command->callback([arguments, &status, &words] { status = Rename(*arguments, words); });
 }

@@ -1,10 +1,12 @@
 #include <exception>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
 
+#include "tools/smodel/limits.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/putting.h"
 #include "tools/smodel/repo.h"
@@ -17,7 +19,8 @@ namespace {
 
 struct Arguments : RepositoryArguments, LossArguments {
     std::string model, message, base;
-    std::string author = LoginName();
+    /** Whoever asks the system for the login name looks into its files: not before it is needed. */
+    std::optional<std::string> author;
 };
 
 /** Takes a repository's file away again, if it was not there before and nobody has put anything into it. */
@@ -57,7 +60,8 @@ int Put(const Arguments& arguments) {
     const std::unique_ptr<SMRepositoryHelper> context =
         arguments.project.empty() ? ContextFor(repository, *loaded.project) : ContextOf(repository, arguments.project);
     if (!arguments.base.empty()) context->ReadAt(RevisionAt(repository, context->ProjectNumber(), arguments.base).number);
-    const int status = PutModel(repository, *context, *loaded.project, arguments.author, arguments.message);
+    const int status =
+        PutModel(repository, *context, *loaded.project, arguments.author ? *arguments.author : LoginName(), arguments.message);
     return Worse(readStatus, status);
 }
 
@@ -72,6 +76,7 @@ void AddRepoPut(CLI::App& repo, int& status) {
     put->add_option("--author", arguments->author, "Who; by default the login name")->type_name("NAME");
     put->add_option("--base", arguments->base, "The revision that the model was made from; by default the newest")->type_name("REV");
     AddLossOption(*put, *arguments);
+    AddLimits(*put);
     put->footer(
         "Prints the revision and how many objects it changes. When the repository has moved on since the base, nothing is written, the\n"
         "objects that were changed by both are listed, and the exit status is 4.");

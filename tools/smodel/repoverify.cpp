@@ -6,6 +6,7 @@
 #include "core/qvutils/diag/tklerrors.h"
 #include "objects/face/smmodelwalk_002_000.h"
 #include "tools/smodel/interrupt.h"
+#include "tools/smodel/limits.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/repo.h"
 #include "tools/smodel/repositories.h"
@@ -150,6 +151,7 @@ void AddRepoVerify(CLI::App& repo, int& status) {
     verify->add_option("MODEL", arguments->model, "A document to compare with; - is standard input");
     verify->add_option("--at", arguments->at, "A revision, a moment or a day; by default the newest revision")->type_name("REV|TIME");
     verify->add_flag("--all", arguments->all, "Each revision; goes with neither MODEL nor --at");
+    AddLimits(*verify);
     verify->footer("The exit status is 0 when all is the same, 1 when there are differences.");
     verify->callback([arguments, &status] { status = Verify(*arguments); });
 }

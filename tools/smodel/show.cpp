@@ -9,6 +9,7 @@
 #include "tools/smodel/commands.h"
 #include "tools/smodel/interrupt.h"
 #include "tools/smodel/json.h"
+#include "tools/smodel/limits.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
@@ -157,5 +158,6 @@ void AddShow(CLI::App& app, int& status) {
     command->add_option("MODEL", arguments->model, "The document; - is standard input")->required();
     command->add_option("OBJECT", arguments->object, "Its object id, as '[namespace].[subject].[item]'")->required();
     command->add_flag("--json", arguments->json, "Print a JSON object");
+    AddLimits(*command);
     command->callback([arguments, &status] { status = Show(*arguments); });
 }

@@ -5,6 +5,7 @@
 
 #include "objects/face/smmodelfiles_002_000.h"
 #include "tools/smodel/commands.h"
+#include "tools/smodel/limits.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
@@ -53,6 +54,7 @@ void AddSplit(CLI::App& app, int& status) {
         ->capture_default_str();
     command->add_option("--main", arguments->options.mainName, "The name of the main document")->type_name("NAME")->capture_default_str();
     AddLossOption(*command, *arguments);
+    AddLimits(*command);
     command->footer(
         "Prints the files that are new or have changed; those that hold the same already are not touched. Notes tell what the\n"
         "files do not bring back.");

@@ -20,7 +20,8 @@ class SM_API TklReferenceCount {
         if (--m_references == 0) cleanup();
     }
     virtual int getReferenceCount() const { return m_references; }
-    virtual void cleanup() { delete this; }
+    /** Deletes it: at once, or, where deletes stand inside each other in great number, when the outer ones are done with their own. */
+    virtual void cleanup();
 
   private:
     int m_references = 0;

@@ -1,6 +1,7 @@
 #include "core/qvutils/diag/codes.h"
 
 #include <algorithm>
+#include <cerrno>
 
 namespace {
 
@@ -24,12 +25,148 @@ constexpr SMCodeInfo CODES[] = {
      "The model has no place for text here, or cannot hold this value, so a document written from the model would lack it or hold "
      "another one. Take it out, or correct it; commands that write take --accept-loss to go on without it.",
      "model.xml:14:11: error[SM1003] the text of <size> in [sales].[products].[name] is not kept (3 bytes)"},
+
+    {qv::code::NOT_WELL_FORMED, error, "not well-formed XML",
+     "The document breaks the rules of XML at this place, so that nothing of it can be read. The message tells the rule; "
+     "the fault is here or shortly before.",
+     "model.xml:214:9: error[SM2001] expected end of tag 'name'"},
+    {qv::code::EMPTY_DOCUMENT, error, "the document is empty",
+     "The file, or standard input, holds no byte. Was it written to the end, and is it the right one?",
+     "model.xml:1:1: error[SM2002] the document is empty"},
+    {qv::code::WRONG_ROOT, error, "the root element is another one",
+     "A model begins with <project>, and a separate file with the element that the placeholder of its object promises. "
+     "This document is something else.",
+     "report.xml:2:9: error[SM2003] no model document: the root element is <report>, not <project>"},
+    {qv::code::TRUNCATED, error, "the document ends too early",
+     "The end of the document comes where something is still open: a tag, a text, or elements without their end. Most "
+     "often a copy or a download broke off.",
+     "model.xml:5021:3: error[SM2004] input ended before all started tags were ended. last tag started is 'folder'"},
+    {qv::code::NOT_IN_ENCODING, error, "bytes that are no characters",
+     "Bytes at this place stand for no character in the encoding of the document, which is UTF-8 unless its first line "
+     "names another. Correct the encoding that is named, or convert the file.",
+     "model.xml:31:14: error[SM2005] the bytes here are not UTF-8"},
+    {qv::code::NUL_CHARACTER, error, "a NUL character",
+     "A byte of value zero stands in the document. No XML document may hold one; the file is damaged, or no text at all.",
+     "model.xml:1:40: error[SM2006] a NUL character is not allowed"},
+    {qv::code::UNKNOWN_ENCODING, error, "an encoding that is not known",
+     "The first line of the document names an encoding that cannot be read. Convert the document to UTF-8, and let its "
+     "first line say so.",
+     "model.xml:1:45: error[SM2007] could not create a converter for encoding: ebcdic-xx"},
+    {qv::code::XML_VERSION, error, "another version of XML",
+     "The document is not of XML version 1.0. Version 1.1 allows characters that could not be written back.",
+     "model.xml:1:20: error[SM2008] XML version 1.1 is not supported"},
+    {qv::code::EXTERNAL_ENTITY, error, "an external entity",
+     "The document asks for the content of another file or address. None is ever opened; put the content where the "
+     "reference stands.",
+     "model.xml:4:12: error[SM2009] the external entity \"file:///etc/hostname\" is not opened"},
+    {qv::code::UNKNOWN_ENTITY, error, "an entity that is not declared",
+     "The document refers to an entity that it does not declare itself. A DTD outside of it is never opened, so "
+     "declarations there do not count.",
+     "model.xml:12:30: error[SM2010] entity 'nbsp' not found"},
+    {qv::code::PARAMETER_ENTITY, error, "a declaration that is not supported",
+     "The DOCTYPE has parameter entities, or attribute lists behind entities. Both expand where nothing could bound "
+     "them. Take them out; models need no DOCTYPE.",
+     "model.xml:2:40: error[SM2011] parameter entities are not supported"},
+    {qv::code::RECURSIVE_ENTITY, error, "an entity that contains itself",
+     "The text of the entity leads back to the entity, so it has no end.", "model.xml:3:9: error[SM2012] recursive entity expansion"},
+    {qv::code::NO_SUCH_FILE, error, "there is no such file",
+     "Nothing stands under this path. For a separate file of a model: the model lacks what it holds.",
+     "model.xml: error[SM2021] cannot open: No such file or directory"},
+    {qv::code::NO_PERMISSION, error, "the file may not be read",
+     "The system does not let this user read the file, or pass a directory on the way to it.",
+     "model.xml: error[SM2022] cannot open: Permission denied"},
+    {qv::code::IS_DIRECTORY, error, "a directory in place of a file", "The path leads to a directory. Name the main document in it.",
+     "models: error[SM2023] cannot read: Is a directory"},
+    {qv::code::UNREADABLE_FILE, error, "the file cannot be read",
+     "The system failed to read the file, or it is nothing that a model may stand in: a separate file must be a regular "
+     "file. The message tells why.",
+     "model.xml: error[SM2024] cannot read: Input/output error"},
+    {qv::code::OUTSIDE_ROOT, error, "a file outside of the model's directory",
+     "The name of a separate file leads out of the directory of the main document: by an absolute path, by \"..\", or by "
+     "a link. Such a file is never opened. Move it into the directory, and correct the placeholder.",
+     "model.xml:7:80: error[SM2025] Error reading SM model from XML: ../other.xml: cannot open: it leads out of the "
+     "directory of the model"},
+    {qv::code::READ_INSIDE_ITSELF, error, "a file inside itself",
+     "A placeholder names a file that is being read already, so the model would have no end. Take the placeholder out of "
+     "that file.",
+     "model.xml:7:80: error[SM2026] Error reading SM model from XML: part.xml: the file would be read inside itself; "
+     "take the placeholder that names it out of it"},
+
+    {qv::code::TOO_MANY_BYTES, error, "the document is too large",
+     "The document and its separate files together have more bytes than the limit \"document\" allows (16G by default). "
+     "Where it is meant so, raise the limit with --limits; else somebody wants to keep this machine busy.",
+     "model.xml:1:1: error[SM2101] the document is larger than 17179869184 bytes; where that is meant, raise the limit, "
+     "as by --limits document=32G"},
+    {qv::code::TOO_DEEP, error, "elements are nested too deep",
+     "More elements stand inside each other than the limit \"depth\" allows (1000 by default), those around a separate "
+     "file included. Where it is meant so, raise the limit with --limits; else somebody wants to keep this machine busy.",
+     "model.xml:9:4001: error[SM2102] elements are nested deeper than 1000; where that is meant, raise the limit, as by "
+     "--limits depth=2000"},
+    {qv::code::TOO_MANY_ELEMENTS, error, "too many elements",
+     "The document and its separate files together have more elements than the limit \"elements\" allows (1000000000 by "
+     "default). Where it is meant so, raise the limit with --limits; else somebody wants to keep this machine busy.",
+     "model.xml:9:1: error[SM2103] there are more than 1000000000 elements; where that is meant, raise the limit, as by "
+     "--limits elements=2000000000"},
+    {qv::code::TOO_MANY_ATTRIBUTES, error, "too many attributes",
+     "A start tag has more attributes than the limit \"attributes\" allows (10000 by default). Where it is meant so, "
+     "raise the limit with --limits; else somebody wants to keep this machine busy.",
+     "model.xml:9:1: error[SM2104] a start tag has more than 10000 attributes; where that is meant, raise the limit, as "
+     "by --limits attributes=20000"},
+    {qv::code::ATTRIBUTE_TOO_LONG, error, "an attribute value is too long",
+     "An attribute value has more bytes than the limit \"attribute\" allows (16M by default). Where it is meant so, "
+     "raise the limit with --limits; else somebody wants to keep this machine busy.",
+     "model.xml:9:1: error[SM2105] an attribute value is longer than 16777216 bytes; where that is meant, raise the "
+     "limit, as by --limits attribute=32M"},
+    {qv::code::TEXT_TOO_LONG, error, "a text is too long",
+     "A text, a tag, a comment or the DOCTYPE has more bytes than the limit \"text\" allows (256M by default). Where it "
+     "is meant so, raise the limit with --limits; else somebody wants to keep this machine busy.",
+     "model.xml:9:1: error[SM2106] a text is longer than 268435456 bytes; where that is meant, raise the limit, as by "
+     "--limits text=512M"},
+    {qv::code::TOO_MANY_NAMES, error, "too many element names",
+     "The elements of a file have more different names than the limit \"names\" allows (100000 by default). A model has "
+     "about four hundred. Where it is meant so, raise the limit with --limits; else somebody wants to keep this machine "
+     "busy.",
+     "model.xml:9:1: error[SM2107] elements have more than 100000 different names; where that is meant, raise the limit, "
+     "as by --limits names=200000"},
+    {qv::code::TOO_MANY_FILES, error, "too many separate files",
+     "The placeholders of the model name more files than the limit \"files\" allows (100000 by default), or the same "
+     "files again too often. Where it is meant so, raise the limit with --limits; else somebody wants to keep this "
+     "machine busy.",
+     "model.xml:9:1: error[SM2108] the model has more than 100000 separate files; where that is meant, raise the limit, "
+     "as by --limits files=200000"},
+    {qv::code::TOO_MANY_REFERENCES, error, "too many entity references",
+     "References to internal entities, those inside of entities included, are more than the limit \"references\" allows "
+     "(100000 by default). Where it is meant so, raise the limit with --limits; else somebody wants to keep this machine "
+     "busy.",
+     "model.xml:9:1: error[SM2109] there are more than 100000 references to internal entities; where that is meant, "
+     "raise the limit, as by --limits references=200000"},
+    {qv::code::EXPANDS_TOO_FAR, error, "entities expand too far",
+     "The texts of all internal entities referred to, put together, have more characters than the limit \"expansion\" "
+     "allows (1M by default). A few lines can so be made to stand for more text than any machine holds. Where it is "
+     "meant so, raise the limit with --limits; else somebody wants to keep this machine busy.",
+     "model.xml:9:1: error[SM2110] internal entities expand to more than 1048576 characters; where that is meant, raise "
+     "the limit, as by --limits expansion=2M"},
+    {qv::code::FILES_TOO_DEEP, error, "separate files are nested too deep",
+     "Each of these files is read in the midst of the one that names it, and there are more of them under way than any "
+     "model needs. Put the content of some into the files that name them.",
+     "model.xml:9:1: error[SM2111] more than 100 files would be read one inside the other"},
 };
 
 }  // namespace
 
 std::span<const SMCodeInfo> SMCodes() {
     return CODES;
+}
+
+const char* qv::CodeOfSystemError(int error) {
+    switch (error) {
+    case ENOENT:
+    case ENOTDIR: return code::NO_SUCH_FILE;
+    case EACCES:
+    case EPERM: return code::NO_PERMISSION;
+    case EISDIR: return code::IS_DIRECTORY;
+    default: return code::UNREADABLE_FILE;
+    }
 }
 
 const SMCodeInfo* SMFindCode(std::string_view code) {

@@ -31,4 +31,42 @@ inline constexpr const char* ELEMENT_NOT_KEPT = "SM1001";
 inline constexpr const char* ATTRIBUTE_NOT_KEPT = "SM1002";
 inline constexpr const char* TEXT_NOT_KEPT = "SM1003";
 
+inline constexpr const char* NOT_WELL_FORMED = "SM2001";
+inline constexpr const char* EMPTY_DOCUMENT = "SM2002";
+inline constexpr const char* WRONG_ROOT = "SM2003";
+inline constexpr const char* TRUNCATED = "SM2004";
+inline constexpr const char* NOT_IN_ENCODING = "SM2005";
+inline constexpr const char* NUL_CHARACTER = "SM2006";
+inline constexpr const char* UNKNOWN_ENCODING = "SM2007";
+inline constexpr const char* XML_VERSION = "SM2008";
+inline constexpr const char* EXTERNAL_ENTITY = "SM2009";
+inline constexpr const char* UNKNOWN_ENTITY = "SM2010";
+inline constexpr const char* PARAMETER_ENTITY = "SM2011";
+inline constexpr const char* RECURSIVE_ENTITY = "SM2012";
+inline constexpr const char* NO_SUCH_FILE = "SM2021";
+inline constexpr const char* NO_PERMISSION = "SM2022";
+inline constexpr const char* IS_DIRECTORY = "SM2023";
+inline constexpr const char* UNREADABLE_FILE = "SM2024";
+inline constexpr const char* OUTSIDE_ROOT = "SM2025";
+inline constexpr const char* READ_INSIDE_ITSELF = "SM2026";
+
+inline constexpr const char* TOO_MANY_BYTES = "SM2101";
+inline constexpr const char* TOO_DEEP = "SM2102";
+inline constexpr const char* TOO_MANY_ELEMENTS = "SM2103";
+inline constexpr const char* TOO_MANY_ATTRIBUTES = "SM2104";
+inline constexpr const char* ATTRIBUTE_TOO_LONG = "SM2105";
+inline constexpr const char* TEXT_TOO_LONG = "SM2106";
+inline constexpr const char* TOO_MANY_NAMES = "SM2107";
+inline constexpr const char* TOO_MANY_FILES = "SM2108";
+inline constexpr const char* TOO_MANY_REFERENCES = "SM2109";
+inline constexpr const char* EXPANDS_TOO_FAR = "SM2110";
+inline constexpr const char* FILES_TOO_DEEP = "SM2111";
+
 }  // namespace qv::code
+
+namespace qv {
+
+/** The code of a file that cannot be opened or read for this value of errno. */
+SM_API const char* CodeOfSystemError(int error);
+
+}  // namespace qv

@@ -23,6 +23,7 @@ std::string MessageOf(const QvLogEvent& event) {
 
 SMDiagnostic DiagnosticOf(const QvLogEvent& event, const SMSourceContext* context) {
     SMDiagnostic diagnostic;
+    diagnostic.code = event.code;
     diagnostic.severity = SeverityOfLevel(event.level);
     diagnostic.message = MessageOf(event);
     if (context) {

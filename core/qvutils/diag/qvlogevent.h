@@ -25,4 +25,6 @@ class SM_API QvLogEvent : public std::exception {
     I18NString category, product, module, className, method;
     LOG_ACTION action;
     I18NString message, detail;
+    /** One of the codes of codes.h, or empty; it outlives the event. */
+    const char* code = "";
 };

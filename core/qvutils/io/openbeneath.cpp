@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/tklerrors.h"
 
 namespace qv {
@@ -32,15 +33,15 @@ class Walk {
             else if (Descriptor file = Take(step))
                 return file;
         }
-        Fail(std::strerror(EISDIR));
+        FailBy(EISDIR);
     }
 
   private:
     /** Puts the steps of a path before those that are left. */
     void Queue(std::string_view path) {
-        if (path.empty()) Fail(std::strerror(ENOENT));
-        if (path.front() == '/') Fail("it leads to an absolute path, out of the directory of the model");
-        if (path.back() == '/') Fail(std::strerror(EISDIR));
+        if (path.empty()) FailBy(ENOENT);
+        if (path.front() == '/') Fail("it leads to an absolute path, out of the directory of the model", code::OUTSIDE_ROOT);
+        if (path.back() == '/') FailBy(EISDIR);
         while (!path.empty()) {
             const std::size_t slash = path.rfind('/');
             const std::string_view step = path.substr(slash == std::string_view::npos ? 0 : slash + 1);
@@ -50,12 +51,12 @@ class Walk {
     }
 
     void Enter(int directory) {
-        if (directory < 0) Fail(std::strerror(errno));
+        if (directory < 0) FailBy(errno);
         m_directories.emplace_back(directory);
     }
 
     void Leave() {
-        if (m_directories.size() == 1) Fail("it leads out of the directory of the model");
+        if (m_directories.size() == 1) Fail("it leads out of the directory of the model", code::OUTSIDE_ROOT);
         m_directories.pop_back();
     }
 
@@ -64,7 +65,7 @@ class Walk {
         const int here = m_directories.back().Get();
         const Descriptor seen(::openat(here, step.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
         struct stat status {};
-        if (!seen || ::fstat(seen.Get(), &status) != 0) Fail(std::strerror(errno));
+        if (!seen || ::fstat(seen.Get(), &status) != 0) FailBy(errno);
         if (S_ISLNK(status.st_mode)) {
             Queue(TargetOf(seen.Get()));
             return Descriptor();
@@ -73,8 +74,8 @@ class Walk {
             Enter(::openat(here, step.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
             return Descriptor();
         }
-        if (!m_steps.empty()) Fail(std::strerror(ENOTDIR));
-        if (!S_ISREG(status.st_mode)) Fail("it is no regular file");
+        if (!m_steps.empty()) FailBy(ENOTDIR);
+        if (!S_ISREG(status.st_mode)) Fail("it is no regular file", code::UNREADABLE_FILE);
         return OpenFile(here, step, status);
     }
 
@@ -82,21 +83,25 @@ class Walk {
         // should a pipe have taken the place of the file by now, opening must not wait for its other end
         Descriptor file(::openat(here, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
         struct stat opened {};
-        if (!file || ::fstat(file.Get(), &opened) != 0) Fail(std::strerror(errno));
-        if (opened.st_dev != seen.st_dev || opened.st_ino != seen.st_ino) Fail("it was replaced while it was opened");
+        if (!file || ::fstat(file.Get(), &opened) != 0) FailBy(errno);
+        if (opened.st_dev != seen.st_dev || opened.st_ino != seen.st_ino)
+            Fail("it was replaced while it was opened", code::UNREADABLE_FILE);
         return file;
     }
 
     std::string TargetOf(int link) {
-        if (++m_links > MOST_LINKS) Fail(std::strerror(ELOOP));
+        if (++m_links > MOST_LINKS) FailBy(ELOOP);
         char target[4096];
         const ssize_t length = ::readlinkat(link, "", target, sizeof target);
-        if (length < 0) Fail(std::strerror(errno));
-        if (static_cast<std::size_t>(length) == sizeof target) Fail(std::strerror(ENAMETOOLONG));
+        if (length < 0) FailBy(errno);
+        if (static_cast<std::size_t>(length) == sizeof target) FailBy(ENAMETOOLONG);
         return std::string(target, static_cast<std::size_t>(length));
     }
 
-    [[noreturn]] void Fail(const char* why) const { throw TklRuntimeError(std::string("cannot open: ") + why, m_shown); }
+    [[noreturn]] void Fail(const char* why, const char* code) const {
+        throw TklRuntimeError(std::string("cannot open: ") + why, m_shown, 0, 0, code);
+    }
+    [[noreturn]] void FailBy(int error) const { Fail(std::strerror(error), CodeOfSystemError(error)); }
 
     const std::string& m_shown;
     /** From the root to where the walk stands. */
@@ -109,7 +114,8 @@ class Walk {
 }  // namespace
 
 Descriptor OpenBeneath(const std::string& root, const std::string& path, const std::string& shown) {
-    if (path.find('\0') != std::string::npos) throw TklRuntimeError(std::string("cannot open: ") + std::strerror(EINVAL), shown);
+    if (path.find('\0') != std::string::npos)
+        throw TklRuntimeError(std::string("cannot open: ") + std::strerror(EINVAL), shown, 0, 0, CodeOfSystemError(EINVAL));
     return Walk(root, shown).Open(path);
 }
 

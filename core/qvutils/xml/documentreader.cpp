@@ -4,8 +4,10 @@
 #include <cstring>
 #include <new>
 
+#include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/xml/documentsource.h"
+#include "core/qvutils/xml/errorcode.h"
 #include "core/qvutils/xml/utf16.h"
 
 #include <xercesc/framework/XMLErrorCodes.hpp>
@@ -60,6 +62,23 @@ std::size_t Utf8Size(const char16_t* text) {
     return size;
 }
 
+std::string ExpansionText(const SMXMLLimits& limits) {
+    return "internal entities expand to more than " + std::to_string(limits.entityCharacters) + " characters";
+}
+
+/** However a document ends, its elements are open no more. */
+class DepthKeeper {
+  public:
+    explicit DepthKeeper(SMXMLTotals& totals) : m_totals(totals), m_depth(totals.depth) {}
+    ~DepthKeeper() { m_totals.depth = m_depth; }
+    DepthKeeper(const DepthKeeper&) = delete;
+    DepthKeeper& operator=(const DepthKeeper&) = delete;
+
+  private:
+    SMXMLTotals& m_totals;
+    std::size_t m_depth;
+};
+
 }  // namespace
 
 /** The scanner with a look at what it keeps to itself. */
@@ -70,6 +89,7 @@ class DocumentReader::Scanner {
     Scanner(const Scanner&) = delete;
     Scanner& operator=(const Scanner&) = delete;
     virtual xercesc::XMLScanner& Xerces() = 0;
+    virtual char16_t TakeCharacter() = 0;
     /** Attributes of the largest start tag met, the one being read included. */
     virtual std::size_t AttributeSlots() const = 0;
     /** References to entities since the last call. */
@@ -87,6 +107,7 @@ class DocumentReader::FastScanner final : public Scanner, public xercesc::WFXMLS
         setURIStringPool(m_grammars.getStringPool());
     }
     xercesc::XMLScanner& Xerces() override { return *this; }
+    char16_t TakeCharacter() override { return fReaderMgr.getNextChar(); }
     std::size_t AttributeSlots() const override { return fAttrList->size(); }
 };
 
@@ -97,6 +118,7 @@ class DocumentReader::GeneralScanner final : public Scanner, public xercesc::DGX
         setSecurityManager(&m_security);
     }
     xercesc::XMLScanner& Xerces() override { return *this; }
+    char16_t TakeCharacter() override { return fReaderMgr.getNextChar(); }
     std::size_t AttributeSlots() const override { return fAttrList->size(); }
     std::size_t TakeReferences() override {
         const std::size_t count = fEntityExpansionCount;
@@ -132,7 +154,7 @@ DocumentReader::DocumentReader(ScannerKind kind) {
 DocumentReader::~DocumentReader() = default;
 
 void DocumentReader::Read(DocumentSource& source, bool isUtf8, const std::string& name, QvContentHandler* handler,
-                          const SMXMLLimits& limits) {
+                          const SMXMLLimits& limits, SMXMLTotals& totals) {
     m_source = &source;
     m_block = source.NextBlock();
     m_isUtf8 = isUtf8;
@@ -141,6 +163,9 @@ void DocumentReader::Read(DocumentSource& source, bool isUtf8, const std::string
     m_name = name;
     m_handler = handler;
     m_limits = limits;
+    m_totals = &totals;
+    m_depthAround = totals.depth;
+    const DepthKeeper keeper(totals);
     m_names.StartDocument();
     m_namesAtStart = m_names.size();
     m_slotsAtStart = m_scanner->AttributeSlots();
@@ -148,14 +173,12 @@ void DocumentReader::Read(DocumentSource& source, bool isUtf8, const std::string
     m_lastByte = 0;
     m_hasEntities = false;
     m_longestEntity = 0;
-    m_referencesLeft = limits.entityReferences;
-    m_charactersLeft = limits.entityCharacters;
     try {
         m_scanner->Xerces().scanDocument(StreamSource(*this, m_memory, isUtf8));
     } catch (const xercesc::OutOfMemoryException&) {
         throw std::bad_alloc();
     } catch (const xercesc::XMLException& exception) {
-        throw TklRuntimeError(Utf8Of(exception.getMessage()), m_name);
+        throw TklRuntimeError(Utf8Of(exception.getMessage()), m_name, 0, 0, CodeOfException(exception.getCode()));
     }
 }
 
@@ -176,17 +199,21 @@ std::string_view DocumentReader::Element() const noexcept {
     return m_open.empty() ? std::string_view() : m_open.back()->qName.utf8();
 }
 
-void DocumentReader::Fail(const std::string& message) const {
-    throw TklRuntimeError(message, m_name, Line(), Column());
+void DocumentReader::Fail(const char* code, const std::string& message) const {
+    throw TklRuntimeError(message, m_name, Line(), Column(), code);
+}
+
+void DocumentReader::FailAt(std::size_t SMXMLLimits::*bound, const std::string& message) const {
+    throw LimitError(m_limits, bound, message, m_name, Line(), Column());
 }
 
 std::size_t DocumentReader::Feed(char* to, std::size_t room) {
     const std::size_t stretch = m_fed - m_fedAtEvent;
     m_longestStretch = std::max(m_longestStretch, stretch);
     if (stretch > READ_AHEAD && stretch - READ_AHEAD > m_limits.textBytes)
-        Fail("a text, tag or comment is longer than " + std::to_string(m_limits.textBytes) + " bytes");
+        FailAt(&SMXMLLimits::textBytes, "a text, tag or comment is longer than " + std::to_string(m_limits.textBytes) + " bytes");
     if (m_scanner->AttributeSlots() > std::max(m_limits.attributes, m_slotsAtStart))
-        Fail("a start tag has more than " + std::to_string(m_limits.attributes) + " attributes");
+        FailAt(&SMXMLLimits::attributes, "a start tag has more than " + std::to_string(m_limits.attributes) + " attributes");
     char* out = to;
     while (out == to && m_decoder.fault() == Utf8Decoder::Fault::none) {
         if (m_block.empty()) m_block = m_source->NextBlock();
@@ -205,14 +232,18 @@ std::size_t DocumentReader::Feed(char* to, std::size_t room) {
             out += count;
         }
         m_fed += before - m_block.size();
+        m_totals->bytes += before - m_block.size();
     }
+    if (m_totals->bytes > m_limits.documentBytes)
+        FailAt(&SMXMLLimits::documentBytes, "the document is larger than " + std::to_string(m_limits.documentBytes) + " bytes");
     return static_cast<std::size_t>(out - to);
 }
 
 void DocumentReader::FailAtFault() const {
     if (m_decoder.fault() == Utf8Decoder::Fault::none || !m_scanner->Xerces().getReaderMgr()->atEOF()) return;
     const bool nul = m_decoder.fault() == Utf8Decoder::Fault::nul;
-    Fail(nul ? "a NUL character is not allowed" : "the bytes here are not UTF-8");
+    if (nul) Fail(code::NUL_CHARACTER, "a NUL character is not allowed");
+    Fail(code::NOT_IN_ENCODING, "the bytes here are not UTF-8");
 }
 
 void DocumentReader::FlushText() {
@@ -234,7 +265,8 @@ void DocumentReader::docCharacters(const XMLCh* chars, XMLSize_t length, bool) {
         m_charsRoom = room;
     }
     m_charsSize = static_cast<std::size_t>(Utf16ToUtf8(chars, length, m_chars.get() + m_charsSize) - m_chars.get());
-    if (m_charsSize > m_limits.textBytes) Fail("a text is longer than " + std::to_string(m_limits.textBytes) + " bytes");
+    if (m_charsSize > m_limits.textBytes)
+        FailAt(&SMXMLLimits::textBytes, "a text is longer than " + std::to_string(m_limits.textBytes) + " bytes");
 }
 
 void DocumentReader::ignorableWhitespace(const XMLCh* chars, XMLSize_t length, bool cdata) {
@@ -258,25 +290,43 @@ void DocumentReader::resetDocument() {
 }
 
 void DocumentReader::startDocument() {
-    m_scanner->AllowReferences(m_referencesLeft);
+    m_scanner->AllowReferences(ReferencesLeft());
     if (m_handler) m_handler->startDocument();
 }
 
 void DocumentReader::endDocument() {
     FailAtFault();
     // The scanner ends at a NUL, and drops a last character that is cut off; what may follow the root ends in ASCII.
-    if (!m_scanner->Xerces().getReaderMgr()->atEOF()) Fail("a NUL character is not allowed");
-    if (m_lastByte >= 0x80) Fail("the document ends within a character");
+    if (!m_scanner->Xerces().getReaderMgr()->atEOF()) Fail(code::NUL_CHARACTER, "a NUL character is not allowed");
+    if (m_lastByte >= 0x80) Fail(code::NOT_IN_ENCODING, "the document ends within a character");
     if (m_handler) m_handler->endDocument();
 }
 
 void DocumentReader::CheckAttributes(const ParsedAttributes::List& list, std::size_t count) {
-    if (count > m_limits.attributes) Fail("a start tag has more than " + std::to_string(m_limits.attributes) + " attributes");
+    if (count > m_limits.attributes)
+        FailAt(&SMXMLLimits::attributes, "a start tag has more than " + std::to_string(m_limits.attributes) + " attributes");
     // A value longer than a read block shows as a long stretch; only a small bound needs a look at each value.
-    if (m_fed - m_fedAtEvent <= m_limits.textBytes && m_limits.textBytes > READ_AHEAD) return;
+    const std::size_t most = std::min(m_limits.attributeBytes, m_limits.textBytes);
+    if (m_fed - m_fedAtEvent <= most && most > READ_AHEAD) return;
     for (std::size_t i = 0; i < count; ++i)
-        if (Utf8Size(list.elementAt(i)->getValue()) > m_limits.textBytes)
-            Fail("an attribute value is longer than " + std::to_string(m_limits.textBytes) + " bytes");
+        if (Utf8Size(list.elementAt(i)->getValue()) > most)
+            FailAt(most == m_limits.attributeBytes ? &SMXMLLimits::attributeBytes : &SMXMLLimits::textBytes,
+                   "an attribute value is longer than " + std::to_string(most) + " bytes");
+}
+
+void DocumentReader::CheckElement(const ParsedAttributes::List& attributes, std::size_t count) {
+    m_totals->depth = m_depthAround + m_open.size();
+    if (m_totals->depth > m_limits.depth) FailAt(&SMXMLLimits::depth, "elements are nested deeper than " + std::to_string(m_limits.depth));
+    if (++m_totals->elements > m_limits.elements)
+        FailAt(&SMXMLLimits::elements, "there are more than " + std::to_string(m_limits.elements) + " elements");
+    if (m_names.size() - m_namesAtStart > m_limits.names)
+        FailAt(&SMXMLLimits::names, "elements have more than " + std::to_string(m_limits.names) + " different names");
+    if (count) CheckAttributes(attributes, count);
+    if (m_hasEntities) {
+        // References in attribute values are told by their number alone, so each counts as one to the longest entity.
+        const std::size_t references = m_scanner->TakeReferences();
+        ChargeReferences(references, references * m_longestEntity);
+    }
 }
 
 void DocumentReader::startElement(const xercesc::XMLElementDecl& element, unsigned int, const XMLCh*,
@@ -284,15 +334,7 @@ void DocumentReader::startElement(const xercesc::XMLElementDecl& element, unsign
     FlushText();
     const ElementName& name = m_names.Find(&element, element.getFullName());
     m_open.push_back(&name);
-    if (m_open.size() > m_limits.depth) Fail("elements are nested deeper than " + std::to_string(m_limits.depth));
-    if (m_names.size() - m_namesAtStart > m_limits.names)
-        Fail("elements have more than " + std::to_string(m_limits.names) + " different names");
-    if (count) CheckAttributes(attributes, count);
-    if (m_hasEntities) {
-        // References in attribute values are told by their number alone, so each counts as one to the longest entity.
-        const std::size_t references = m_scanner->TakeReferences();
-        ChargeReferences(references, references * m_longestEntity);
-    }
+    CheckElement(attributes, count);
     m_fedAtEvent = m_fed;
     if (m_handler) {
         m_attributes.Reset(&attributes, count);
@@ -310,27 +352,39 @@ void DocumentReader::endElement(const xercesc::XMLElementDecl&, unsigned int, bo
 void DocumentReader::EndElement(const ElementName& name) {
     if (m_handler) m_handler->endElement(I18NString(), name.localName, name.qName);
     m_open.pop_back();
+    m_totals->depth = m_depthAround + m_open.size();
 }
 
 void DocumentReader::XMLDecl(const XMLCh* version, const XMLCh*, const XMLCh*, const XMLCh*) {
     // Version 1.1 has control characters that could not be written back.
-    if (!SameText(version, "1.0")) Fail("XML version " + Utf8Of(version) + " is not supported");
+    if (!SameText(version, "1.0")) Fail(code::XML_VERSION, "XML version " + Utf8Of(version) + " is not supported");
 }
 
 void DocumentReader::error(unsigned int code, const XMLCh* domain, ErrTypes type, const XMLCh* text, const XMLCh*, const XMLCh*,
                            XMLFileLoc line, XMLFileLoc column) {
     if (type == ErrType_Warning) return;
     FailAtFault();
-    std::string message = Utf8Of(text);
-    if (code == xercesc::XMLErrs::EntityExpansionLimitExceeded && xercesc::XMLString::equals(domain, xercesc::XMLUni::fgXMLErrDomain))
-        message = "internal entities expand to more than " + std::to_string(m_limits.entityCharacters) + " characters";
-    throw TklRuntimeError(message, m_name, static_cast<long>(line), static_cast<long>(column));
+    const bool isOfScanner = xercesc::XMLString::equals(domain, xercesc::XMLUni::fgXMLErrDomain);
+    const long lineNumber = static_cast<long>(line), columnNumber = static_cast<long>(column);
+    if (isOfScanner && code == xercesc::XMLErrs::EntityExpansionLimitExceeded)
+        throw LimitError(m_limits, &SMXMLLimits::entityCharacters, ExpansionText(m_limits), m_name, lineNumber, columnNumber);
+    const bool inEndTag = isOfScanner && code == xercesc::XMLErrs::ExpectedEndOfTagX;
+    const bool atEnd = m_scanner->Xerces().getReaderMgr()->atEOF() || (inEndTag && !m_hasEntities && EndsWithinTag());
+    throw TklRuntimeError(Utf8Of(text), m_name, lineNumber, columnNumber, isOfScanner ? CodeOfError(code, atEnd) : CodeOfException(code));
+}
+
+bool DocumentReader::EndsWithinTag() {
+    constexpr int LONGEST = 1'000;
+    const xercesc::ReaderMgr& readers = *m_scanner->Xerces().getReaderMgr();
+    for (int i = 0; i < LONGEST && !readers.atEOF(); ++i)
+        if (m_scanner->TakeCharacter() == u'>') return false;
+    return readers.atEOF();
 }
 
 void DocumentReader::resetErrors() {}
 
 xercesc::InputSource* DocumentReader::resolveEntity(xercesc::XMLResourceIdentifier* id) {
-    Fail("the external entity \"" + Utf8Of(id->getSystemId()) + "\" is not opened");
+    Fail(code::EXTERNAL_ENTITY, "the external entity \"" + Utf8Of(id->getSystemId()) + "\" is not opened");
 }
 
 void DocumentReader::endInputSource(const xercesc::InputSource&) {}
@@ -343,16 +397,24 @@ void DocumentReader::resetEntities() {}
 
 void DocumentReader::startInputSource(const xercesc::InputSource&) {}
 
+std::size_t DocumentReader::ReferencesLeft() const {
+    return m_limits.entityReferences - std::min(m_limits.entityReferences, m_totals->entityReferences);
+}
+
+std::size_t DocumentReader::CharactersLeft() const {
+    return m_limits.entityCharacters - std::min(m_limits.entityCharacters, m_totals->entityCharacters);
+}
+
 void DocumentReader::ChargeReferences(std::size_t count, std::size_t characters) {
-    if (characters > m_charactersLeft)
-        Fail("internal entities expand to more than " + std::to_string(m_limits.entityCharacters) + " characters");
-    if (count > m_referencesLeft)
-        Fail("there are more than " + std::to_string(m_limits.entityReferences) + " references to internal entities");
-    m_charactersLeft -= characters;
-    m_referencesLeft -= count;
+    if (characters > CharactersLeft()) FailAt(&SMXMLLimits::entityCharacters, ExpansionText(m_limits));
+    if (count > ReferencesLeft())
+        FailAt(&SMXMLLimits::entityReferences,
+               "there are more than " + std::to_string(m_limits.entityReferences) + " references to internal entities");
+    m_totals->entityCharacters += characters;
+    m_totals->entityReferences += count;
     // One is let through in any case, to be judged by its own length where it stands in content.
     const std::size_t longest = std::max<std::size_t>(m_longestEntity, 1);
-    m_scanner->AllowReferences(std::min(m_referencesLeft, std::max<std::size_t>(m_charactersLeft / longest, 1)));
+    m_scanner->AllowReferences(std::min(ReferencesLeft(), std::max<std::size_t>(CharactersLeft() / longest, 1)));
 }
 
 void DocumentReader::startEntityReference(const xercesc::XMLEntityDecl& entity) {
@@ -362,7 +424,7 @@ void DocumentReader::startEntityReference(const xercesc::XMLEntityDecl& entity) 
 void DocumentReader::endEntityReference(const xercesc::XMLEntityDecl&) {}
 
 void DocumentReader::entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter, bool) {
-    if (isParameter) Fail("parameter entities are not supported");
+    if (isParameter) Fail(code::PARAMETER_ENTITY, "parameter entities are not supported");
     m_hasEntities = true;
     m_longestEntity = std::max(m_longestEntity, static_cast<std::size_t>(entity.getValueLen()));
     ChargeReferences(0, 0);
@@ -370,7 +432,7 @@ void DocumentReader::entityDecl(const xercesc::DTDEntityDecl& entity, bool isPar
 
 void DocumentReader::startAttList(const xercesc::DTDElementDecl&) {
     // Entities in default values would be expanded where nothing counts them.
-    if (m_hasEntities) Fail("attribute lists behind entities are not supported");
+    if (m_hasEntities) Fail(code::PARAMETER_ENTITY, "attribute lists behind entities are not supported");
 }
 
 void DocumentReader::doctypeDecl(const xercesc::DTDElementDecl&, const XMLCh*, const XMLCh*, bool, bool) {

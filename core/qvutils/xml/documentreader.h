@@ -36,10 +36,11 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     ~DocumentReader() override;
 
     /**
-     * `handler` (may be null) and `source` are borrowed. `name` stands in errors. UTF-8 is decoded here, faster than by the library
-     * and with the exact place of a fault; every other encoding is left to it.
+     * `handler` (may be null), `source` and `totals` are borrowed. `name` stands in errors. UTF-8 is decoded here, faster than by the
+     * library and with the exact place of a fault; every other encoding is left to it.
      */
-    void Read(DocumentSource& source, bool isUtf8, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits);
+    void Read(DocumentSource& source, bool isUtf8, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits,
+              SMXMLTotals& totals);
 
     /** Whether a document has left so much memory with this reader that another one had better be made. */
     bool IsBloated() const noexcept;
@@ -58,13 +59,20 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     class FastScanner;
     class GeneralScanner;
 
-    [[noreturn]] void Fail(const std::string& message) const;
+    [[noreturn]] void Fail(const char* code, const std::string& message) const;
+    /** Raises what stands for a document that passes a bound. */
+    [[noreturn]] void FailAt(std::size_t SMXMLLimits::*bound, const std::string& message) const;
     /** Raises the fault for which the decoder has ended the input, if the scanner has come to that end. */
     void FailAtFault() const;
+    /** Reads on, for an error that has been met already: whether the document ends before the tag does. */
+    bool EndsWithinTag();
     void FlushText();
     void EndElement(const ElementName& name);
+    void CheckElement(const ParsedAttributes::List& attributes, std::size_t count);
     void CheckAttributes(const ParsedAttributes::List& list, std::size_t count);
     void ChargeReferences(std::size_t count, std::size_t characters);
+    std::size_t ReferencesLeft() const;
+    std::size_t CharactersLeft() const;
 
     // XMLDocumentHandler
     void docCharacters(const XMLCh* chars, XMLSize_t length, bool cdata) override;
@@ -121,6 +129,9 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     Utf8Decoder m_decoder;
     QvContentHandler* m_handler = nullptr;
     SMXMLLimits m_limits;
+    SMXMLTotals* m_totals = nullptr;
+    /** Elements open around this document. */
+    std::size_t m_depthAround = 0;
     std::string m_name;
 
     ElementNames m_names;
@@ -138,9 +149,8 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     /** What earlier documents have left. */
     std::size_t m_namesAtStart = 0, m_slotsAtStart = 0;
 
-    /** Entities: the longest one declared, and what may still be expanded. */
     bool m_hasEntities = false;
-    std::size_t m_longestEntity = 0, m_referencesLeft = 0, m_charactersLeft = 0;
+    std::size_t m_longestEntity = 0;
 };
 
 }  // namespace qv

@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/tklerrors.h"
 
 namespace qv {
@@ -109,7 +110,7 @@ std::string_view FileSource::NextBlock() {
 }
 
 void FileSource::Fail(const char* what, int error) const {
-    throw TklRuntimeError(std::string(what) + ": " + std::strerror(error), m_path);
+    throw TklRuntimeError(std::string(what) + ": " + std::strerror(error), m_path, 0, 0, CodeOfSystemError(error));
 }
 
 Prolog LookAtProlog(std::string_view head) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/diagnostics.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/xml/documentreader.h"
@@ -69,36 +70,39 @@ class ParseFrame final : public SMSourceFrame {
     const QvContentHandler* m_handler;
 };
 
-void Parse(qv::DocumentSource& source, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits) {
-    const std::string_view head = source.Head();
-    if (head.empty()) throw TklRuntimeError("the document is empty", name, 1, 1);
-    StartXerces();
-    const qv::Prolog prolog = qv::LookAtProlog(head);
-    const ScannerKind kind = prolog.isPlain ? ScannerKind::fast : ScannerKind::general;
-    std::unique_ptr<DocumentReader> reader = BorrowReader(kind);
-    {
-        const ParseFrame frame(*reader, name, handler);
-        reader->Read(source, prolog.isUtf8, name, handler, limits);
-    }
-    ReturnReader(kind, std::move(reader));
-}
-
 }  // namespace
 
 QvSAX2Parser::QvSAX2Parser() = default;
 
 QvSAX2Parser::~QvSAX2Parser() = default;
 
+void QvSAX2Parser::Parse(qv::DocumentSource& source, const std::string& name) {
+    const std::string_view head = source.Head();
+    if (head.empty()) throw TklRuntimeError("the document is empty", name, 1, 1, qv::code::EMPTY_DOCUMENT);
+    if (head.starts_with(std::string_view("\0\0\0\0", 4)))
+        throw TklRuntimeError("a NUL character is not allowed", name, 1, 1, qv::code::NUL_CHARACTER);
+    StartXerces();
+    const qv::Prolog prolog = qv::LookAtProlog(head);
+    const ScannerKind kind = prolog.isPlain ? ScannerKind::fast : ScannerKind::general;
+    std::unique_ptr<DocumentReader> reader = BorrowReader(kind);
+    {
+        SMXMLTotals own;
+        const ParseFrame frame(*reader, name, m_handler);
+        reader->Read(source, prolog.isUtf8, name, m_handler, m_limits, m_totals ? *m_totals : own);
+    }
+    ReturnReader(kind, std::move(reader));
+}
+
 void QvSAX2Parser::parse(const I18NString& path) {
     const std::string name(path.utf8());
     qv::FileSource source(name);
-    Parse(source, name, m_handler, m_limits);
+    Parse(source, name);
 }
 
 void QvSAX2Parser::parseOpenFile(int descriptor, const I18NString& path) {
     const std::string name(path.utf8());
     qv::FileSource source(descriptor, name);
-    Parse(source, name, m_handler, m_limits);
+    Parse(source, name);
 }
 
 void QvSAX2Parser::parse(const TklByteBuffer& document) {
@@ -107,5 +111,5 @@ void QvSAX2Parser::parse(const TklByteBuffer& document) {
 
 void QvSAX2Parser::parse(const char* bytes, std::size_t length) {
     qv::MemorySource source({bytes, length});
-    Parse(source, std::string(m_sourceName.utf8()), m_handler, m_limits);
+    Parse(source, std::string(m_sourceName.utf8()));
 }

@@ -2,26 +2,15 @@
 
 #include <cstddef>
 #include <memory>
+#include <string>
 
 #include "core/qvutils/text/tklbytebuffer.h"
+#include "core/qvutils/xml/limits.h"
 #include "core/qvutils/xml/qvcontenthandler.h"
 
-/** Bounds on a document; a document beyond one raises TklRuntimeError that names the bound. No honest model meets the defaults. */
-struct SM_API SMXMLLimits {
-    std::size_t depth = 1'000;
-    std::size_t attributes = 10'000;
-    /** Different element names. */
-    std::size_t names = 100'000;
-    /** A text, an attribute value, a comment, or the whole of a DOCTYPE. */
-    std::size_t textBytes = std::size_t{256} << 20;
-    /**
-     * Total size of expanded internal entities, in characters, nested ones included. A reference inside an attribute value counts as
-     * one to the longest entity.
-     */
-    std::size_t entityCharacters = std::size_t{1} << 20;
-    /** References to internal entities, nested ones included. */
-    std::size_t entityReferences = 100'000;
-};
+namespace qv {
+class DocumentSource;
+}
 
 /**
  * A SAX parse that delivers events to a handler.
@@ -32,8 +21,8 @@ struct SM_API SMXMLLimits {
  * good for the time of the call.
  *
  * Making a parser is cheap: the heavy reader beneath is lent by a pool of the thread for the time of a parse, so a parse may
- * start inside another one. A file or text that cannot be read or parsed raises TklRuntimeError with file, line and column;
- * exceptions of the handler pass unchanged. Elements that were started stay started: no end events are made up.
+ * start inside another one. A file or text that cannot be read or parsed raises TklRuntimeError with file, line, column and a code (see
+ * codes.h); exceptions of the handler pass unchanged. Elements that were started stay started: no end events are made up.
  */
 class SM_API QvSAX2Parser {
   public:
@@ -45,6 +34,8 @@ class SM_API QvSAX2Parser {
     /** Borrowed; null takes it away. */
     void setContentHandler(QvContentHandler* handler) { m_handler = handler; }
     void setLimits(const SMXMLLimits& limits) { m_limits = limits; }
+    /** What is counted here counts for all parsers that are given the same totals. Borrowed; null: each document counts alone. */
+    void setTotals(SMXMLTotals* totals) { m_totals = totals; }
     /** The name that diagnostics show for a parse of a buffer; "" at the start. */
     void setSourceName(const I18NString& name) { m_sourceName = name; }
     /** Parses a local file. */
@@ -56,7 +47,10 @@ class SM_API QvSAX2Parser {
     void parse(const char* bytes, std::size_t length);
 
   private:
+    void Parse(qv::DocumentSource& source, const std::string& name);
+
     QvContentHandler* m_handler = nullptr;
     SMXMLLimits m_limits;
+    SMXMLTotals* m_totals = nullptr;
     I18NString m_sourceName;
 };

@@ -1,14 +1,18 @@
 // What a load and a save leave behind when the memory ends at any of their allocations.
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <new>
 #include <optional>
 
+#include "objects/face/smmodelfiles_002_000.h"
 #include "objects/face/smmodelstore_002_000.h"
+#include "objects/face/smreferences_002_000.h"
 #include "tests/core/repository/repositorytest.h"
 #include "tests/support/facemodel.h"
 #include "tests/support/failingnew.h"
 #include "tests/support/storerows.h"
+#include "tests/support/tempdir.h"
 
 using namespace schema_002_000;
 
@@ -64,6 +68,75 @@ TEST(OutOfMemoryLoad, GivesTheWholeModelOrNone) {
         ASSERT_EQ(CanonicalText(*SMLoadModelBytes(SMALL).project), text) << "the load behind allocation " << n;
     }
     EXPECT_GT(n, 40);
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST(OutOfMemoryTexts, FailLikeAllElse) {
+    ASSERT_TRUE(FailingNew::CountsMalloc());
+    bool failed = false;
+    try {
+        const FailingNew failing(1);
+        const I18NString text(std::string_view("a text that is too long to stand in the string itself, whatever that holds"));
+    } catch (const std::bad_alloc&) {
+        failed = true;
+    }
+    EXPECT_TRUE(failed);
+}
+#endif
+
+TEST(OutOfMemoryWrite, GivesTheWholeDocumentOrFails) {
+    const SMLoadResult model = SMLoadModelBytes(SMALL);
+    const std::string text = CanonicalText(*model.project);
+    const TempDir directory;
+    const std::string path = directory.Write("a.xml", "old");
+    long n = 1;
+    for (bool failed = true; failed; ++n) {
+        bool isSaved = false;
+        failed = RunsOutOfMemory(n, [&] { isSaved = SMSaveModel(*model.project, path).IsDone(); });
+        const std::string there = directory.Read("a.xml");
+        ASSERT_TRUE(there == text || (!isSaved && there == "old")) << n << "\n" << there;
+        ASSERT_EQ(directory.Files(), 1u) << n;
+        directory.Write("a.xml", "old");
+    }
+    EXPECT_GT(n, 5);
+    EXPECT_EQ(CanonicalText(*model.project), text);
+}
+
+TEST(OutOfMemoryCheck, LeavesTheModelAsItWas) {
+    const SMLoadResult model = SMLoadModelBytes(SMALL);
+    const std::string text = CanonicalText(*model.project);
+    long n = 1;
+    for (bool failed = true; failed; ++n) {
+        std::optional<SMReferenceCheck> check;
+        failed = RunsOutOfMemory(n, [&] { check = SMCheckReferences(*model.project); });
+        if (!failed) {
+            ASSERT_TRUE(check && check->IsDone() && check->dangling.size() == 1) << n;
+        }
+    }
+    EXPECT_GT(n, 10);
+    EXPECT_EQ(CanonicalText(*model.project), text);
+}
+
+TEST(OutOfMemorySplit, LeavesTheDirectoryAndTheModelAsTheyWere) {
+    const SMLoadResult model = SMLoadModelBytes(SMALL);
+    const std::string text = CanonicalText(*model.project);
+    const TempDir directory;
+    std::string main;
+    long n = 1;
+    for (bool failed = true; failed; ++n) {
+        std::optional<SMSplitResult> split;
+        const std::string into = directory.Path("d" + std::to_string(n));
+        failed = RunsOutOfMemory(n, [&] { split = SMSplitModel(*model.project, into); });
+        if (split && split->IsDone()) {
+            const std::string written = directory.Read("d" + std::to_string(n) + "/main.xml");
+            if (main.empty()) main = written;
+            ASSERT_EQ(written, main) << n;
+        } else {
+            ASSERT_FALSE(std::filesystem::exists(into + "/main.xml")) << n;
+        }
+        ASSERT_EQ(CanonicalText(*model.project), text) << n;
+    }
+    EXPECT_GT(n, 50);
 }
 
 TEST_P(OutOfMemory, LeavesTheStoreAsItWasInAFirstSave) {

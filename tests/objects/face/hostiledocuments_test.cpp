@@ -1,0 +1,192 @@
+// Documents too large for a file of the tree: cut at each byte, deep, wide and long.
+#include <chrono>
+#include <filesystem>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/qvutils/xml/limits.h"
+#include "tests/support/facemodel.h"
+#include "tests/support/tempdir.h"
+
+using namespace schema_002_000;
+using testing::AnyOf;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+std::string Repeat(const std::string& piece, std::size_t times) {
+    std::string text;
+    text.reserve(piece.size() * times);
+    for (std::size_t i = 0; i < times; ++i) text += piece;
+    return text;
+}
+
+/** "code message" of the first error, or "read". */
+std::string VerdictOf(const SMLoadResult& loaded) {
+    for (const SMDiagnostic& diagnostic : loaded.diagnostics)
+        if (diagnostic.severity == SMSeverity::error) return diagnostic.code + " " + diagnostic.message;
+    return loaded.IsDone() ? "read" : "nothing told";
+}
+
+std::string VerdictOf(const std::string& document, const SMXMLLimits& limits = {}) {
+    SMLoadOptions options;
+    options.limits = limits;
+    return VerdictOf(SMLoadModelBytes(document, options));
+}
+
+/** Objects inside each other; the pieces stand before, inside and behind `depth` of them. */
+struct Nest {
+    std::string before, start, end, behind;
+    std::string Of(std::size_t depth) const { return ModelDocument(before + Repeat(start, depth) + Repeat(end, depth) + behind); }
+};
+
+const std::string ROOT = "<namespace><name locale=\"en\">r</name>";
+const std::vector<std::pair<const char*, Nest>> NESTS = {
+    {"folders", {ROOT, "<folder><name locale=\"en\">f</name>", "</folder>", "</namespace>"}},
+    {"item folders",
+     {ROOT + "<querySubject><name locale=\"en\">q</name>", "<queryItemFolder><name locale=\"en\">f</name>", "</queryItemFolder>",
+      "</querySubject></namespace>"}},
+    {"kept XML",
+     {ROOT + "<calculation><name locale=\"en\">c</name><expression>", "<a>", "</a>", "</expression></calculation></namespace>"}},
+    {"unknown elements", {ROOT, "<nobody_knows_this>", "</nobody_knows_this>", "</namespace>"}},
+};
+
+double SecondsOf(const std::string& document, const SMXMLLimits& limits) {
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ("read", VerdictOf(document, limits));
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+}  // namespace
+
+TEST(HostileDocuments, AreToldAsCutAtEachByteOfThem) {
+    const std::string document =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!-- c --><!DOCTYPE project [<!ENTITY e \"x\">]>\n<?p d?><project id=\"1\">"
+        "<name>a&amp;b&#65;&e;</name><locales><locale>en</locale></locales><defaultLocale>en</defaultLocale><!-- d -->"
+        "<namespace><name locale=\"en\"><![CDATA[root]]></name><folder><name locale='en'>\xC3\xA9\xF0\x9F\x98\x80</name></folder>"
+        "</namespace></project>";
+    ASSERT_EQ("read", VerdictOf(document));
+    ASSERT_GT(document.size(), 350u);
+    EXPECT_THAT(VerdictOf(""), StartsWith("SM2002"));
+    for (std::size_t length = 1; length < document.size(); ++length) {
+        // the document ends within a character
+        const bool isCut = (static_cast<unsigned char>(document[length]) & 0xC0) == 0x80;
+        EXPECT_THAT(VerdictOf(document.substr(0, length)), StartsWith(isCut ? "SM2005" : "SM2004")) << document.substr(0, length);
+    }
+}
+
+TEST(HostileDocuments, AreStoppedAtTheirLimit) {
+    const std::string inside = "<project>" + ROOT;
+    EXPECT_THAT(VerdictOf(inside + Repeat("<folder>", 1'000'000)), StartsWith("SM2102"));
+    EXPECT_THAT(VerdictOf(inside + "<a " + Repeat("x", 300'000'000) + "='1'>"), StartsWith("SM2106"));
+    EXPECT_THAT(VerdictOf(inside + "<" + Repeat("x", 300'000'000) + ">"), StartsWith("SM2106"));
+    EXPECT_THAT(VerdictOf(inside + "<a x='" + Repeat("x", 20'000'000) + "'/>"), StartsWith("SM2105"));
+    EXPECT_THAT(VerdictOf(inside + "<name locale=\"en\">" + Repeat("x", 300'000'000) + "</name>"), StartsWith("SM2106"));
+    std::string attributes, names;
+    for (int i = 0; i < 110'000; ++i) {
+        const std::string number = std::to_string(i);
+        if (i < 20'000) attributes += " a" + number + "=''";
+        names += "<n" + number + "/>";
+    }
+    EXPECT_THAT(VerdictOf(inside + "<a" + attributes + "/>"), StartsWith("SM2104"));
+    EXPECT_THAT(VerdictOf(inside + names), StartsWith("SM2107"));
+}
+
+TEST(HostileDocuments, MayBeWide) {
+    EXPECT_EQ("read", VerdictOf(ModelDocument(ROOT + Repeat("<folder><name locale=\"en\">f</name></folder>", 20'000) + "</namespace>")));
+}
+
+TEST(HostileDocuments, MayBeAsDeepAsTheLimitAllows) {
+    SMXMLLimits limits;
+    limits.depth = 1'000'000;
+    for (const auto& [what, nest] : NESTS) EXPECT_EQ("read", VerdictOf(nest.Of(150'000), limits)) << what;
+}
+
+TEST(HostileDocuments, CostNoMoreThanTheirLengthWhenDeep) {
+    SMXMLLimits limits;
+    limits.depth = 1'000'000;
+    for (const auto& [what, nest] : NESTS) {
+        const double once = SecondsOf(nest.Of(10'000), limits), eightfold = SecondsOf(nest.Of(80'000), limits);
+        EXPECT_LT(eightfold, 24 * once + 0.2) << what;
+    }
+}
+
+TEST(HostileDocuments, LeaveNothingBehindWhenTheyEndDeep) {
+    SMXMLLimits limits;
+    limits.depth = 1'000'000;
+    EXPECT_THAT(VerdictOf("<project>" + ROOT + Repeat("<folder><name locale=\"en\">f</name>", 100'000), limits), StartsWith("SM2004"));
+}
+
+// ---- separate files
+
+namespace {
+
+std::string Placeholder(const std::string& file) {
+    return "<smnamespacefile id=\"i\" name=\"n\" filename=\"" + file + "\" filepath=\"\"></smnamespacefile>";
+}
+
+class HostileFiles : public testing::Test {
+  protected:
+    SMLoadResult Load(const std::string& content) {
+        m_dir.Write("main.xml", ModelDocument(content));
+        SMLoadOptions options;
+        options.limits = m_limits;
+        return SMLoadModel(m_dir.Path("main.xml"), options);
+    }
+
+    TempDir m_dir;
+    SMXMLLimits m_limits;
+};
+
+}  // namespace
+
+TEST_F(HostileFiles, CountTogetherWithTheMainDocument) {
+    m_dir.Write("a.qvf", NamespaceElement("a", "<folder><name locale=\"en\">f</name></folder>"));
+    m_dir.Write("b.qvf", NamespaceElement("b"));
+    // nine of the main document, which include the placeholders, four and two of the files
+    const std::string placeholders =
+        "<namespace><name locale=\"en\">r</name>" + Placeholder("a.qvf") + Placeholder("b.qvf") + "</namespace>";
+    EXPECT_EQ("read", VerdictOf(Load(placeholders)));
+    m_limits.elements = 15;
+    EXPECT_EQ("read", VerdictOf(Load(placeholders)));
+    m_limits.elements = 14;
+    EXPECT_THAT(VerdictOf(Load(placeholders)), StartsWith("SM2103"));
+    m_limits = {};
+    m_limits.documentBytes = ModelDocument(placeholders).size() + 100;
+    const SMLoadResult tooLarge = Load(placeholders);
+    EXPECT_THAT(VerdictOf(tooLarge), StartsWith("SM2101"));
+    EXPECT_EQ(tooLarge.status, SMStatus::failed);
+}
+
+TEST_F(HostileFiles, CountTheElementsAroundThem) {
+    m_dir.Write("a.qvf", NamespaceElement("a", "<folder><name locale=\"en\">f</name></folder>"));
+    m_limits.depth = 6;
+    EXPECT_EQ("read", VerdictOf(Load(ROOT + Placeholder("a.qvf") + "</namespace>")));
+    m_limits.depth = 5;
+    EXPECT_THAT(VerdictOf(Load(ROOT + Placeholder("a.qvf") + "</namespace>")), StartsWith("SM2102"));
+}
+
+TEST_F(HostileFiles, AreBoundInTheirNumber) {
+    for (const char* name : {"a.qvf", "b.qvf", "c.qvf"}) m_dir.Write(name, NamespaceElement(name));
+    const std::string three = ROOT + Placeholder("a.qvf") + Placeholder("b.qvf") + Placeholder("c.qvf") + "</namespace>";
+    m_limits.partFiles = 3;
+    EXPECT_EQ("read", VerdictOf(Load(three)));
+    m_limits.partFiles = 2;
+    const SMLoadResult tooMany = Load(three);
+    EXPECT_EQ(tooMany.status, SMStatus::failed);
+    EXPECT_EQ(tooMany.diagnostics.back().file, m_dir.Path("c.qvf"));
+    EXPECT_EQ(VerdictOf(tooMany),
+              "SM2108 the model has more than 2 separate files; where that is meant, raise the limit, as by --limits files=4");
+}
+
+TEST_F(HostileFiles, AreBoundInTheirNesting) {
+    for (int i = 0; i < 120; ++i)
+        m_dir.Write("f" + std::to_string(i) + ".qvf",
+                    NamespaceElement("n" + std::to_string(i), Placeholder("f" + std::to_string(i + 1) + ".qvf")));
+    const SMLoadResult loaded = Load(Placeholder("f0.qvf"));
+    EXPECT_EQ(loaded.status, SMStatus::failed);
+    EXPECT_EQ(VerdictOf(loaded), "SM2111 more than 100 files would be read one inside the other");
+}

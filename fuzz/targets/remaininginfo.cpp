@@ -73,7 +73,9 @@ ObjectPtr MakeObject(SMProject2* project, char kind) {
     }
 }
 
-std::string WriteAsElement(const SMObjectBase& object) {
+/** Without a date, which for an object that tells none is the moment of its making. */
+std::string WriteAsElement(SMObjectBase& object) {
+    object.SetLastChangedDate(QvDate(false));
     I18NString text;
     QvStringWriter writer(text);
     QvSAX2PrintHandler handler("UTF-8", false, writer, true);

@@ -148,11 +148,13 @@ class Account {
         if (!again.IsDone()) throw TklRuntimeError("the document cannot be read a second time", m_reading.Input().Name());
         TellWritten(*m_result.project, m_options.control, written);
         std::vector<SMReading::Question> questions;
-        qv::FindContentLosses(document.Root(), written.Root(), IsTag, [&](const ContentLoss& found) {
-            m_result.losses.push_back(LossOf(found));
-            const qv::ContentPlace& place = PlaceOf(found);
-            questions.push_back({witness.File(place.file), QuestionOf(found)});
-        });
+        qv::FindContentLosses(
+            document.Root(), written.Root(), [](std::string_view name) { return IsTag(name); },
+            [&](const ContentLoss& found) {
+                m_result.losses.push_back(LossOf(found));
+                const qv::ContentPlace& place = PlaceOf(found);
+                questions.push_back({witness.File(place.file), QuestionOf(found)});
+            });
         m_reading.Answer(*again.project, questions);
         for (std::size_t i = 0; i < questions.size(); ++i) Place(m_result.losses[i], questions[i]);
         std::stable_sort(m_result.losses.begin(), m_result.losses.end(), [&](const SMLoss& a, const SMLoss& b) {

@@ -1,6 +1,7 @@
 #include "objects/face/smmodelfiles_002_000.h"
 
 #include <algorithm>
+#include <new>
 
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/io/stagedfiles.h"
@@ -179,7 +180,12 @@ SMSplitResult SMSplitModel(SMProject2& project, const std::string& directory, co
     // what could not be written is known by the place that it was meant for
     for (SMDiagnostic& diagnostic : result.diagnostics)
         if (!staging.empty() && diagnostic.file.starts_with(staging)) diagnostic.file = place + diagnostic.file.substr(staging.size());
-    if (result.IsDone()) TellWhatIsLost(project, options, result.diagnostics);
+    if (!result.IsDone()) return result;
+    try {
+        TellWhatIsLost(project, options, result.diagnostics);
+    } catch (const std::bad_alloc&) {
+        // the files stand, and a note that is missing does not make that a failure
+    }
     return result;
 }
 

@@ -1,4 +1,5 @@
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core/qvutils/diag/tklerrors.h"
@@ -19,7 +20,8 @@ using namespace schema_002_000;
 
 struct Arguments : RepositoryArguments {
     std::string what, message, base;
-    std::string author = LoginName();
+    /** Whoever asks the system for the login name looks into its files: not before it is needed. */
+    std::optional<std::string> author;
 };
 
 /** The model of a revision, its objects with the ids of their rows. */
@@ -81,7 +83,7 @@ int Restore(const Arguments& arguments) {
     PrintDiagnostics(stderr, restored.diagnostics, false);
     if (!restored.IsDone()) return StatusOf(restored);
     const std::string message = arguments.message.empty() ? "restore " + arguments.what : arguments.message;
-    return PutModel(repository, *context, *restored.project, arguments.author, message, [&] {
+    return PutModel(repository, *context, *restored.project, arguments.author ? *arguments.author : LoginName(), message, [&] {
         for (const auto& [settled, known] : restored.ids) settled->SetId(known);
     });
 }

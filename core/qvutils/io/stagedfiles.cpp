@@ -10,6 +10,7 @@
 #include <string_view>
 #include <system_error>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -80,7 +81,7 @@ void TidyUp(const std::string& directory) {
 
 /** One file on its way. */
 struct StagedFiles::Move {
-    std::string name;
+    std::string name, staged, target;
     /** What stood in its place: exchanged with it, or given up where the file system cannot exchange. */
     bool hadOld = false, exchanged = false;
 };
@@ -98,8 +99,12 @@ StagedFiles::StagedFiles(std::string directory) : m_directory(std::move(director
 }
 
 StagedFiles::~StagedFiles() {
-    std::error_code ignored;
-    fs::remove_all(m_staging, ignored);
+    // asks for no memory: it may have ended
+    if (DIR* const directory = ::opendir(m_staging.c_str())) {
+        while (const dirent* const entry = ::readdir(directory)) ::unlinkat(::dirfd(directory), entry->d_name, 0);
+        ::closedir(directory);
+        ::rmdir(m_staging.c_str());
+    }
     if (m_madeDirectory && !m_published) ::rmdir(m_directory.c_str());
 }
 
@@ -134,14 +139,20 @@ void StagedFiles::MakeStaging() {
 
 std::vector<StagedFiles::Move> StagedFiles::Plan(const std::string& last) const {
     std::vector<std::string> names;
-    for (const fs::directory_entry& entry : fs::directory_iterator(m_staging)) names.push_back(entry.path().filename().string());
+    // the library's own iterator ends the process when memory ends
+    const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(m_staging.c_str()), ::closedir);
+    if (!directory) Fail(m_staging, errno);
+    while (const dirent* const entry = ::readdir(directory.get())) {
+        const std::string name = entry->d_name;
+        if (name != "." && name != "..") names.push_back(name);
+    }
     std::sort(names.begin(), names.end(),
               [&](const std::string& a, const std::string& b) { return (a == last) != (b == last) ? b == last : a < b; });
     std::vector<Move> moves;
     for (const std::string& name : names) {
         const std::string target = Target(name), staged = Staged(name);
         struct stat old {};
-        Move move{name, ::lstat(target.c_str(), &old) == 0, false};
+        Move move{name, staged, target, ::lstat(target.c_str(), &old) == 0, false};
         if (!move.hadOld && errno != ENOENT) Fail(target, errno);
         if (move.hadOld && S_ISDIR(old.st_mode)) Fail(target, EISDIR);
         if (move.hadOld && !S_ISREG(old.st_mode) && !S_ISLNK(old.st_mode)) Fail(target, EEXIST);
@@ -159,7 +170,8 @@ std::vector<StagedFiles::Move> StagedFiles::Plan(const std::string& last) const 
 }
 
 void StagedFiles::Place(Move& move) const {
-    const std::string staged = Staged(move.name), target = Target(move.name);
+    const std::string& staged = move.staged;
+    const std::string& target = move.target;
     if (move.hadOld && ::renameat2(AT_FDCWD, staged.c_str(), AT_FDCWD, target.c_str(), RENAME_EXCHANGE) == 0) {
         move.exchanged = true;
         return;
@@ -170,21 +182,21 @@ void StagedFiles::Place(Move& move) const {
 
 void StagedFiles::TakeBack(const Move& move) const noexcept {
     if (move.exchanged)
-        ::renameat2(AT_FDCWD, Staged(move.name).c_str(), AT_FDCWD, Target(move.name).c_str(), RENAME_EXCHANGE);
+        ::renameat2(AT_FDCWD, move.staged.c_str(), AT_FDCWD, move.target.c_str(), RENAME_EXCHANGE);
     else if (!move.hadOld)
-        ::unlink(Target(move.name).c_str());
+        ::unlink(move.target.c_str());
 }
 
 std::vector<std::string> StagedFiles::Publish(const std::string& last) {
     std::vector<Move> moves = Plan(last);
-    std::vector<std::string> changed;
+    std::vector<std::string> changed;  // made beforehand: from now on nothing asks for memory, so that all can be taken back
+    for (const Move& move : moves) changed.push_back(move.name);
     std::size_t done = 0;
     try {
         for (; done < moves.size(); ++done) {
             // the last one tells of the others, so these must be on the disk before
             if (moves[done].name == last) SyncDirectory(m_directory);
             Place(moves[done]);
-            changed.push_back(moves[done].name);
         }
     } catch (...) {
         while (done > 0) TakeBack(moves[--done]);

@@ -62,6 +62,10 @@ std::size_t Utf8Size(const char16_t* text) {
     return size;
 }
 
+std::string ReferencesText(const SMXMLLimits& limits) {
+    return "there are more than " + std::to_string(limits.entityReferences) + " references to internal entities";
+}
+
 std::string ExpansionText(const SMXMLLimits& limits) {
     return "internal entities expand to more than " + std::to_string(limits.entityCharacters) + " characters";
 }
@@ -187,12 +191,16 @@ bool DocumentReader::IsBloated() const noexcept {
            m_scanner->AttributeSlots() > MOST_ENTRIES_KEPT || m_open.capacity() > 4 * MOST_ENTRIES_KEPT;
 }
 
+bool DocumentReader::HasReader() const {
+    return m_scanner->Xerces().getReaderMgr()->getCurrentReader() != nullptr;
+}
+
 long DocumentReader::Line() const {
-    return static_cast<long>(m_scanner->Xerces().getLocator()->getLineNumber());
+    return HasReader() ? static_cast<long>(m_scanner->Xerces().getLocator()->getLineNumber()) : 0;
 }
 
 long DocumentReader::Column() const {
-    return static_cast<long>(m_scanner->Xerces().getLocator()->getColumnNumber());
+    return HasReader() ? static_cast<long>(m_scanner->Xerces().getLocator()->getColumnNumber()) : 0;
 }
 
 std::string_view DocumentReader::Element() const noexcept {
@@ -366,8 +374,10 @@ void DocumentReader::error(unsigned int code, const XMLCh* domain, ErrTypes type
     FailAtFault();
     const bool isOfScanner = xercesc::XMLString::equals(domain, xercesc::XMLUni::fgXMLErrDomain);
     const long lineNumber = static_cast<long>(line), columnNumber = static_cast<long>(column);
-    if (isOfScanner && code == xercesc::XMLErrs::EntityExpansionLimitExceeded)
-        throw LimitError(m_limits, &SMXMLLimits::entityCharacters, ExpansionText(m_limits), m_name, lineNumber, columnNumber);
+    const bool isExpansion = isOfScanner && code == xercesc::XMLErrs::EntityExpansionLimitExceeded;
+    if (isExpansion && ReferencesLeft() <= CharactersLeft() / std::max<std::size_t>(m_longestEntity, 1))
+        FailAt(&SMXMLLimits::entityReferences, ReferencesText(m_limits));
+    if (isExpansion) throw LimitError(m_limits, &SMXMLLimits::entityCharacters, ExpansionText(m_limits), m_name, lineNumber, columnNumber);
     const bool inEndTag = isOfScanner && code == xercesc::XMLErrs::ExpectedEndOfTagX;
     const bool atEnd = m_scanner->Xerces().getReaderMgr()->atEOF() || (inEndTag && !m_hasEntities && EndsWithinTag());
     throw TklRuntimeError(Utf8Of(text), m_name, lineNumber, columnNumber, isOfScanner ? CodeOfError(code, atEnd) : CodeOfException(code));
@@ -407,9 +417,7 @@ std::size_t DocumentReader::CharactersLeft() const {
 
 void DocumentReader::ChargeReferences(std::size_t count, std::size_t characters) {
     if (characters > CharactersLeft()) FailAt(&SMXMLLimits::entityCharacters, ExpansionText(m_limits));
-    if (count > ReferencesLeft())
-        FailAt(&SMXMLLimits::entityReferences,
-               "there are more than " + std::to_string(m_limits.entityReferences) + " references to internal entities");
+    if (count > ReferencesLeft()) FailAt(&SMXMLLimits::entityReferences, ReferencesText(m_limits));
     m_totals->entityCharacters += characters;
     m_totals->entityReferences += count;
     // One is let through in any case, to be judged by its own length where it stands in content.

@@ -316,7 +316,7 @@ TEST_F(SMModelFiles, AreAllNeededForAJoin) {
     EXPECT_EQ(joined.status, SMStatus::failed);
     EXPECT_THAT(Told(joined), HasSubstr(m_dir.Path("main.xml") + ":4:"));
     EXPECT_THAT(Told(joined),
-                HasSubstr("error: Error reading SM model from XML: " + m_dir.Path("absent.qvf") + ": cannot open: No such file"));
+                HasSubstr("error[SM2021] Error reading SM model from XML: " + m_dir.Path("absent.qvf") + ": cannot open: No such file"));
     EXPECT_THAT(Told(joined),
                 HasSubstr("error: the model is not complete, so nothing was written: 1 file of it could not be read; mend what"));
     EXPECT_FALSE(fs::exists(m_dir.Path("joined.xml")));

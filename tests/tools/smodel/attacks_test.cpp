@@ -43,7 +43,8 @@ bool IsOfSystem(const std::string& path) {
     static const std::string build = std::filesystem::path(SMODEL_TOOL).parent_path().parent_path().string() + "/";
     for (const std::string& prefix :
          {std::string("/lib"), std::string("/usr/lib"), std::string("/usr/local/lib"), std::string("/usr/share/locale"),
-          std::string("/etc/ld.so"), std::string("/proc/self/"), std::string("/sys/"), std::string("/dev/null"), build})
+          std::string("/etc/ld.so"), std::string("/etc/localtime"), std::string("/usr/share/zoneinfo"), std::string("/proc/self/"),
+          std::string("/sys/"), std::string("/dev/null"), build})
         if (path.starts_with(prefix)) return true;
     return false;
 }
@@ -119,7 +120,7 @@ TEST_F(SmodelAttacks, AreNoMatchForAnyCommandThatReads) {
                                                       {"show", path, "[a]"},
                                                       {"join", path},
                                                       {"split", path, "-d", directory.Path("d")},
-                                                      {"repo", "put", "-r", directory.Path("r.db"), path}}) {
+                                                      {"repo", "put", directory.Path("r.db"), path}}) {
             const ToolRun run = RunTool(words);
             EXPECT_EQ(run.status, 2) << words[0];
             EXPECT_THAT(run.err, HasSubstr("error[SM2")) << words[0];
@@ -183,8 +184,8 @@ TEST(SmodelLimits, HoldForEachCommandThatReads) {
                                                   {"show", path, "[a]"},
                                                   {"join", path},
                                                   {"split", path, "-d", directory.Path("d")},
-                                                  {"rename", path, "[a]", "b", "-o", directory.Path("o")},
-                                                  {"repo", "put", "-r", directory.Path("r.db"), path}}) {
+                                                  {"rename", path, "a=b", "-o", directory.Path("o")},
+                                                  {"repo", "put", directory.Path("r.db"), path}}) {
         std::vector<std::string> limited = words;
         limited.insert(limited.end(), {"--limits", "depth=1M,elements=2"});
         const ToolRun run = RunTool(limited);

@@ -77,8 +77,11 @@ TEST(SmodelJoin, GivesTheCanonicalDocumentBack) {
 TEST(SmodelJoin, TellsWhatWasLost) {
     const TestDirectory directory;
     RunTool({"split", SMODEL_SOURCE_DIR "/examples/models/everything.xml", "-d", directory.Path("parts")});
-    const ToolRun run = RunTool({"join", directory.Path("parts/main.xml"), "-o", directory.Path("out.xml")});
-    EXPECT_EQ(run.status, 0);
+    const ToolRun refused = RunTool({"join", directory.Path("parts/main.xml"), "-o", directory.Path("out.xml")});
+    EXPECT_EQ(refused.status, 3);
+    EXPECT_THAT(refused.err, HasSubstr("error[SM1002] the attribute isRoleBased of <package> in "));
+    const ToolRun run = RunTool({"join", "--accept-loss", directory.Path("parts/main.xml"), "-o", directory.Path("out.xml")});
+    EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.err, HasSubstr("note: the files do not tell where its namespaces stood among its other objects"));
     EXPECT_THAT(run.err, HasSubstr("note: That a package is based on roles is not read from a file of its own."));
 }

@@ -64,12 +64,13 @@ TEST(SMXMLLimits, HoldToTheLastUnit) {
              Case{&SMXMLLimits::attributes, "<a x='' y=''></a>", 2, "SM2104"},
              Case{&SMXMLLimits::attributeBytes, "<a x='1234'></a>", 4, "SM2105"},
              Case{&SMXMLLimits::textBytes, "<a>12345<b>67</b></a>", 5, "SM2106"},
-             Case{&SMXMLLimits::names, "<a><b></b><c></c><b></b></a>", 3, "SM2107"},
+             Case{&SMXMLLimits::names, "<new1><new2></new2><new3></new3><new2></new2></new1>", 3, "SM2107"},
              Case{&SMXMLLimits::entityReferences, entities + "<a>&e;<b></b>&e;</a>", 2, "SM2109"},
              Case{&SMXMLLimits::entityCharacters, entities + "<a>&e;<b></b>&e;</a>", 10, "SM2110"},
          }) {
-        EXPECT_EQ("read", WithBound(each.bound, each.exact, each.document)) << each.code;
+        // the smaller one first: a reader that is used again counts no name that it knows
         EXPECT_THAT(WithBound(each.bound, each.exact - 1, each.document), StartsWith(each.code));
+        EXPECT_EQ("read", WithBound(each.bound, each.exact, each.document)) << each.code;
     }
 }
 

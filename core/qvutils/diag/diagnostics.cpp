@@ -141,6 +141,7 @@ void SMDiagnosticCollector::Add(const TklRuntimeError& error) {
 }
 
 std::vector<SMDiagnostic> SMDiagnosticCollector::Finish() {
+    if (m_entries.empty()) return {};  // an operation that is done and has nothing to tell must not fail for want of memory
     std::vector<SMDiagnostic> diagnostics;
     diagnostics.reserve(m_entries.size());
     for (Entry& entry : m_entries) {

@@ -73,6 +73,7 @@ void QvXmlBuildBase::endElement(const I18NString& uri, const I18NString& localNa
 }
 
 void QvXmlBuildBase::Push(QvXmlBuildBase* child) {
+    const QvSmartPtr<QvXmlBuildBase> owned = child;  // the stack may find no memory for it
     if (!m_stack) {
         m_ownStack = std::make_unique<Stack>();
         m_stack = m_ownStack.get();

@@ -4,7 +4,8 @@
 set -eu
 
 wanted="g++ make cmake ninja-build ccache pkg-config libxerces-c-dev libicu-dev libsqlite3-dev libssl-dev libzstd-dev libxxhash-dev
-        libpq-dev postgresql-15 libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev strace"
+        libpq-dev postgresql-15 libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev strace
+        python3"
 for extra in "$@"; do
     case $extra in
     clang) wanted="$wanted clang" ;;

@@ -1,16 +1,18 @@
 #include "objects/base/smpartfiles_002_000.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 
 #include <sys/stat.h>
 
-#include "core/qvutils/content/contentsource.h"
+#include "core/qvutils/content/contenttee.h"
 #include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/diagnostics.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/io/openbeneath.h"
 #include "core/qvutils/io/tklsmdir.h"
+#include "core/qvutils/xml/forwardinghandler.h"
 #include "objects/base/smenum_xmltag_002_000.h"
 #include "objects/base/smenums_002_000.h"
 
@@ -34,35 +36,17 @@ bool IsOfLimit(const TklRuntimeError& error) {
     return std::string_view(error.code()).starts_with("SM21");
 }
 
-/** Hands all on to the handler of a file; looks at its root, and tells the watcher of each element. */
-class PartHandler final : public QvContentHandler, public SMObjectLocator {
+/** Looks at the root of a file, and tells the watcher of each element. */
+class PartHandler final : public qv::ForwardingHandler {
   public:
-    PartHandler(const SMPartFiles::Part& part, QvContentHandler& handler, const std::function<void()>& watch, qv::ContentSource* source)
-        : m_part(part), m_handler(handler), m_locator(dynamic_cast<SMObjectLocator*>(&handler)), m_watch(watch), m_source(source) {}
+    PartHandler(const SMPartFiles::Part& part, QvContentHandler& handler, const std::function<void()>& watch)
+        : ForwardingHandler(handler), m_part(part), m_watch(watch) {}
 
     void startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) override {
         if (m_watch) Watch();
         if (m_atRoot) LookAtRoot(localName, qName, attrs);
-        if (m_source) m_source->Start(localName, attrs);
-        m_handler.startElement(uri, localName, qName, attrs);
+        ForwardingHandler::startElement(uri, localName, qName, attrs);
     }
-    void endElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) override {
-        if (m_source) m_source->End();
-        m_handler.endElement(uri, localName, qName);
-    }
-    void characters(const I18NString& text) override {
-        if (m_source) m_source->Text(text);
-        m_handler.characters(text);
-    }
-    void ignorableWhitespace(const I18NString& text) override { m_handler.ignorableWhitespace(text); }
-    void processingInstruction(const I18NString& target, const I18NString& data) override { m_handler.processingInstruction(target, data); }
-    void startDocument() override { m_handler.startDocument(); }
-    void endDocument() override { m_handler.endDocument(); }
-    void startPrefixMapping(const I18NString& prefix, const I18NString& uri) override { m_handler.startPrefixMapping(prefix, uri); }
-    void endPrefixMapping(const I18NString& prefix) override { m_handler.endPrefixMapping(prefix); }
-    void skippedEntity(const I18NString& name) override { m_handler.skippedEntity(name); }
-
-    const IOObject* InnermostObject() const override { return m_locator ? m_locator->InnermostObject() : nullptr; }
 
   private:
     void Watch() {
@@ -90,10 +74,7 @@ class PartHandler final : public QvContentHandler, public SMObjectLocator {
     }
 
     const SMPartFiles::Part& m_part;
-    QvContentHandler& m_handler;
-    SMObjectLocator* m_locator;
     const std::function<void()>& m_watch;
-    qv::ContentSource* m_source;
     bool m_atRoot = true;
 };
 
@@ -167,14 +148,15 @@ void SMPartFiles::Parse(const Part& part, const I18NString& path, QvContentHandl
         parser.parse(path);
         return;
     }
-    PartHandler strict(part, handler, m_watch, m_source);
+    std::optional<qv::ContentTee> tee;
+    if (m_source) tee.emplace(*m_source, handler);
+    PartHandler strict(part, tee ? *tee : handler, m_watch);
     parser.setContentHandler(&strict);
     parser.parseOpenFile(file.Get(), path);
 }
 
 void SMPartFiles::LeadsOut(const std::string& path) const {
-    throw TklRuntimeError("cannot open: it leads out of the directory of the model, " + m_root, path, 0, 0,
-                          qv::code::OUTSIDE_ROOT);
+    throw TklRuntimeError("cannot open: it leads out of the directory of the model, " + m_root, path, 0, 0, qv::code::OUTSIDE_ROOT);
 }
 
 std::string SMPartFiles::BelowRoot(const std::string& path) const {

@@ -1,19 +1,18 @@
 #include "objects/face/smaccounting_002_000.h"
 
 #include <algorithm>
+#include <atomic>
 #include <tuple>
 
 #include "core/qvutils/content/contentdiff.h"
 #include "core/qvutils/content/contentsums.h"
 #include "core/qvutils/content/contenttree.h"
-#include "core/qvutils/content/printedcontent.h"
+#include "core/qvutils/content/writtencontent.h"
 #include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/heldobjects.h"
 #include "core/qvutils/diag/tklerrors.h"
-#include "core/qvutils/xml/qvsax2printhandler.h"
 #include "objects/face/smguard_002_000.h"
 #include "objects/face/smreading_002_000.h"
-#include "objects/face/smwatchedtarget_002_000.h"
 
 namespace schema_002_000 {
 
@@ -28,17 +27,24 @@ bool IsTag(std::string_view name) {
 }
 
 /** Tells a sink the content of the document that a save would write. */
+class WatchedContent final : public qv::WrittenContent {
+  public:
+    WatchedContent(const SMControl& control, qv::ContentSink& sink) : WrittenContent(sink), m_cancelled(control.cancelled) {}
+
+    void startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) override {
+        if (m_cancelled && m_cancelled->load(std::memory_order_relaxed)) throw SMCancelled();
+        WrittenContent::startElement(uri, localName, qName, attrs);
+    }
+
+  private:
+    const std::atomic<bool>* m_cancelled;
+};
+
 void TellWritten(const SMProject2& project, const SMControl& control, qv::ContentSink& sink) {
     SMQuietSink dropped;
     const SMLogScope scope(dropped);
-    SMControl silent;
-    silent.cancelled = control.cancelled;
-    SMTicker ticker(silent, SMProgress::bytes, 1);
-    qv::PrintedContent content(sink);
-    SMWatchedTarget watched(content, ticker);
-    QvSAX2PrintHandler printer("UTF-8", false, watched, false);
-    project.WriteXMLDocument(nullptr, &printer, watched);
-    watched.flush();
+    WatchedContent content(control, sink);
+    project.WriteXMLDocument(nullptr, &content, content.Target());
 }
 
 /** Says where the parser stands, and keeps the files and the objects that it names. */
@@ -116,13 +122,10 @@ class Account {
         });
         if (!m_result.IsDone()) return std::move(m_result);
         const std::string stamp = m_reading.Input().Stamp();
-        qv::SummingSink sink(m_sums, qv::SummingSink::Way::add);
-        static_cast<SMLoadResult&>(m_result) = m_reading.ReadContent(sink);
-        m_reading.Finish(m_result);
+        AddRead();
         if (!m_result.IsDone()) return std::move(m_result);
         Step([&] {
-            qv::SummingSink written(m_sums, qv::SummingSink::Way::take);
-            TellWritten(*m_result.project, m_options.control, written);
+            TakeWritten();
             if (!m_sums.AreBalanced()) FindLosses();
             if (!m_result.losses.empty()) DropUnknownTags();
             if (m_reading.Input().Stamp() == stamp) return true;
@@ -138,6 +141,17 @@ class Account {
         SMRunGuarded(step, body);
         m_result.status = step.status;
         m_result.diagnostics.insert(m_result.diagnostics.end(), step.diagnostics.begin(), step.diagnostics.end());
+    }
+
+    void AddRead() {
+        qv::SummingSink sink(m_sums, qv::SummingSink::Way::add);
+        static_cast<SMLoadResult&>(m_result) = m_reading.ReadContent(sink);
+        m_reading.Finish(m_result);
+    }
+
+    void TakeWritten() {
+        qv::SummingSink sink(m_sums, qv::SummingSink::Way::take);
+        TellWritten(*m_result.project, m_options.control, sink);
     }
 
     void FindLosses() {

@@ -8,25 +8,23 @@ namespace schema_002_000 {
 
 namespace {
 
-void Write(const SMProject2& project, QvXMLFormatTarget& target, const SMSaveOptions& options, std::size_t& bytes) {
+using Writer = std::function<void(QvXMLFormatTarget&)>;
+
+void WriteWatched(QvXMLFormatTarget& target, const SMSaveOptions& options, std::size_t& bytes, const Writer& write) {
     SMTicker ticker(options.control, SMProgress::bytes, 1);
     SMWatchedTarget watched(target, ticker);
-    QvSAX2PrintHandler printer("UTF-8", false, watched, false);
-    printer.SetIndent(options.indent);
-    project.WriteXMLDocument(nullptr, &printer, watched);
+    write(watched);
     watched.flush();
     bytes = ticker.Done();
 }
 
-SMSaveResult Save(const std::string& path, const std::function<void(QvXMLFormatTarget&, std::size_t&)>& write) {
-    SMSaveResult result;
-    SMRunGuarded(result, [&] {
-        QvFileWriter writer(path.c_str());
-        write(writer, result.bytes);
-        writer.close();
-        return true;
-    });
-    return result;
+/** What writes a model as a document. */
+Writer WriterOf(const SMProject2& project, const SMSaveOptions& options) {
+    return [&](QvXMLFormatTarget& target) {
+        QvSAX2PrintHandler printer("UTF-8", false, target, false);
+        printer.SetIndent(options.indent);
+        project.WriteXMLDocument(nullptr, &printer, target);
+    };
 }
 
 }  // namespace
@@ -40,23 +38,24 @@ SMLoadResult SMLoadModelBytes(std::string_view document, const SMLoadOptions& op
 }
 
 SMSaveResult SMSaveModel(const SMProject2& project, const std::string& path, const SMSaveOptions& options) {
-    return Save(path, [&](QvXMLFormatTarget& target, std::size_t& bytes) { Write(project, target, options, bytes); });
+    return SMSaveDocument(path, WriterOf(project, options), options);
 }
 
 SMSaveResult SMSaveDocument(const std::string& path, const std::function<void(QvXMLFormatTarget&)>& write, const SMSaveOptions& options) {
-    return Save(path, [&](QvXMLFormatTarget& target, std::size_t& bytes) {
-        SMTicker ticker(options.control, SMProgress::bytes, 1);
-        SMWatchedTarget watched(target, ticker);
-        write(watched);
-        watched.flush();
-        bytes = ticker.Done();
+    SMSaveResult result;
+    SMRunGuarded(result, [&] {
+        QvFileWriter writer(path.c_str());
+        WriteWatched(writer, options, result.bytes, write);
+        writer.close();
+        return true;
     });
+    return result;
 }
 
 SMSaveResult SMWriteModel(const SMProject2& project, QvXMLFormatTarget& target, const SMSaveOptions& options) {
     SMSaveResult result;
     SMRunGuarded(result, [&] {
-        Write(project, target, options, result.bytes);
+        WriteWatched(target, options, result.bytes, WriterOf(project, options));
         return true;
     });
     return result;

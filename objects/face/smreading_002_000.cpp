@@ -16,7 +16,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "core/qvutils/content/contentsource.h"
+#include "core/qvutils/content/contenttee.h"
 #include "core/qvutils/content/sourcebytes.h"
 #include "core/qvutils/content/sourceplaces.h"
 #include "core/qvutils/diag/codes.h"
@@ -96,38 +96,6 @@ bool HasSeparateFiles(const SMProject2& project) {
     const SMEnum_xmltag* const tags = SMEnum_xmltag::GetInstance();
     return project.m_partFiles.ReadCount(tags->namespace_) + project.m_partFiles.ReadCount(tags->package) > 0;
 }
-
-/** Tells a sink what the builder gets. */
-class ContentTee final : public QvContentHandler, public SMObjectLocator {
-  public:
-    ContentTee(qv::ContentSource& source, SMProjectBuilder& builder) : m_source(source), m_builder(builder) {}
-
-    void startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) override {
-        m_source.Start(localName, attrs);
-        m_builder.startElement(uri, localName, qName, attrs);
-    }
-    void endElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) override {
-        m_source.End();
-        m_builder.endElement(uri, localName, qName);
-    }
-    void characters(const I18NString& text) override {
-        m_source.Text(text);
-        m_builder.characters(text);
-    }
-    void ignorableWhitespace(const I18NString& text) override { m_builder.ignorableWhitespace(text); }
-    void processingInstruction(const I18NString& target, const I18NString& data) override { m_builder.processingInstruction(target, data); }
-    void startDocument() override { m_builder.startDocument(); }
-    void endDocument() override { m_builder.endDocument(); }
-    void startPrefixMapping(const I18NString& prefix, const I18NString& uri) override { m_builder.startPrefixMapping(prefix, uri); }
-    void endPrefixMapping(const I18NString& prefix) override { m_builder.endPrefixMapping(prefix); }
-    void skippedEntity(const I18NString& name) override { m_builder.skippedEntity(name); }
-
-    const IOObject* InnermostObject() const override { return m_builder.InnermostObject(); }
-
-  private:
-    qv::ContentSource& m_source;
-    SMProjectBuilder& m_builder;
-};
 
 std::string DirectoryOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
@@ -258,7 +226,7 @@ SMLoadResult SMReading::Load(qv::ContentSink* sink) {
         QvSAX2Parser parser;
         parser.setLimits(m_options.limits);
         parser.setTotals(&files.Totals());
-        std::optional<ContentTee> tee;
+        std::optional<qv::ContentTee> tee;
         if (source) tee.emplace(*source, builder);
         parser.setContentHandler(tee ? static_cast<QvContentHandler*>(&*tee) : &builder);
         ParseAll([&] { m_input.Parse(parser); });

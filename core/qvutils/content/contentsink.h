@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 namespace qv {
@@ -29,7 +30,15 @@ class ContentSink {
 
 /** White space between elements is layout. */
 inline bool IsLayout(std::string_view text) noexcept {
-    return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+    for (const char character : text)
+        if (character != ' ' && character != '\n' && character != '\t' && character != '\r') return false;
+    return true;
+}
+
+inline std::string_view LocalName(std::string_view qualifiedName) noexcept {
+    for (std::size_t at = 0; at < qualifiedName.size(); ++at)
+        if (qualifiedName[at] == ':') return qualifiedName.substr(at + 1);
+    return qualifiedName;
 }
 
 }  // namespace qv

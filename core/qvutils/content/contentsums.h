@@ -1,8 +1,10 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "core/qvutils/content/contenthasher.h"
@@ -17,8 +19,17 @@ namespace qv {
  */
 class ContentSums {
   public:
-    void Add(std::uint64_t digest) { m_sums[digest % SUMS] += digest; }
-    void Take(std::uint64_t digest) { m_sums[digest % SUMS] -= digest; }
+    /** To add a digest, or its negative to take it away. The sum is fetched ahead, since it is mostly in no cache. */
+    void Change(std::uint64_t digest, std::uint64_t change) {
+        Due& due = m_due[m_next++ % m_due.size()];
+        m_sums[due.sum] += due.change;
+        due = {digest % SUMS, change};
+        __builtin_prefetch(&m_sums[due.sum], 1);
+    }
+    /** To be called before the sums are asked. */
+    void Settle() {
+        for (Due& due : m_due) m_sums[due.sum] += std::exchange(due.change, 0);
+    }
     /** Whether elements with this digest are (but for rare chance, that lets it be false) as many in both documents. */
     bool IsBalanced(std::uint64_t digest) const { return m_sums[digest % SUMS] == 0; }
     bool AreBalanced() const {
@@ -26,28 +37,30 @@ class ContentSums {
     }
 
   private:
+    struct Due {
+        std::size_t sum = 0;
+        std::uint64_t change = 0;
+    };
     static constexpr std::size_t SUMS = std::size_t{1} << 16;
     std::vector<std::uint64_t> m_sums = std::vector<std::uint64_t>(SUMS);
+    std::array<Due, 16> m_due;
+    std::size_t m_next = 0;
 };
 
-/** Adds the elements of a document to sums, or takes them away. */
+/** Adds the elements of a document to sums, or takes them away. The sums are settled when it goes. */
 class SummingSink final : public ContentSink {
   public:
     enum class Way { add, take };
     /** `sums` is borrowed. */
     SummingSink(ContentSums& sums, Way way) : m_sums(sums), m_way(way) {}
+    ~SummingSink() override { m_sums.Settle(); }
 
     void Start(std::string_view name) override { m_hasher.Start(name); }
     void Attribute(std::string_view name, std::string_view value) override { m_hasher.Attribute(name, value); }
     void Forget(std::string_view name, std::string_view value) override { m_hasher.Forget(name, value); }
     void Text(std::string_view text) override { m_hasher.Text(text); }
     void End() override {
-        const auto digest = m_hasher.End();
-        if (!digest) return;
-        if (m_way == Way::add)
-            m_sums.Add(*digest);
-        else
-            m_sums.Take(*digest);
+        if (const auto digest = m_hasher.End()) m_sums.Change(*digest, m_way == Way::add ? *digest : 0 - *digest);
     }
     void StartPart() override { m_hasher.StartPart(); }
     /** What a broken part has added stays: the document is not whole anyhow, and its places are looked for. */

@@ -1,6 +1,7 @@
 #include "core/qvutils/content/printedcontent.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
@@ -11,11 +12,25 @@ namespace qv {
 namespace {
 
 constexpr std::size_t WINDOW = std::size_t{64} << 10;
-constexpr std::string_view BLANKS = " \t\r\n";
+/** What a character can end: these lines are run through for each byte of a document, and most of what they look for is near. */
+enum Ends : std::uint8_t { BLANK = 1, NAME = 2, PIECE_OF_TAG = 4 };
+constexpr auto ENDS = [] {
+    std::array<std::uint8_t, 256> ends{};
+    for (const char blank : {' ', '\t', '\r', '\n'}) ends[static_cast<unsigned char>(blank)] = BLANK | NAME;
+    ends['='] = NAME;
+    ends['"'] = ends['\''] = ends['>'] = PIECE_OF_TAG;
+    return ends;
+}();
 
-std::string_view LocalName(std::string_view name) {
-    const std::size_t colon = name.find(':');
-    return colon == std::string_view::npos ? name : name.substr(colon + 1);
+/** Where the first character is that is one of `ends`, or the end. */
+std::size_t FirstOf(std::string_view text, Ends ends, std::size_t at) {
+    while (at < text.size() && !(ENDS[static_cast<unsigned char>(text[at])] & ends)) ++at;
+    return at;
+}
+
+std::size_t BehindBlanks(std::string_view text, std::size_t at) {
+    while (at < text.size() && ENDS[static_cast<unsigned char>(text[at])] & BLANK) ++at;
+    return at;
 }
 
 /** Up to and with `close`, or nothing. */
@@ -26,13 +41,12 @@ std::string_view Through(std::string_view rest, std::string_view close, std::siz
 
 /** A start tag may have a ">" in a value. */
 std::string_view TagOf(std::string_view rest) {
-    for (std::size_t at = 1;;) {
-        at = rest.find_first_of("\"'>", at);
-        if (at == std::string_view::npos) return {};
+    for (std::size_t at = 1; (at = FirstOf(rest, PIECE_OF_TAG, at)) < rest.size(); ++at) {
         if (rest[at] == '>') return rest.substr(0, at + 1);
         at = rest.find(rest[at], at + 1);
-        if (at++ == std::string_view::npos) return {};
+        if (at == std::string_view::npos) break;
     }
+    return {};
 }
 
 void AppendCharacter(std::string& out, char32_t character) {
@@ -67,10 +81,6 @@ PrintedContent::PrintedContent(ContentSink& sink) : m_sink(sink), m_buffer(WINDO
     m_end = m_at + m_buffer.size();
 }
 
-void PrintedContent::flush() {
-    Consume();
-}
-
 void PrintedContent::overflow(const char* bytes, std::size_t length) {
     Consume();
     const auto held = static_cast<std::size_t>(m_at - m_buffer.data());
@@ -102,6 +112,14 @@ void PrintedContent::Consume() {
     m_at = m_buffer.data() + rest.size();
 }
 
+void PrintedContent::Finish() {
+    Consume();
+    const std::string_view rest(m_buffer.data(), static_cast<std::size_t>(m_at - m_buffer.data()));
+    if (rest.empty() || rest.front() == '<') return;
+    m_sink.Text(Plain(rest));
+    m_at = m_buffer.data();
+}
+
 std::string_view PrintedContent::MarkupOf(std::string_view rest) const {
     if (rest.size() < 2) return {};
     if (rest[1] == '/') return Through(rest, ">", 2);
@@ -121,13 +139,13 @@ void PrintedContent::Tell(std::string_view markup) {
 void PrintedContent::TellStart(std::string_view tag) {
     const bool isEmpty = tag[tag.size() - 2] == '/';
     tag = tag.substr(1, tag.size() - (isEmpty ? 3 : 2));
-    const std::size_t nameEnd = std::min(tag.find_first_of(BLANKS), tag.size());
-    m_sink.Start(LocalName(tag.substr(0, nameEnd)));
-    for (std::size_t at = nameEnd; (at = tag.find_first_not_of(BLANKS, at)) != std::string_view::npos;) {
-        const std::size_t nameStop = tag.find_first_of(" \t\r\n=", at);
-        const std::size_t open = tag.find_first_of("\"'", at);
+    std::size_t at = FirstOf(tag, BLANK, 0);
+    m_sink.Start(LocalName(tag.substr(0, at)));
+    while ((at = BehindBlanks(tag, at)) < tag.size()) {
+        const std::string_view name = tag.substr(at, FirstOf(tag, NAME, at) - at);
+        const std::size_t open = FirstOf(tag, PIECE_OF_TAG, at + name.size());
         const std::size_t close = tag.find(tag[open], open + 1);
-        m_sink.Attribute(tag.substr(at, nameStop - at), Plain(tag.substr(open + 1, close - open - 1)));
+        m_sink.Attribute(name, Plain(tag.substr(open + 1, close - open - 1)));
         at = close + 1;
     }
     if (isEmpty) m_sink.End();

@@ -12,21 +12,24 @@
 namespace qv {
 
 /**
- * Takes the bytes of a document that the library prints, and tells a sink its content. They are well-formed UTF-8 without a DOCTYPE,
- * so one pass suffices that asks no parser; kept XML may have comments, CDATA sections and processing instructions.
+ * Takes the bytes of a document or of a piece of one that the library prints, and tells a sink its content. They are well-formed UTF-8
+ * without a DOCTYPE, so one pass suffices that asks no parser; kept XML may have comments, CDATA sections and processing instructions.
  */
 class SM_API PrintedContent final : public QvXMLFormatTarget {
   public:
     /** `sink` is borrowed. */
     explicit PrintedContent(ContentSink& sink);
-    /** Tells all that has come to an end. The document is told whole after the last flush. */
-    void flush() override;
+    /** Tells all that has come, up to an unfinished piece of markup. What comes later begins a text of its own. */
+    void flush() override {
+        if (m_at != m_buffer.data()) Finish();
+    }
 
   protected:
     void overflow(const char* bytes, std::size_t length) override;
 
   private:
     void Consume();
+    void Finish();
     /** The piece of markup at the start of `rest`; empty when its end has not come yet. */
     std::string_view MarkupOf(std::string_view rest) const;
     void Tell(std::string_view markup);

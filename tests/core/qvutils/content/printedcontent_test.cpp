@@ -4,24 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/contentnotes.h"
+
 namespace {
 
-/** Writes down what it is told. */
-class Notes final : public qv::ContentSink {
-  public:
-    void Start(std::string_view name) override { text.append("<").append(name); }
-    void Attribute(std::string_view name, std::string_view value) override { text.append(" ").append(name).append("=").append(value); }
-    void Forget(std::string_view, std::string_view) override { text += "?"; }
-    void Text(std::string_view piece) override { text.append("[").append(piece).append("]"); }
-    void End() override { text += ">"; }
-    void StartPart() override { text += "?"; }
-    void EndPart(bool) override { text += "?"; }
-
-    std::string text;
-};
-
 std::string Told(const std::string& document, std::size_t piece) {
-    Notes notes;
+    ContentNotes notes;
     qv::PrintedContent content(notes);
     for (std::size_t at = 0; at < document.size(); at += piece) content.write(std::string_view(document).substr(at, piece));
     content.flush();
@@ -51,4 +39,12 @@ TEST(PrintedContent, IsTheSameHoweverTheBytesCome) {
 TEST(PrintedContent, TakesATextThatIsLongerThanItsWindow) {
     const std::string text(300'000, 'x');
     EXPECT_EQ(Told("<a>" + text + "</a>", 10'000), "<a[" + text + "]>");
+}
+
+TEST(PrintedContent, TellsATextThatEndsAPiece) {
+    ContentNotes notes;
+    qv::PrintedContent content(notes);
+    content.write(std::string_view("a <b>c</b> d&amp;"));
+    content.flush();
+    EXPECT_EQ(notes.text, "[a ]<b[c]>[ d&]");
 }

@@ -9,7 +9,10 @@ tests = ctest --preset $(1) --parallel $(JOBS)
 # Seconds that the fuzz targets share.
 TIME ?= 600
 
-.PHONY: build demo test check-long bench fuzz fuzz-coverage format
+# Sizes of the documents of `make scale`.
+SUBJECTS ?= 560 5600
+
+.PHONY: build demo test check-long bench scale fuzz fuzz-coverage format
 
 # The command, at build/release/bin/smodel.
 build:
@@ -42,6 +45,10 @@ bench:
 	$(SETUP)
 	$(call tree,release,smodel-bench)
 	build/release/bench/smodel-bench
+
+# What the command needs for large documents, in time and memory; 56000 subjects are about 1 GB.
+scale: build
+	python3 bench/scale_run.py build/release/bin/smodel $(SUBJECTS)
 
 # Foreign bytes for whatever reads them, for TIME seconds in all; see CONTRIBUTING.md.
 fuzz:

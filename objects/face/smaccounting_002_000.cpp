@@ -7,6 +7,7 @@
 #include "core/qvutils/content/contentdiff.h"
 #include "core/qvutils/content/contentsums.h"
 #include "core/qvutils/content/contenttree.h"
+#include "core/qvutils/content/differingcontent.h"
 #include "core/qvutils/content/writtencontent.h"
 #include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/heldobjects.h"
@@ -155,15 +156,23 @@ class Account {
     }
 
     void FindLosses() {
+        qv::DifferingContent differing(m_sums);
+        {
+            qv::GivenSink sink(differing);
+            TellWritten(*m_result.project, m_options.control, sink);
+        }
         Witness witness;
-        qv::ContentTreeSink document(m_sums, witness.Wished()), written(m_sums);
+        qv::ContentTreeSink document(
+            [&](const auto& element, const auto& given, bool holds) { return differing.IsOfDocument(element, given, holds); },
+            witness.Wished());
+        qv::ContentTreeSink written([&](const auto& element, const auto&, bool holds) { return differing.IsOfWritten(element, holds); });
         const SMLoadResult again = m_reading.ReadContent(document);
         if (again.status == SMStatus::cancelled) throw SMCancelled();
         if (!again.IsDone()) throw TklRuntimeError("the document cannot be read a second time", m_reading.Input().Name());
         TellWritten(*m_result.project, m_options.control, written);
         std::vector<SMReading::Question> questions;
         qv::FindContentLosses(
-            document.Root(), written.Root(), [](std::string_view name) { return IsTag(name); },
+            document.Document(), written.Document(), [](std::string_view name) { return IsTag(name); },
             [&](const ContentLoss& found) {
                 m_result.losses.push_back(LossOf(found));
                 const qv::ContentPlace& place = PlaceOf(found);

@@ -104,6 +104,7 @@ class Comparison {
         for (const ContentNode& child : m_document.children) m_unmatched.push_back(&child);
         for (const ContentNode& child : m_written.children) m_added.push_back(&child);
         Match(m_added, [](const ContentNode& node) { return node.digest; });
+        Match(m_added, [](const ContentNode& node) { return node.bareDigest; });
         Match(m_added, [](const ContentNode& node) { return std::make_pair(std::string_view(node.name), std::string_view(node.key)); });
         Match(m_added, [](const ContentNode& node) { return std::string_view(node.name); });
         std::reverse(m_pairs.begin(), m_pairs.end());

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string_view>
 
+#include "core/qvutils/base/smapi.h"
 #include "core/qvutils/content/contenttree.h"
 
 namespace qv {
@@ -26,7 +27,7 @@ struct ContentLoss {
  * spell numbers and truth values in another one, hold as an attribute what was an element, or the other way round, and hold the value of
  * an element in one of another name; but an element that is not `isKnown` is lost even so.
  */
-void FindContentLosses(const ContentNode& document, const ContentNode& written, const std::function<bool(std::string_view)>& isKnown,
+SM_API void FindContentLosses(const ContentNode& document, const ContentNode& written, const std::function<bool(std::string_view)>& isKnown,
                        const std::function<void(const ContentLoss&)>& tell);
 
 }  // namespace qv

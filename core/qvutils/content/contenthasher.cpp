@@ -1,5 +1,8 @@
 #include "core/qvutils/content/contenthasher.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include "core/qvutils/content/contentsink.h"
 
 #define XXH_INLINE_ALL
@@ -21,42 +24,78 @@ std::uint64_t Mix(std::uint64_t name, std::uint64_t sum) {
     return (hash ^ hash >> 32) * 0x94D0'49BB'1331'11EBu;
 }
 
+bool IsIdentity(std::string_view name) {
+    return name == "id" || name == "version";
+}
+
+/** Names with a prefix are those of declarations. */
+bool IsGivenAttribute(std::string_view name) {
+    return IsIdentity(name) || name == "xmlns" || name.find(':') != std::string_view::npos;
+}
+
 }  // namespace
 
 void ContentHasher::Start(std::string_view name) {
-    m_open.push_back({HashOf(name)});
+    m_open.push_back({HashOf(name), 0, 0, m_pending.size(), name == "property"});
 }
 
 void ContentHasher::Attribute(std::string_view name, std::string_view value) {
-    m_open.back().sum += HashOf(value, HashOf(name));
+    Level& level = m_open.back();
+    const std::uint64_t hash = HashOf(value, HashOf(name));
+    level.whole += hash;
+    if (IsGivenAttribute(name))
+        m_pending.push_back(hash);
+    else
+        level.bare += hash;
+    if (level.isProperty && name == "name" && IsIdentity(value)) level.isGiven = true;
 }
 
 void ContentHasher::Forget(std::string_view name, std::string_view value) {
-    m_open.back().sum -= HashOf(value, HashOf(name));
+    Level& level = m_open.back();
+    const std::uint64_t hash = HashOf(value, HashOf(name));
+    level.whole -= hash;
+    if (IsGivenAttribute(name))
+        m_pending.erase(std::find(m_pending.begin() + static_cast<std::ptrdiff_t>(level.pending), m_pending.end(), hash));
+    else
+        level.bare -= hash;
 }
 
 void ContentHasher::Text(std::string_view text) {
-    if (!m_open.empty() && !IsLayout(text)) m_open.back().sum += HashOf(text, TEXT);
+    if (m_open.empty() || IsLayout(text)) return;
+    const std::uint64_t hash = HashOf(text, TEXT);
+    m_open.back().bare += hash;
+    m_open.back().whole += hash;
 }
 
-std::optional<std::uint64_t> ContentHasher::End() {
-    const Level level = m_open.back();
+std::optional<ContentHasher::Digests> ContentHasher::End() {
+    Level level = m_open.back();
     m_open.pop_back();
+    if (level.whole == 0) level.isGiven = true;
     if (!m_parts.empty() && m_open.size() == m_parts.back().depth) {
         m_open.back().name = level.name;
-        m_open.back().sum += level.sum;
+        m_open.back().bare += level.bare;
+        m_open.back().whole += level.whole;
         return std::nullopt;
     }
-    const std::uint64_t hash = Mix(level.name, level.sum);
-    if (!m_open.empty()) m_open.back().sum += hash;
-    return hash;
+    const Digests digests{Mix(level.name, level.bare), Mix(level.name, level.whole), level.isGiven};
+    m_given.clear();
+    if (!level.isGiven)
+        for (std::size_t i = level.pending; i < m_pending.size(); ++i) m_given.push_back(Mix(m_pending[i], digests.bare));
+    m_pending.resize(level.pending);
+    if (level.isGiven) m_pending.push_back(digests.whole);
+    if (m_open.empty()) return digests;
+    m_open.back().whole += digests.whole;
+    if (!level.isGiven) m_open.back().bare += digests.bare;
+    return digests;
 }
 
 void ContentHasher::EndPart(bool isWhole) {
     const Part part = m_parts.back();
     m_parts.pop_back();
     m_open.resize(part.depth);
-    if (!isWhole) m_open.back() = part.placeholder;
+    if (isWhole) return;
+    m_open.back() = part.placeholder;
+    m_pending.resize(part.pending);
 }
 
 }  // namespace qv

@@ -14,24 +14,27 @@ namespace qv {
 
 /**
  * Tells whether two documents hold the same elements, in an amount of memory that does not depend on their size: the digests of all
- * elements of one are added, those of the other taken away, each in one of many sums that its bits choose. What differs leaves its
- * sum other than zero.
+ * that is in one are added, those of the other taken away, each in one of many sums that its bits choose. What differs
+ * leaves its sum other than zero.
  */
 class ContentSums {
   public:
+    /** What a save may add has sums of its own, since it may be so much that hardly one of these stays balanced. */
+    enum class Kind { element, given };
+
     /** To add a digest, or its negative to take it away. The sum is fetched ahead, since it is mostly in no cache. */
-    void Change(std::uint64_t digest, std::uint64_t change) {
+    void Change(Kind kind, std::uint64_t digest, std::uint64_t change) {
         Due& due = m_due[m_next++ % m_due.size()];
         m_sums[due.sum] += due.change;
-        due = {digest % SUMS, change};
+        due = {SumOf(kind, digest), change};
         __builtin_prefetch(&m_sums[due.sum], 1);
     }
     /** To be called before the sums are asked. */
     void Settle() {
         for (Due& due : m_due) m_sums[due.sum] += std::exchange(due.change, 0);
     }
-    /** Whether elements with this digest are (but for rare chance, that lets it be false) as many in both documents. */
-    bool IsBalanced(std::uint64_t digest) const { return m_sums[digest % SUMS] == 0; }
+    /** Whether what has this digest is (but for rare chance, that lets it be false) as often in both documents. */
+    bool IsBalanced(Kind kind, std::uint64_t digest) const { return m_sums[SumOf(kind, digest)] == 0; }
     bool AreBalanced() const {
         return std::all_of(m_sums.begin(), m_sums.end(), [](std::uint64_t sum) { return sum == 0; });
     }
@@ -41,8 +44,13 @@ class ContentSums {
         std::size_t sum = 0;
         std::uint64_t change = 0;
     };
-    static constexpr std::size_t SUMS = std::size_t{1} << 16;
-    std::vector<std::uint64_t> m_sums = std::vector<std::uint64_t>(SUMS);
+    static constexpr std::size_t ELEMENTS = std::size_t{1} << 16, GIVEN = std::size_t{1} << 14;
+
+    static std::size_t SumOf(Kind kind, std::uint64_t digest) {
+        return kind == Kind::element ? digest % ELEMENTS : ELEMENTS + digest % GIVEN;
+    }
+
+    std::vector<std::uint64_t> m_sums = std::vector<std::uint64_t>(ELEMENTS + GIVEN);
     std::array<Due, 16> m_due;
     std::size_t m_next = 0;
 };
@@ -60,13 +68,18 @@ class SummingSink final : public ContentSink {
     void Forget(std::string_view name, std::string_view value) override { m_hasher.Forget(name, value); }
     void Text(std::string_view text) override { m_hasher.Text(text); }
     void End() override {
-        if (const auto digest = m_hasher.End()) m_sums.Change(*digest, m_way == Way::add ? *digest : 0 - *digest);
+        const auto digests = m_hasher.End();
+        if (!digests || digests->isGiven) return;
+        Change(ContentSums::Kind::element, digests->bare);
+        for (const std::uint64_t given : m_hasher.Given()) Change(ContentSums::Kind::given, given);
     }
     void StartPart() override { m_hasher.StartPart(); }
     /** What a broken part has added stays: the document is not whole anyhow, and its places are looked for. */
     void EndPart(bool isWhole) override { m_hasher.EndPart(isWhole); }
 
   private:
+    void Change(ContentSums::Kind kind, std::uint64_t digest) { m_sums.Change(kind, digest, m_way == Way::add ? digest : 0 - digest); }
+
     ContentSums& m_sums;
     Way m_way;
     ContentHasher m_hasher;

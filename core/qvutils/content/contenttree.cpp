@@ -18,31 +18,42 @@ std::string KeyOf(const ContentNode& node, const std::string& name) {
 
 }  // namespace
 
-ContentTreeSink::ContentTreeSink(const ContentSums& sums, ContentWitness witness)
-    : m_sums(sums), m_witness(std::move(witness)), m_open(1) {}
+ContentTreeSink::ContentTreeSink(ContentChoice isChosen, ContentWitness witness)
+    : m_isChosen(std::move(isChosen)), m_witness(std::move(witness)), m_open(1) {}
+
+void ContentTreeSink::Level::Clear() {
+    node.attributes.clear();
+    node.texts.clear();
+    node.children.clear();
+    name.clear();
+    startsText = true;
+    holds = false;
+}
 
 void ContentTreeSink::Start(std::string_view name) {
     m_hasher.Start(name);
-    m_open.back().startsText = true;
-    Level& level = m_open.emplace_back();
+    Innermost().startsText = true;
+    if (m_depth == m_open.size()) m_open.emplace_back();
+    Level& level = m_open[m_depth++];
+    level.Clear();
     level.node.name = name;
     level.node.place = m_behindMarkup = Here();
 }
 
 void ContentTreeSink::Attribute(std::string_view name, std::string_view value) {
     m_hasher.Attribute(name, value);
-    m_open.back().node.attributes.push_back({std::string(name), std::string(value), m_behindMarkup});
+    Innermost().node.attributes.push_back({std::string(name), std::string(value), m_behindMarkup});
 }
 
 void ContentTreeSink::Forget(std::string_view name, std::string_view value) {
     m_hasher.Forget(name, value);
-    std::erase_if(m_open.back().node.attributes, [&](const ContentAttribute& attribute) { return attribute.name == name; });
+    std::erase_if(Innermost().node.attributes, [&](const ContentAttribute& attribute) { return attribute.name == name; });
 }
 
 void ContentTreeSink::Text(std::string_view text) {
     m_hasher.Text(text);
-    if (m_open.size() == 1) return;
-    Level& level = m_open.back();
+    if (m_depth == 1) return;
+    Level& level = Innermost();
     if (level.startsText)
         level.node.texts.push_back({std::string(text), m_behindMarkup});
     else
@@ -51,24 +62,29 @@ void ContentTreeSink::Text(std::string_view text) {
 }
 
 void ContentTreeSink::End() {
-    const auto digest = m_hasher.End();
-    Level level = std::move(m_open.back());
-    m_open.pop_back();
+    const auto digests = m_hasher.End();
+    Level& level = Innermost();
+    Level& outer = m_open[--m_depth - 1];
     m_behindMarkup = Here();
-    Level& outer = m_open.back();
     outer.startsText = true;
     ContentNode& node = level.node;
     if (node.name == "name" && outer.name.empty() && !node.texts.empty()) outer.name = node.texts.front().text;
-    if (!digest) return Become(outer, std::move(level));
-    if (m_sums.IsBalanced(*digest)) return;
+    if (!digests) return Become(outer, level);
+    if (!digests->isGiven && !m_isChosen(*digests, m_hasher.Given(), level.holds)) return;
+    if (!digests->isGiven) outer.holds = true;
     std::erase_if(node.texts, [](const ContentText& text) { return IsLayout(text.text); });
-    node.digest = *digest;
+    node.digest = digests->whole;
+    node.bareDigest = digests->bare;
     node.key = KeyOf(node, level.name);
-    if (m_witness.object) node.object = m_witness.object();
+    if (m_witness.object && !digests->isGiven) {
+        node.object = m_witness.object();
+        for (ContentNode& child : node.children)
+            if (!child.object) child.object = node.object;
+    }
     outer.node.children.push_back(std::move(node));
 }
 
-void ContentTreeSink::Become(Level& placeholder, Level root) {
+void ContentTreeSink::Become(Level& placeholder, Level& root) {
     ContentNode& node = placeholder.node;
     const auto append = [](auto& to, auto& from) {
         to.insert(to.end(), std::make_move_iterator(from.begin()), std::make_move_iterator(from.end()));
@@ -78,17 +94,18 @@ void ContentTreeSink::Become(Level& placeholder, Level root) {
     append(node.texts, root.node.texts);
     append(node.children, root.node.children);
     placeholder.name = std::move(root.name);
+    placeholder.holds = placeholder.holds || root.holds;
 }
 
 void ContentTreeSink::StartPart() {
     m_hasher.StartPart();
-    m_parts.push_back({m_open.size(), m_open.back().node});
+    m_parts.push_back({m_depth, Innermost()});
 }
 
 void ContentTreeSink::EndPart(bool isWhole) {
     m_hasher.EndPart(isWhole);
-    m_open.resize(m_parts.back().depth);
-    if (!isWhole) m_open.back().node = std::move(m_parts.back().placeholder);
+    m_depth = m_parts.back().depth;
+    if (!isWhole) Innermost() = std::move(m_parts.back().placeholder);
     m_parts.pop_back();
     m_behindMarkup = Here();
 }

@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
+#include "core/qvutils/base/smapi.h"
 #include "core/qvutils/base/qvsmartptr.h"
 #include "core/qvutils/content/contenthasher.h"
 #include "core/qvutils/content/contentsink.h"
-#include "core/qvutils/content/contentsums.h"
 #include "core/qvutils/persist/ioobject.h"
 
 namespace qv {
@@ -33,10 +33,11 @@ struct ContentText {
     ContentPlace place;
 };
 
-/** An element that not both documents hold alike, or that is around such a one. */
+/** An element that not both documents may hold alike, or that is around such a one; with all that is given in it. */
 struct ContentNode {
     std::string name;
-    std::uint64_t digest = 0;
+    /** With all that is in it; and without what a save may have added. */
+    std::uint64_t digest = 0, bareDigest = 0;
     /** What tells it from its siblings of the same name; empty when nothing does. */
     std::string key;
     /** Behind its start tag. */
@@ -54,11 +55,14 @@ struct ContentWitness {
     std::function<QvSmartPtr<IOObject>()> object;
 };
 
-/** Builds the tree of those elements of a document that are not balanced in the sums; it grows with the differences alone. */
-class ContentTreeSink final : public ContentSink {
+/** Whether an element that ends is chosen for the tree; what is around a chosen one has to be, too. */
+using ContentChoice = std::function<bool(const ContentHasher::Digests& element, const std::vector<std::uint64_t>& given, bool holds)>;
+
+/** Builds the tree of the chosen elements of a document; it grows with these alone. */
+class SM_API ContentTreeSink final : public ContentSink {
   public:
-    /** `sums` is borrowed. A document that no parser reads has no witness. */
-    explicit ContentTreeSink(const ContentSums& sums, ContentWitness witness = {});
+    /** A document that no parser reads has no witness. */
+    explicit ContentTreeSink(ContentChoice isChosen, ContentWitness witness = {});
 
     void Start(std::string_view name) override;
     void Attribute(std::string_view name, std::string_view value) override;
@@ -68,32 +72,37 @@ class ContentTreeSink final : public ContentSink {
     void StartPart() override;
     void EndPart(bool isWhole) override;
 
-    /** The root, or an element without a name when both documents are alike. */
-    ContentNode& Root() { return m_open.front().node; }
+    /** It holds the root, if that is chosen. */
+    ContentNode& Document() { return m_open.front().node; }
 
   private:
+    /** An open element. Its memory is used again for the next one that opens there. */
     struct Level {
         ContentNode node;
         /** The text of its first "name" element, which may not stay in the tree. */
         std::string name;
-        bool startsText = true;
+        bool startsText = true, holds = false;
+
+        void Clear();
     };
 
     /** A placeholder as it was before its part. */
     struct Part {
         std::size_t depth = 0;
-        ContentNode placeholder;
+        Level placeholder;
     };
 
     ContentPlace Here() const { return m_witness.place ? m_witness.place() : ContentPlace(); }
+    Level& Innermost() { return m_open[m_depth - 1]; }
 
-    static void Become(Level& placeholder, Level root);
+    static void Become(Level& placeholder, Level& root);
 
-    const ContentSums& m_sums;
+    ContentChoice m_isChosen;
     ContentWitness m_witness;
     ContentHasher m_hasher;
-    /** The first level is around the document. */
+    /** The first level is around the document, and those behind the depth are closed. */
     std::vector<Level> m_open;
+    std::size_t m_depth = 1;
     std::vector<Part> m_parts;
     ContentPlace m_behindMarkup;
 };

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <unordered_set>
+#include <vector>
+
+#include "core/qvutils/base/smapi.h"
+#include "core/qvutils/content/contenthasher.h"
+#include "core/qvutils/content/contentsink.h"
+#include "core/qvutils/content/contentsums.h"
+
+namespace qv {
+
+/**
+ * Chooses the elements of a document and of the one written for it that are to be compared, since something of the document may not be
+ * in the other. What a save adds, such as ids, is no such thing. It borrows the sums of both documents.
+ */
+class SM_API DifferingContent {
+  public:
+    using Given = std::vector<std::uint64_t>;
+
+    explicit DifferingContent(const ContentSums& sums) : m_sums(sums) {}
+
+    /** First, those of the written document. */
+    void AddWritten(const Given& given) { m_written.insert(m_written.end(), given.begin(), given.end()); }
+    void Settle();
+
+    /** Then each element of the document as it ends; `holds` tells that an element in it is chosen. */
+    bool IsOfDocument(const ContentHasher::Digests& element, const Given& given, bool holds);
+    /** At last each element of the written one. */
+    bool IsOfWritten(const ContentHasher::Digests& element, bool holds) const {
+        return holds || !m_sums.IsBalanced(ContentSums::Kind::element, element.bare) || m_chosen.count(element.bare) > 0;
+    }
+
+  private:
+    bool IsWritten(std::uint64_t given);
+
+    const ContentSums& m_sums;
+    /** In their order, each once, and how often each is there for the taking. */
+    Given m_written;
+    std::vector<std::uint32_t> m_left;
+    /** Digests of the chosen ones that differ in what is given alone. */
+    std::unordered_set<std::uint64_t> m_chosen;
+};
+
+/** Tells what is given in the written document. */
+class GivenSink final : public ContentSink {
+  public:
+    /** Borrowed, and settled when this goes. */
+    explicit GivenSink(DifferingContent& differing) : m_differing(differing) {}
+    ~GivenSink() override { m_differing.Settle(); }
+
+    void Start(std::string_view name) override { m_hasher.Start(name); }
+    void Attribute(std::string_view name, std::string_view value) override { m_hasher.Attribute(name, value); }
+    void Forget(std::string_view name, std::string_view value) override { m_hasher.Forget(name, value); }
+    void Text(std::string_view text) override { m_hasher.Text(text); }
+    void End() override {
+        m_hasher.End();
+        m_differing.AddWritten(m_hasher.Given());
+    }
+    void StartPart() override { m_hasher.StartPart(); }
+    void EndPart(bool isWhole) override { m_hasher.EndPart(isWhole); }
+
+  private:
+    DifferingContent& m_differing;
+    ContentHasher m_hasher;
+};
+
+}  // namespace qv

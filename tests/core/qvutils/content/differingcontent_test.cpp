@@ -1,0 +1,134 @@
+#include "core/qvutils/content/differingcontent.h"
+
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+#include "core/qvutils/content/contentdiff.h"
+#include "core/qvutils/content/contenttree.h"
+#include "core/qvutils/content/printedcontent.h"
+
+namespace {
+
+void Tell(std::string_view document, qv::ContentSink& sink) {
+    qv::PrintedContent content(sink);
+    content.write(document);
+    content.flush();
+}
+
+std::size_t NodesIn(const qv::ContentNode& node) {
+    std::size_t count = node.children.size();
+    for (const qv::ContentNode& child : node.children) count += NodesIn(child);
+    return count;
+}
+
+/** The two documents in all the steps in which they are compared. */
+class Compared {
+  public:
+    Compared(std::string_view document, std::string_view written) {
+        for (const auto& [text, way] : {std::pair{document, qv::SummingSink::Way::add}, {written, qv::SummingSink::Way::take}}) {
+            qv::SummingSink sink(m_sums, way);
+            Tell(text, sink);
+        }
+        {
+            qv::GivenSink given(m_differing);
+            Tell(written, given);
+        }
+        Tell(document, m_document);
+        Tell(written, m_written);
+    }
+
+    bool IsBalanced() const { return m_sums.AreBalanced(); }
+    std::size_t Chosen() { return NodesIn(m_document.Document()); }
+    std::size_t ChosenWritten() { return NodesIn(m_written.Document()); }
+    std::string Losses() {
+        std::string told;
+        const auto isKnown = [](std::string_view) { return true; };
+        qv::FindContentLosses(m_document.Document(), m_written.Document(), isKnown, [&](const qv::ContentLoss& loss) {
+            told += loss.element->name;
+            if (loss.attribute) told += "@" + loss.attribute->name + "=" + loss.attribute->value;
+            if (loss.text) told += ":" + loss.text->text;
+            told += " ";
+        });
+        return told;
+    }
+
+  private:
+    qv::ContentSums m_sums;
+    qv::DifferingContent m_differing{m_sums};
+    qv::ContentTreeSink m_document{
+        [&](const auto& element, const auto& given, bool holds) { return m_differing.IsOfDocument(element, given, holds); }};
+    qv::ContentTreeSink m_written{[&](const auto& element, const auto&, bool holds) { return m_differing.IsOfWritten(element, holds); }};
+};
+
+}  // namespace
+
+TEST(DifferingContent, IsNothingInDocumentsThatAreAlike) {
+    Compared both("<a x=\"1\" id=\"i\"><b/><c>t</c></a>", "<a id=\"i\" x=\"1\"><c>t</c> <b></b></a>");
+    EXPECT_TRUE(both.IsBalanced());
+    EXPECT_EQ(both.Chosen(), 0u);
+}
+
+TEST(DifferingContent, IsNothingWhereASaveHasAdded) {
+    Compared both("<a><b>t</b><b>u</b></a>",
+                  "<a id=\"i\" xmlns=\"u\" xsi:l=\"l\"><b><property name=\"id\" type=\"hidden\">1</property>t</b><b version=\"0\">u</b>"
+                  "<property name=\"version\">2</property><c></c></a>");
+    EXPECT_FALSE(both.IsBalanced());
+    EXPECT_EQ(both.Chosen(), 0u);
+    EXPECT_EQ(both.ChosenWritten(), 0u);
+}
+
+TEST(DifferingContent, IsAnObjectWhoseIdIsAnotherOne) {
+    Compared both("<a><b><c id=\"1\">t</c><c id=\"2\">u</c></b><d>v</d></a>", "<a><b><c id=\"3\">t</c><c id=\"2\">u</c></b><d>v</d></a>");
+    EXPECT_EQ(both.Chosen(), 3u) << "the element and what is around it";
+    EXPECT_EQ(both.ChosenWritten(), 3u);
+    EXPECT_EQ(both.Losses(), "c@id=1 ");
+}
+
+TEST(DifferingContent, IsAnIdThatIsWrittenOnceAndStoodTwice) {
+    const std::string id = "<property name=\"id\">1</property>";
+    EXPECT_EQ(Compared("<a>" + id + id + "t</a>", "<a>" + id + "t</a>").Losses(), "property ");
+    EXPECT_EQ(Compared("<a><b>" + id + "</b><b>" + id + id + "</b></a>", "<a><b>" + id + "</b><b>" + id + "</b></a>").Losses(),
+              "property ");
+}
+
+TEST(DifferingContent, IsAnEmptyElementThatIsLost) {
+    EXPECT_EQ(Compared("<a><b><odd/>t</b></a>", "<a><b>t</b></a>").Losses(), "odd ");
+}
+
+TEST(DifferingContent, IsAnObjectThatIsLostAmongMoreThanTheSumsTellApart) {
+    std::string document = "<a>", written = "<a>";
+    for (int i = 0; i < 100'000; ++i) {
+        const std::string text = "<b>" + std::to_string(i) + "</b>";
+        document += text;
+        if (i != 77'777) written += "<b id=\"" + std::to_string(i) + "\">" + text.substr(3);
+    }
+    Compared both(document + "</a>", written + "</a>");
+    EXPECT_EQ(both.Losses(), "b ");
+    EXPECT_LT(both.Chosen(), 100u);
+}
+
+TEST(DifferingContent, ForgetsWhatABrokenPartHadGiven) {
+    qv::ContentSums sums;
+    {
+        qv::SummingSink read(sums, qv::SummingSink::Way::add);
+        read.Start("a");
+        read.Attribute("id", "i");
+        read.Attribute("x", "1");
+        read.Forget("id", "i");
+        read.StartPart();
+        read.Start("a");
+        read.Attribute("id", "j");
+        read.Start("property");
+        read.Attribute("name", "version");
+        read.EndPart(false);
+        read.Attribute("version", "3");
+        read.End();
+    }
+    {
+        qv::SummingSink written(sums, qv::SummingSink::Way::take);
+        Tell("<a x=\"1\" version=\"3\"/>", written);
+    }
+    EXPECT_TRUE(sums.AreBalanced());
+}

@@ -28,6 +28,6 @@ struct ContentLoss {
  * an element in one of another name; but an element that is not `isKnown` is lost even so.
  */
 SM_API void FindContentLosses(const ContentNode& document, const ContentNode& written, const std::function<bool(std::string_view)>& isKnown,
-                       const std::function<void(const ContentLoss&)>& tell);
+                              const std::function<void(const ContentLoss&)>& tell);
 
 }  // namespace qv

@@ -223,6 +223,8 @@ class SM_API SMProject2 : public SMObjectBase {
     QvSmartPtr<SMNamespace2> m_rootNamespace;
     /** Every namespace of the model by name; borrows. */
     std::map<QvULString, SMNamespace2*> m_namespaceMap;
+    /** The last free name that was found for a taken one: no name between them is free until one leaves the map. */
+    mutable std::map<I18NString, I18NString> m_lastUniqueNames;
     Packages m_packages;
     SMChildren<SMDatasource2> m_dataSources;
     SMChildren<SMParameterMap2> m_parameterMaps;

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <ctime>
 
 #include "tests/support/capturedlog.h"
 #include "tests/support/documents.h"
@@ -43,6 +44,47 @@ TEST_F(Namespaces, AreRenamedWhenTheirNameIsTaken) {
     EXPECT_THAT(log.Events(), ElementsAre(LoggedEvent{1, "smsectiontype2", "SMSectionType2", "AddNamespace",
                                                       "A namespace with name 'Sales' already exists - renaming this namespace to 'Sales1'.",
                                                       "", "code/zeb"}));
+}
+
+TEST_F(Namespaces, TakeANumberThatIsFreeAgain) {
+    const auto another = [&] {
+        const QvSmartPtr<SMNamespace2> ns = new SMNamespace2(root, project);
+        ns->SetNameDontTouchNamespaceMap("Sales");
+        root->AddNamespace(ns);
+        return std::string(ns->GetName().utf8());
+    };
+    const auto rename = [&](const char* from, const char* to) {
+        SMNamespace2* ns = project->FindNamespaceByName(from);
+        ns->SetNameDontTouchNamespaceMap(to);
+        project->AddOrUpdateNamespaceNameMap(ns, from);
+    };
+    for (const char* name : {"Sales", "Sales1", "Sales2", "Sales3"}) EXPECT_EQ(another(), name);
+    project->DeleteNamespaceWithName("Sales2");
+    EXPECT_EQ(another(), "Sales2");
+    EXPECT_EQ(another(), "Sales4");
+    rename("Sales1", "Costs");
+    EXPECT_EQ(another(), "Sales1");
+    EXPECT_EQ(another(), "Sales5");
+    rename("Sales3", "Sales9");
+    EXPECT_EQ(another(), "Sales3");
+    for (const char* name : {"Sales6", "Sales7", "Sales8", "Sales10"}) EXPECT_EQ(another(), name);
+    project->DeleteNamespace(project->FindNamespaceByName("Sales"));
+    EXPECT_EQ(another(), "Sales");
+    EXPECT_EQ(another(), "Sales11");
+    project->RebuildNamespaceMap();
+    EXPECT_EQ(another(), "Sales12");
+}
+
+TEST_F(Namespaces, OfOneNameAreNumberedAtTheSameCostEach) {
+    constexpr int COUNT = 20'000;
+    const std::clock_t start = std::clock();
+    for (int i = 0; i < COUNT; ++i) {
+        const QvSmartPtr<SMNamespace2> ns = new SMNamespace2(root, project);
+        ns->SetNameDontTouchNamespaceMap("Sales");
+        root->AddNamespace(ns);
+    }
+    EXPECT_EQ(root->GetNamespaces().back()->GetName().utf8(), "Sales" + std::to_string(COUNT - 1));
+    EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, 15) << "seconds; when each looks at all before it, they are many more";
 }
 
 TEST_F(Namespaces, ClashWithTheirOwnEntryOfTheMap) {

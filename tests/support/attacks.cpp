@@ -45,6 +45,8 @@ const std::vector<Attack>& Attacks() {
         {"ebcdic-entity.xml", 2, "SM2009"},
         {"unknown-encoding.xml", 2, "SM2007"},
         {"encoding-of-a-path.xml", 2, "SM2007"},
+        {"undecodable-declaration.xml", 2, "SM2005"},
+        {"undecodable-utf32.xml", 2, "SM2005"},
         {"gzip.xml", 2, "SM2001"},
         // structure
         {"version-1.1.xml", 2, "SM2008"},

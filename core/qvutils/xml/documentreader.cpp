@@ -195,6 +195,10 @@ bool DocumentReader::HasReader() const {
     return m_scanner->Xerces().getReaderMgr()->getCurrentReader() != nullptr;
 }
 
+bool DocumentReader::IsAtEnd() const {
+    return HasReader() && m_scanner->Xerces().getReaderMgr()->atEOF();
+}
+
 long DocumentReader::Line() const {
     return HasReader() ? static_cast<long>(m_scanner->Xerces().getLocator()->getLineNumber()) : 0;
 }
@@ -248,7 +252,7 @@ std::size_t DocumentReader::Feed(char* to, std::size_t room) {
 }
 
 void DocumentReader::FailAtFault() const {
-    if (m_decoder.fault() == Utf8Decoder::Fault::none || !m_scanner->Xerces().getReaderMgr()->atEOF()) return;
+    if (m_decoder.fault() == Utf8Decoder::Fault::none || !IsAtEnd()) return;
     const bool nul = m_decoder.fault() == Utf8Decoder::Fault::nul;
     if (nul) Fail(code::NUL_CHARACTER, "a NUL character is not allowed");
     Fail(code::NOT_IN_ENCODING, "the bytes here are not UTF-8");
@@ -305,7 +309,7 @@ void DocumentReader::startDocument() {
 void DocumentReader::endDocument() {
     FailAtFault();
     // The scanner ends at a NUL, and drops a last character that is cut off; what may follow the root ends in ASCII.
-    if (!m_scanner->Xerces().getReaderMgr()->atEOF()) Fail(code::NUL_CHARACTER, "a NUL character is not allowed");
+    if (!IsAtEnd()) Fail(code::NUL_CHARACTER, "a NUL character is not allowed");
     if (m_lastByte >= 0x80) Fail(code::NOT_IN_ENCODING, "the document ends within a character");
     if (m_handler) m_handler->endDocument();
 }
@@ -379,16 +383,15 @@ void DocumentReader::error(unsigned int code, const XMLCh* domain, ErrTypes type
         FailAt(&SMXMLLimits::entityReferences, ReferencesText(m_limits));
     if (isExpansion) throw LimitError(m_limits, &SMXMLLimits::entityCharacters, ExpansionText(m_limits), m_name, lineNumber, columnNumber);
     const bool inEndTag = isOfScanner && code == xercesc::XMLErrs::ExpectedEndOfTagX;
-    const bool atEnd = m_scanner->Xerces().getReaderMgr()->atEOF() || (inEndTag && !m_hasEntities && EndsWithinTag());
+    const bool atEnd = IsAtEnd() || (inEndTag && !m_hasEntities && EndsWithinTag());
     throw TklRuntimeError(Utf8Of(text), m_name, lineNumber, columnNumber, isOfScanner ? CodeOfError(code, atEnd) : CodeOfException(code));
 }
 
 bool DocumentReader::EndsWithinTag() {
     constexpr int LONGEST = 1'000;
-    const xercesc::ReaderMgr& readers = *m_scanner->Xerces().getReaderMgr();
-    for (int i = 0; i < LONGEST && !readers.atEOF(); ++i)
+    for (int i = 0; i < LONGEST && !IsAtEnd(); ++i)
         if (m_scanner->TakeCharacter() == u'>') return false;
-    return readers.atEOF();
+    return IsAtEnd();
 }
 
 void DocumentReader::resetErrors() {}

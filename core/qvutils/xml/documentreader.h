@@ -61,6 +61,7 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
 
     /** False while the first bytes are fed: until then the scanner cannot even be asked where it stands. */
     bool HasReader() const;
+    bool IsAtEnd() const;
     [[noreturn]] void Fail(const char* code, const std::string& message) const;
     /** Raises what stands for a document that passes a bound. */
     [[noreturn]] void FailAt(std::size_t SMXMLLimits::*bound, const std::string& message) const;

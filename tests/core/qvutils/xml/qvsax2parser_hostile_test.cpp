@@ -128,6 +128,13 @@ TEST(QvSAX2ParserErrors, RefuseALatin1DocumentThatEndsWithinNothing) {
     EXPECT_THAT(VerdictOf("<?xml version='1.0' encoding='ISO-8859-1'?><a/>\xE9"), Not("read"));
 }
 
+TEST(QvSAX2ParserErrors, RefuseADeclarationThatCannotBeDecoded) {
+    // the scanner gives up before it stands anywhere
+    for (const std::string& document :
+         {std::string("<?xml version=\"1.0\" encoding=\"UTF-8\xD7\xD7<"), std::string("\0\0\xFE\xFF\xFF\xFF\x0F\x08", 8)})
+        EXPECT_THAT(VerdictOf(document), HasSubstr("first line")) << document;
+}
+
 TEST(QvSAX2ParserErrors, RefuseVersionOneOne) {
     EXPECT_THAT(VerdictOf("<?xml version='1.1'?><a>&#1;</a>"), HasSubstr("XML version 1.1 is not supported"));
 }

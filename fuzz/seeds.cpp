@@ -164,6 +164,7 @@ void CutObjects(const Element& element, Seeds& seeds) {
         section == SECTIONS.end() ? Namespace(whole) : "<" + section->second + ">" + whole + "</" + section->second + ">";
     const std::string document = Document(element.name == "namespace" ? whole : inside);
     seeds.Add("document", shape, document);
+    seeds.Add("accounting", shape, document);
     seeds.Add("storing", shape, document);
     seeds.Add("files", shape, document);
 }

@@ -19,7 +19,7 @@ make_seeds() {
 # What a target with few and short inputs is to be fed.
 longest() {
     case $1 in
-    document | storing | files) echo 16384 ;;
+    document | accounting | storing | files) echo 16384 ;;
     keptxml | remaininginfo | rows) echo 4096 ;;
     *) echo 1024 ;;
     esac

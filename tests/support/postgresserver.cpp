@@ -236,5 +236,17 @@ PostgresSchema::~PostgresSchema() {
 }
 
 std::string PostgresSchema::Location() const {
-    return m_server + "&options=-csearch_path%3D" + m_name;
+    return m_server + "&application_name=" + m_name + "&options=-csearch_path%3D" + m_name;
+}
+
+std::string PostgresSchema::Lines(const std::string& condition) const {
+    return " FROM pg_stat_activity WHERE application_name = '" + m_name + "' AND pid <> pg_backend_pid() AND " + condition;
+}
+
+bool PostgresSchema::HasLines(const std::string& condition) const {
+    return Sql("SELECT count(*)" + Lines(condition)) != "0";
+}
+
+void PostgresSchema::EndLines(const std::string& condition) const {
+    Sql("SELECT pg_terminate_backend(pid)" + Lines(condition));
 }

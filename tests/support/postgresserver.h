@@ -62,10 +62,15 @@ class PostgresSchema {
     ~PostgresSchema();
     PostgresSchema(const PostgresSchema&) = delete;
     PostgresSchema& operator=(const PostgresSchema&) = delete;
-    /** The location of a repository there. */
+    /** The location of a repository there. Its lines bear the name of the schema as that of their application. */
     std::string Location() const;
+    /** Lines to it, other than that of `Sql`, that are as the condition says: whether there are any, and their end. */
+    bool HasLines(const std::string& condition) const;
+    void EndLines(const std::string& condition) const;
     std::string Sql(const std::string& statement) const { return PostgresSql(Location(), statement); }
 
   private:
+    std::string Lines(const std::string& condition) const;
+
     std::string m_server, m_name;
 };

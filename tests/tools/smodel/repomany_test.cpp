@@ -16,6 +16,13 @@ namespace {
 
 using ::testing::HasSubstr;
 
+/** So many that each step of a put takes long enough to be told, or to be ended in. */
+#ifdef NDEBUG
+constexpr int OBJECTS = 400'000;
+#else
+constexpr int OBJECTS = 50'000;
+#endif
+
 const std::string FIRST = ModelDocument(NamespaceElement("Sales"));
 
 class SmodelRepoMany : public testing::TestWithParam<bool> {
@@ -27,10 +34,7 @@ class SmodelRepoMany : public testing::TestWithParam<bool> {
     }
     /** Whether somebody is in the midst of writing. */
     bool IsWritten() const {
-        if (schema)
-            return schema->Sql(
-                       "SELECT count(*) FROM pg_stat_activity WHERE application_name = 'smodel' AND state <> 'idle' AND query LIKE "
-                       "'COPY%'") != "0";
+        if (schema) return schema->HasLines("state <> 'idle' AND query LIKE 'COPY%'");
         sqlite3* database = nullptr;
         sqlite3_open(repository.Location().c_str(), &database);
         const bool isWritten = sqlite3_exec(database, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr) == SQLITE_BUSY;
@@ -39,11 +43,6 @@ class SmodelRepoMany : public testing::TestWithParam<bool> {
     }
     /** Puts a big model and ends that by a signal while its rows are on their way; what stood must stand. */
     void EndBy(int signal, int status) {
-#ifdef NDEBUG
-        constexpr int OBJECTS = 400'000;  // so that each step takes long enough to be told
-#else
-        constexpr int OBJECTS = 50'000;
-#endif
         const std::string big = repository.directory.Write("big.xml", BigModel(OBJECTS));
         EXPECT_EQ(repository.Put(FIRST).status, 0);
         RunningTool tool({"repo", "put", repository.Location(), big}, {});
@@ -109,11 +108,6 @@ TEST_P(SmodelRepoMany, FirstPutsAtOnceComeOneAfterTheOtherOrAreTold) {
 TEST(SmodelRepoProgress, TellsObjectsRateAndTimeLeftOnATerminal) {
     const ToolRepository repository;
     repository.leftUnverified = true;
-#ifdef NDEBUG
-    constexpr int OBJECTS = 400'000;  // so that each step takes long enough to be told
-#else
-    constexpr int OBJECTS = 50'000;
-#endif
     const std::string big = repository.directory.Write("big.xml", BigModel(OBJECTS));
     const std::string out = RunToolOnTerminal({"repo", "put", repository.Location(), big}).out;
     const auto shows = [&](const char* things) {

@@ -257,7 +257,7 @@ TEST_F(PostgresBackend, ChangesManyRowsInAFewStatementsAndMissesNone) {
 TEST_F(PostgresBackend, ALineThatIsCutIsToldAndANewOneServes) {
     Write(plain, {RowOf(1, "a")});
     auto source = Of(plain);
-    schema.Sql("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE application_name = 'smodel' AND query LIKE '%COMMIT%'");
+    schema.EndLines("query LIKE '%COMMIT%'");
     const Cell parameters[] = {Cell::Number(1)};
     Row row;
     const std::string fault = FaultOf([&] {
@@ -277,8 +277,7 @@ TEST_F(PostgresBackend, ACommitOfACutLineIsNeverTakenForASuccess) {
     connection->Begin();
     insert->Add(RowOf(1, "a"));
     insert->Finish();
-    schema.Sql(
-        "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE application_name = 'smodel' AND state = 'idle in transaction'");
+    schema.EndLines("state = 'idle in transaction'");
     try {
         connection->Commit();
         FAIL();

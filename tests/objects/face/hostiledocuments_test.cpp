@@ -86,10 +86,10 @@ TEST(HostileDocuments, AreToldAsCutAtEachByteOfThem) {
 TEST(HostileDocuments, AreStoppedAtTheirLimit) {
     const std::string inside = "<project>" + ROOT;
     EXPECT_THAT(VerdictOf(inside + Repeat("<folder>", 1'000'000)), StartsWith("SM2102"));
-    EXPECT_THAT(VerdictOf(inside + "<a " + Repeat("x", 300'000'000) + "='1'>"), StartsWith("SM2106"));
-    EXPECT_THAT(VerdictOf(inside + "<" + Repeat("x", 300'000'000) + ">"), StartsWith("SM2106"));
-    EXPECT_THAT(VerdictOf(inside + "<a x='" + Repeat("x", 20'000'000) + "'/>"), StartsWith("SM2105"));
-    EXPECT_THAT(VerdictOf(inside + "<name locale=\"en\">" + Repeat("x", 300'000'000) + "</name>"), StartsWith("SM2106"));
+    EXPECT_THAT(VerdictOf(inside + "<a " + std::string(300'000'000, 'x') + "='1'>"), StartsWith("SM2106"));
+    EXPECT_THAT(VerdictOf(inside + "<" + std::string(300'000'000, 'x') + ">"), StartsWith("SM2106"));
+    EXPECT_THAT(VerdictOf(inside + "<a x='" + std::string(20'000'000, 'x') + "'/>"), StartsWith("SM2105"));
+    EXPECT_THAT(VerdictOf(inside + "<name locale=\"en\">" + std::string(300'000'000, 'x') + "</name>"), StartsWith("SM2106"));
     std::string attributes, names;
     for (int i = 0; i < 110'000; ++i) {
         const std::string number = std::to_string(i);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "core/qvutils/base/stack.h"
 #include "core/qvutils/base/qvuuid.h"
 #include "core/qvutils/diag/qvlogevent.h"
 #include "core/qvutils/params/ionames.h"
@@ -151,6 +152,7 @@ bool ProjectSave::WriteObject(IOObject& object) {
 }
 
 bool ProjectSave::WriteOne(IOObject& object) {
+    RequireStack();  // an object writes those that it holds
     const RowTable* const table = m_schema.FindByIdColumn(object.GetIdCol().utf8());
     if (!table)
         return Fail("WriteObject", TellRow("?", object.GetId().utf8(), &object) + "no table has the id column '" +

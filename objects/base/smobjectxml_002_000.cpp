@@ -1,4 +1,5 @@
 // How model objects write themselves as XML.
+#include "core/qvutils/base/stack.h"
 #include "core/qvutils/persist/multifilehelper.h"
 #include "core/qvutils/text/qvstringformat.h"
 #include "objects/base/smobjectbase_002_000.h"
@@ -111,6 +112,7 @@ I18NString SMObjectBase::WriteListToString(const I18NString& listTag, const I18N
 }
 
 void SMObjectBase::WriteProperties(QvContentHandler* handler, bool writeHidden) const {
+    qv::RequireStack();  // each object that holds others comes by here, inside those that hold it
     if (writeHidden) {
         QvXMLAttributesImpl attrs;
         attrs.push_back(m_tags->name, m_tags->id);

@@ -141,6 +141,8 @@ class Account {
         SMResult step;
         SMRunGuarded(step, body);
         m_result.status = step.status;
+        for (SMDiagnostic& found : step.diagnostics)
+            if (found.file.empty()) found.file = m_reading.Input().Name();
         m_result.diagnostics.insert(m_result.diagnostics.end(), step.diagnostics.begin(), step.diagnostics.end());
     }
 

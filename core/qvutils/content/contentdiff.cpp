@@ -7,6 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include "core/qvutils/base/stack.h"
+
 namespace qv {
 namespace {
 
@@ -70,6 +72,7 @@ class Comparison {
         : m_document(document), m_written(written), m_caller(caller) {}
 
     void Run(const ContentNode* outer) {
+        RequireStack();
         MatchChildren();
         CompareAttributes(outer);
         CompareTexts(outer);

@@ -18,6 +18,15 @@ std::string KeyOf(const ContentNode& node, const std::string& name) {
 
 }  // namespace
 
+ContentNode::~ContentNode() {
+    std::vector<ContentNode> rest = std::move(children);
+    while (!rest.empty()) {
+        std::vector<ContentNode> below = std::move(rest.back().children);
+        rest.pop_back();
+        std::move(below.begin(), below.end(), std::back_inserter(rest));
+    }
+}
+
 ContentTreeSink::ContentTreeSink(ContentChoice isChosen, ContentWitness witness)
     : m_isChosen(std::move(isChosen)), m_witness(std::move(witness)), m_open(1) {}
 

@@ -34,7 +34,15 @@ struct ContentText {
 };
 
 /** An element that not both documents may hold alike, or that is around such a one; with all that is given in it. */
-struct ContentNode {
+struct SM_API ContentNode {
+    ContentNode() = default;
+    ContentNode(const ContentNode&) = default;
+    ContentNode(ContentNode&&) noexcept = default;
+    ContentNode& operator=(const ContentNode&) = default;
+    ContentNode& operator=(ContentNode&&) noexcept = default;
+    /** Takes no more of the stack for a tree that is deep. */
+    ~ContentNode();
+
     std::string name;
     /** With all that is in it; and without what a save may have added. */
     std::uint64_t digest = 0, bareDigest = 0;

@@ -150,6 +150,10 @@ constexpr SMCodeInfo CODES[] = {
      "Each of these files is read in the midst of the one that names it, and there are more of them under way than any "
      "model needs. Put the content of some into the files that name them.",
      "model.xml:9:1: error[SM2111] more than 100 files would be read one inside the other"},
+    {qv::code::STACK_TOO_SMALL, error, "the model is too deep for the stack",
+     "Writing, saving and comparing a model take some of the stack of their thread for each level of it, and its objects stand inside each "
+     "other so deep that the stack does not do. Where that is meant, give the thread a larger one: ulimit -s, before the command.",
+     "model.xml: error[SM2112] the model is too deep for the stack of this thread; give it a larger one, as by ulimit -s"},
 };
 
 }  // namespace

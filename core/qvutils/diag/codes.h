@@ -61,6 +61,7 @@ inline constexpr const char* TOO_MANY_FILES = "SM2108";
 inline constexpr const char* TOO_MANY_REFERENCES = "SM2109";
 inline constexpr const char* EXPANDS_TOO_FAR = "SM2110";
 inline constexpr const char* FILES_TOO_DEEP = "SM2111";
+inline constexpr const char* STACK_TOO_SMALL = "SM2112";
 
 }  // namespace qv::code
 

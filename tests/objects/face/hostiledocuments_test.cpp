@@ -6,7 +6,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/qvutils/io/qvxmlformattarget.h"
 #include "core/qvutils/xml/limits.h"
+#include "objects/face/smaccounting_002_000.h"
 #include "tests/support/facemodel.h"
 #include "tests/support/tempdir.h"
 
@@ -108,6 +110,24 @@ TEST(HostileDocuments, MayBeAsDeepAsTheLimitAllows) {
     SMXMLLimits limits;
     limits.depth = 1'000'000;
     for (const auto& [what, nest] : NESTS) EXPECT_EQ("read", VerdictOf(nest.Of(150'000), limits)) << what;
+}
+
+TEST(HostileDocuments, AreRefusedByWhatTheStackIsTooSmallFor) {
+    SMLoadOptions options;
+    options.limits.depth = 1'000'000;
+    for (const std::size_t nest : {0u, 1u}) {
+        const SMAccountedResult accounted = SMLoadModelBytesAccounted(NESTS[nest].second.Of(150'000), options);
+        EXPECT_EQ(accounted.status, SMStatus::failed);
+        EXPECT_THAT(VerdictOf(accounted), StartsWith("SM2112 the model is too deep for the stack of this thread"));
+        const SMLoadResult loaded = SMLoadModelBytes(NESTS[nest].second.Of(150'000), options);
+        ASSERT_EQ("read", VerdictOf(loaded));
+        I18NString written;
+        QvStringWriter target(written);
+        const SMSaveResult saved = SMWriteModel(*loaded.project, target);
+        EXPECT_EQ(saved.status, SMStatus::failed);
+        ASSERT_FALSE(saved.diagnostics.empty());
+        EXPECT_EQ(saved.diagnostics.back().code, "SM2112");
+    }
 }
 
 TEST(HostileDocuments, CostNoMoreThanTheirLengthWhenDeep) {

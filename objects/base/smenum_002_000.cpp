@@ -1,9 +1,11 @@
 #include "objects/base/smenum_002_000.h"
 
 #include "core/qvutils/diag/qvlogevent.h"
+#include "core/qvutils/diag/valuewitness.h"
 
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 namespace schema_002_000 {
 
@@ -32,6 +34,15 @@ int HashByCharacter(const I18NString& text) {
         hash = (hash * static_cast<std::int32_t>(FACTOR) + static_cast<wchar_t>(*at)) % static_cast<std::int32_t>(MODULUS);
     }
     return hash + length;
+}
+
+/** `known` is the text that the number found stands for; null when there is none. */
+void TellIfMisread(std::string_view className, const I18NString& text, const I18NString* known) {
+    if (known && *known == text) return;
+    const bool isName = className == "SMEnum_xmltag";
+    if (isName && !known) return;  // nobody takes it for anything
+    const auto what = isName ? qv::ValueWitness::What::name : qv::ValueWitness::What::enumerator;
+    qv::TellMisread(what, text.utf8(), known ? known->utf8() : std::string_view());
 }
 
 }  // namespace
@@ -86,7 +97,9 @@ void SMVocabulary::InsertOrError(const I18NString& text, int number) {
 }
 
 int SMVocabulary::NumberOf(const I18NString& text) const {
-    return m_slots.empty() ? UNKNOWN : m_slots[SlotOf(SMEnum::HashSMXMLString(text))].number;
+    const int number = m_slots.empty() ? UNKNOWN : m_slots[SlotOf(SMEnum::HashSMXMLString(text))].number;
+    if (qv::ValueWitness::Innermost()) TellIfMisread(m_className, text, TextOf(number));
+    return number;
 }
 
 const I18NString* SMVocabulary::TextOf(int number) const {

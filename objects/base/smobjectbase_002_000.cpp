@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/qvutils/base/qvuuid.h"
+#include "core/qvutils/diag/valuewitness.h"
 #include "core/qvutils/text/qvstringformat.h"
 #include "objects/base/smreadguard_002_000.h"
 #include "objects/containers/smnamespace2_002_000.h"
@@ -84,7 +85,10 @@ void SMObjectBase::SetProperty(const QvULString& name, const QvULString& type, c
         SetId(value);
     } else if (name == KEY_VERSION) {
         const QvStringFormat* format = QvStringFormat::GetInstance();
-        if (format->_isNumeric(value)) SetVersionNo(static_cast<int>(format->_string2long(value)));
+        if (format->_isNumeric(value))
+            SetVersionNo(static_cast<int>(format->_string2long(value)));
+        else
+            qv::TellMisread(qv::ValueWitness::What::number, value.utf8());
     } else if (name == KEY_LAST_CHANGED) {
         SetLastChangedDate(QvDate(value));
     } else {

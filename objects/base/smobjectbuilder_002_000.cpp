@@ -1,7 +1,12 @@
 #include "objects/base/smobjectbuilder_002_000.h"
 
+#include <algorithm>
+#include <climits>
+#include <string>
 #include <utility>
 
+#include "core/qvutils/diag/valuewitness.h"
+#include "core/qvutils/text/asciifold.h"
 #include "core/qvutils/text/qvstringformat.h"
 #include "objects/base/smlog_002_000.h"
 #include "objects/base/smobjectbase_002_000.h"
@@ -114,7 +119,14 @@ void SMObjectBuilder::CollectText() {
 }
 
 long SMObjectBuilder::TextAsLong() const {
-    return QvStringFormat::GetInstance()->_string2long(m_text);
+    const long value = QvStringFormat::GetInstance()->_string2long(m_text);
+    const std::string_view text = m_text.utf8();
+    const bool isSigned = text.starts_with('-') || text.starts_with('+');
+    const std::string_view digits = text.substr(isSigned ? 1 : 0);
+    const bool isNumber = !digits.empty() && std::all_of(digits.begin(), digits.end(), qv::IsAsciiDigit);
+    const bool isTooBig = (value == LONG_MAX || value == LONG_MIN) && !text.ends_with(std::to_string(value));
+    if (!isNumber || isTooBig) qv::TellMisread(qv::ValueWitness::What::number, text);
+    return value;
 }
 
 void SMObjectBuilder::StartProperty(const QvXMLAttributes& attrs) {

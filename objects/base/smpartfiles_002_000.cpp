@@ -111,9 +111,9 @@ bool SMPartFiles::ReadContent(const Part& part, QvContentHandler& handler) {
             m_open.resize(depth);
             throw SMReadEnded{std::current_exception()};
         }
-        LogFailure(part.words, "Error reading SM model from XML", error.what(), error.code());
+        LogFailure(part.words, "Error reading SM model from XML", error.what(), *error.code() ? error.code() : qv::code::PART_BROKEN);
     } catch (...) {
-        LogFailure(part.words, "Unknown error reading SM model from XML.", I18NString(), "");
+        LogFailure(part.words, "Unknown error reading SM model from XML.", I18NString(), qv::code::PART_BROKEN);
     }
     m_open.resize(depth);
     ++m_unread;

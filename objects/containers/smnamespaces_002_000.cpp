@@ -1,4 +1,5 @@
 // The part of sections that deals with namespaces, whose names are unique in the whole project.
+#include "core/qvutils/diag/codes.h"
 #include "objects/containers/smfolder2_002_000.h"
 #include "objects/containers/smnamespace2_002_000.h"
 #include "objects/containers/smsectiontype2_002_000.h"
@@ -18,7 +19,9 @@ void SMSectionType2::MakeNameUnique(SMNamespace2* ns) {
     const I18NString unique = m_project->GenerateUniqueNamespaceName(name);
     ns->SetNameDontTouchNamespaceMap(unique);
     const I18NString message = "A namespace with name '" + name + "' already exists - renaming this namespace to '" + unique + "'.";
-    QvLogEvent(SM_FAILURE, "code", "zeb", WORDS.module, WORDS.className, "AddNamespace", 0, message, I18NString()).Log();
+    QvLogEvent event(SM_FAILURE, "code", "zeb", WORDS.module, WORDS.className, "AddNamespace", 0, message, I18NString());
+    event.code = qv::code::NAME_CLASH;
+    event.Log();
 }
 
 void SMSectionType2::AddNamespace(SMNamespace2* ns) {

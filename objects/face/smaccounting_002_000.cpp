@@ -2,17 +2,23 @@
 
 #include <algorithm>
 #include <atomic>
+#include <optional>
 #include <tuple>
+#include <unordered_set>
 
 #include "core/qvutils/content/contentdiff.h"
 #include "core/qvutils/content/contentsums.h"
 #include "core/qvutils/content/contenttree.h"
 #include "core/qvutils/content/differingcontent.h"
+#include "core/qvutils/content/forkedsink.h"
 #include "core/qvutils/content/writtencontent.h"
 #include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/heldobjects.h"
 #include "core/qvutils/diag/tklerrors.h"
+#include "core/qvutils/diag/valuewitness.h"
+#include "objects/face/smfindings_002_000.h"
 #include "objects/face/smguard_002_000.h"
+#include "objects/face/smlossreasons_002_000.h"
 #include "objects/face/smreading_002_000.h"
 
 namespace schema_002_000 {
@@ -47,31 +53,6 @@ void TellWritten(const SMProject2& project, const SMControl& control, qv::Conten
     WatchedContent content(control, sink);
     project.WriteXMLDocument(nullptr, &content, content.Target());
 }
-
-/** Says where the parser stands, and keeps the files and the objects that it names. */
-class Witness {
-  public:
-    qv::ContentWitness Wished() {
-        return {[this] { return Place(); }, [this] { return Object(); }};
-    }
-    const std::string& File(std::size_t file) const { return m_files[file]; }
-
-  private:
-    qv::ContentPlace Place() {
-        const SMSourceContext at = SMSourceFrame::Innermost()->Describe();
-        if (m_files.empty() || m_files[m_last] != at.file) {
-            const auto found = std::find(m_files.begin(), m_files.end(), at.file);
-            m_last = static_cast<std::size_t>(found - m_files.begin());
-            if (found == m_files.end()) m_files.emplace_back(at.file);
-        }
-        return {m_last, at.line, at.column};
-    }
-    QvSmartPtr<IOObject> Object() { return m_held.Hold(SMSourceFrame::Innermost()->Describe().object); }
-
-    std::vector<std::string> m_files;
-    std::size_t m_last = 0;
-    qv::HeldObjects m_held;
-};
 
 SMLoss LossOf(const ContentLoss& found) {
     SMLoss loss;
@@ -111,24 +92,44 @@ qv::PlaceQuestion QuestionOf(const ContentLoss& found) {
     return {what, place.line, place.column, found.attribute ? found.attribute->name : std::string()};
 }
 
+/** Counts what is misread. */
+struct MisreadCount final : qv::ValueWitness {
+    void Tell(What, std::string_view, std::string_view) override { ++count; }
+    std::size_t count = 0;
+};
+
+template <class T>
+auto PlaceKey(const T& told) {
+    return std::tie(told.file, told.line, told.column);
+}
+
+template <class T>
+void SortByPlace(std::vector<T>& told) {
+    std::stable_sort(told.begin(), told.end(), [](const T& a, const T& b) { return PlaceKey(a) < PlaceKey(b); });
+}
+
 /** The read of a model together with the account of what it keeps. */
 class Account {
   public:
-    Account(SMModelInput input, const SMLoadOptions& options) : m_reading(std::move(input), options), m_options(options) {}
+    enum class Scope { losses, findingsToo };
 
-    SMAccountedResult Run() {
+    Account(SMModelInput input, const SMLoadOptions& options, Scope scope = Scope::losses)
+        : m_reading(std::move(input), options), m_options(options), m_scope(scope) {}
+
+    SMCheckResult Run() {
         Step([&] {
             m_reading.Input().MakeRepeatable();
             return true;
         });
         if (!m_result.IsDone()) return std::move(m_result);
         const std::string stamp = m_reading.Input().Stamp();
-        AddRead();
+        const std::size_t misread = ReadFirst();
         if (!m_result.IsDone()) return std::move(m_result);
         Step([&] {
             TakeWritten();
-            if (!m_sums.AreBalanced()) FindLosses();
-            if (!m_result.losses.empty()) DropUnknownTags();
+            if (m_scope == Scope::findingsToo) m_findings.emplace(m_result, m_options.control);
+            if (!m_sums.AreBalanced() || (m_findings && (misread != 0 || !m_findings->AreNone()))) ReadAgain();
+            SMDropToldEvents(m_result);
             if (m_reading.Input().Stamp() == stamp) return true;
             throw TklRuntimeError("the document was changed while it was read; read it again", m_reading.Input().Name());
         });
@@ -146,10 +147,14 @@ class Account {
         m_result.diagnostics.insert(m_result.diagnostics.end(), step.diagnostics.begin(), step.diagnostics.end());
     }
 
-    void AddRead() {
+    /** How many values were misread. */
+    std::size_t ReadFirst() {
         qv::SummingSink sink(m_sums, qv::SummingSink::Way::add);
+        std::optional<MisreadCount> misread;
+        if (m_scope == Scope::findingsToo) misread.emplace();
         static_cast<SMLoadResult&>(m_result) = m_reading.ReadContent(sink);
         m_reading.Finish(m_result);
+        return misread ? misread->count : 0;
     }
 
     void TakeWritten() {
@@ -157,53 +162,80 @@ class Account {
         TellWritten(*m_result.project, m_options.control, sink);
     }
 
-    void FindLosses() {
+    /** For the places of all that is told. */
+    void ReadAgain() {
+        static const std::unordered_set<std::string> NONE;
+        SMReadWitness witness;
+        SMFindingPlaces places(witness, m_findings ? m_findings->Texts() : NONE);
+        std::vector<SMReading::Question> questions;
+        const SMLoadResult again = m_sums.AreBalanced() ? Reread(places) : FindLosses(witness, places, questions);
+        if (m_findings)
+            for (SMModelFindings::Placed& placed : m_findings->Place(*again.project, places, witness)) {
+                m_result.findings.push_back(std::move(placed.finding));
+                questions.push_back(std::move(placed.question));
+            }
+        m_reading.Answer(*again.project, questions);
+        PutPlaces(questions);
+    }
+
+    SMLoadResult Reread(qv::ContentSink& sink) {
+        SMLoadResult again = m_reading.ReadContent(sink);
+        if (again.status == SMStatus::cancelled) throw SMCancelled();
+        if (!again.IsDone()) throw TklRuntimeError("the document cannot be read a second time", m_reading.Input().Name());
+        return again;
+    }
+
+    /** Gives what it read again, of which `places` are told too; and asks for the places of the losses. */
+    SMLoadResult FindLosses(SMReadWitness& witness, SMFindingPlaces& places, std::vector<SMReading::Question>& questions) {
         qv::DifferingContent differing(m_sums);
         {
             qv::GivenSink sink(differing);
             TellWritten(*m_result.project, m_options.control, sink);
         }
-        Witness witness;
         qv::ContentTreeSink document(
             [&](const auto& element, const auto& given, bool holds) { return differing.IsOfDocument(element, given, holds); },
-            witness.Wished());
+            witness.ForTree());
         qv::ContentTreeSink written([&](const auto& element, const auto&, bool holds) { return differing.IsOfWritten(element, holds); });
-        const SMLoadResult again = m_reading.ReadContent(document);
-        if (again.status == SMStatus::cancelled) throw SMCancelled();
-        if (!again.IsDone()) throw TklRuntimeError("the document cannot be read a second time", m_reading.Input().Name());
+        qv::ForkedSink both(document, places);
+        SMLoadResult again = Reread(both);
         TellWritten(*m_result.project, m_options.control, written);
-        std::vector<SMReading::Question> questions;
         qv::FindContentLosses(
             document.Document(), written.Document(), [](std::string_view name) { return IsTag(name); },
             [&](const ContentLoss& found) {
                 m_result.losses.push_back(LossOf(found));
+                if (const SMFindingPlaces::Misread* const why = places.ReasonOf(found))
+                    SMGiveReason(m_result.losses.back(), SMToldMisread(*why));
                 const qv::ContentPlace& place = PlaceOf(found);
                 questions.push_back({witness.File(place.file), QuestionOf(found)});
             });
-        m_reading.Answer(*again.project, questions);
-        for (std::size_t i = 0; i < questions.size(); ++i) Place(m_result.losses[i], questions[i]);
-        std::stable_sort(m_result.losses.begin(), m_result.losses.end(), [&](const SMLoss& a, const SMLoss& b) {
-            const auto key = [&](const SMLoss& loss) { return std::tie(loss.file, loss.line, loss.column); };
-            return key(a) < key(b);
-        });
+        return again;
     }
 
-    /** The log tells of elements that nobody knows; each of them is a loss, or stands in one. */
-    void DropUnknownTags() {
-        std::erase_if(m_result.diagnostics, [](const SMDiagnostic& found) { return found.message.starts_with("Unknown tag"); });
+    void PutPlaces(const std::vector<SMReading::Question>& answered) {
+        const std::size_t losses = m_result.losses.size();
+        for (std::size_t i = 0; i < losses; ++i) {
+            PutPlace(m_result.losses[i], answered[i]);
+            m_result.losses[i].bytes = answered[i].place.bytes;
+        }
+        for (std::size_t i = losses; i < answered.size(); ++i) PutPlace(m_result.findings[i - losses], answered[i]);
+        SortByPlace(m_result.losses);
+        SortByPlace(m_result.findings);
     }
 
-    void Place(SMLoss& loss, const SMReading::Question& answered) const {
-        loss.file = answered.file == m_reading.Input().Path() ? m_reading.Input().Name() : answered.file;
-        loss.line = answered.place.startLine;
-        loss.column = answered.place.startColumn;
-        loss.bytes = answered.place.bytes;
+    template <class T>
+    void PutPlace(T& told, const SMReading::Question& answered) const {
+        const bool isMain = answered.file.empty() || answered.file == m_reading.Input().Path();
+        told.file = isMain ? m_reading.Input().Name() : answered.file;
+        told.line = answered.place.startLine;
+        told.column = answered.place.startColumn;
     }
 
     SMReading m_reading;
     const SMLoadOptions& m_options;
+    Scope m_scope;
     qv::ContentSums m_sums;
-    SMAccountedResult m_result;
+    SMCheckResult m_result;
+    std::optional<SMModelFindings> m_findings;
 };
 
 }  // namespace
@@ -214,6 +246,14 @@ SMAccountedResult SMLoadModelAccounted(const std::string& path, const SMLoadOpti
 
 SMAccountedResult SMLoadModelBytesAccounted(std::string_view document, const SMLoadOptions& options) {
     return Account(SMModelInput::Bytes(document, options), options).Run();
+}
+
+SMCheckResult SMCheckModel(const std::string& path, const SMLoadOptions& options) {
+    return Account(SMModelInput::File(path, options), options, Account::Scope::findingsToo).Run();
+}
+
+SMCheckResult SMCheckModelBytes(std::string_view document, const SMLoadOptions& options) {
+    return Account(SMModelInput::Bytes(document, options), options, Account::Scope::findingsToo).Run();
 }
 
 SMDiagnostic SMDiagnosticOf(const SMLoss& loss) {
@@ -239,6 +279,7 @@ SMDiagnostic SMDiagnosticOf(const SMLoss& loss) {
     }
     if (!loss.objectPath.empty()) found.message += " in " + loss.objectPath;
     found.message += " is not kept (" + std::to_string(loss.bytes) + (loss.bytes == 1 ? " byte)" : " bytes)");
+    if (!loss.why.empty()) found.message += ": " + loss.why;
     return found;
 }
 

@@ -24,6 +24,8 @@ struct SM_API SMLoss {
     std::string attributeName;
     /** The value that is lost, and what is written in its place, if anything is. */
     std::string value, instead;
+    /** The code of why it is lost, where more is known than that there is no place for it; and what else there is to tell of that. */
+    std::string reason, why;
 };
 
 struct SM_API SMAccountedResult : SMLoadResult {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 
+#include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/io/stagedfiles.h"
 #include "core/qvutils/persist/multifilehelper.h"
@@ -126,13 +127,13 @@ void TellWhatIsLost(const SMProject2& project, const SMSplitOptions& options, st
     SMForEachObject(project, [&](const SMObjectBase& object, int) {
         const SMSectionType2* section = options.namespaces ? SectionOf(object) : nullptr;
         if (section && LosesOrder(*section))
-            notes.push_back(Note("place-lost", object, "the files do not keep where its namespaces stand among its other objects"));
+            notes.push_back(Note(qv::code::PLACE_LOST, object, "the files do not keep where its namespaces stand among its other objects"));
         // in one document an inner namespace is there before the root, which keeps its name in any case
         if (section && IsNamespace(section) && !names.insert(section->GetName()).second)
-            notes.push_back(Note("name-lost", object, "the root has its name, so that it comes back with a number behind it"));
+            notes.push_back(Note(qv::code::NAME_LOST, object, "the root has its name, so that it comes back with a number behind it"));
         const bool package = options.packages && object.GetSMType() == Tag::package;
         if (package && static_cast<const SMPackage2&>(object).IsRoleBased())
-            notes.push_back(Note("role-based-lost", object, "that it is based on roles is not read back from its file"));
+            notes.push_back(Note(qv::code::ROLE_BASED_LOST, object, "that it is based on roles is not read back from its file"));
     });
 }
 
@@ -141,7 +142,8 @@ void TellWhatWasLost(const SMProject2& project, std::vector<SMDiagnostic>& notes
     SMForEachObject(project, [&](const SMObjectBase& object, int) {
         const SMSectionType2* section = SectionOf(object);
         if (section && HasNamespacesAmongOthers(*section))
-            notes.push_back(Note("place-unknown", object, "the files do not tell where its namespaces stood among its other objects"));
+            notes.push_back(
+                Note(qv::code::PLACE_UNKNOWN, object, "the files do not tell where its namespaces stood among its other objects"));
     });
 }
 

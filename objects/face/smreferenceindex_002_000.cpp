@@ -83,11 +83,14 @@ SMReferenceIndex::SMReferenceIndex(const SMProject2& project) {
     std::size_t slots = FEWEST_SLOTS;
     while (slots < 2 * m_objects.size()) slots *= 2;
     m_slots.resize(slots);
-    for (const SMObjectBase* object : m_objects) {
-        const std::string address = Address(*object);
+    for (std::size_t i = 0; i < m_objects.size(); ++i) {
+        const std::string address = Address(*m_objects[i]);
         if (address.empty()) continue;
         Slot& slot = m_slots[SlotOf(address)];
-        if (!slot.object) slot = {std::hash<std::string_view>()(address), object};
+        if (slot.object)
+            m_hidden.push_back(i);
+        else
+            slot = {std::hash<std::string_view>()(address), m_objects[i]};
     }
 }
 
@@ -124,18 +127,34 @@ std::vector<std::string> SMReferenceIndex::FindAlike(std::string_view text, std:
     return addresses;
 }
 
+namespace {
+
+void LookUpAll(const SMReferenceIndex& index, const SMControl& control, SMReferenceCheck& check) {
+    SMTicker ticker(control, SMProgress::objects, OBJECTS_PER_TICK);
+    for (const SMObjectBase* object : index.GetObjects()) {
+        ticker.Add(1);
+        SMForEachReference(*object, [&](std::string_view field, std::string_view text) {
+            ++check.references;
+            if (!index.Find(text)) check.dangling.push_back({SMPlaceOfReference(*object, field), std::string(text)});
+        });
+    }
+}
+
+}  // namespace
+
 SMReferenceCheck SMCheckReferences(const SMProject2& project, const SMControl& control) {
     SMReferenceCheck check;
     SMRunGuarded(check, [&] {
-        SMTicker ticker(control, SMProgress::objects, OBJECTS_PER_TICK);
-        const SMReferenceIndex index(project);
-        for (const SMObjectBase* object : index.GetObjects()) {
-            ticker.Add(1);
-            SMForEachReference(*object, [&](std::string_view field, std::string_view text) {
-                ++check.references;
-                if (!index.Find(text)) check.dangling.push_back({SMPlaceOfReference(*object, field), std::string(text)});
-            });
-        }
+        LookUpAll(SMReferenceIndex(project), control, check);
+        return true;
+    });
+    return check;
+}
+
+SMReferenceCheck SMCheckReferences(const SMReferenceIndex& index, const SMControl& control) {
+    SMReferenceCheck check;
+    SMRunGuarded(check, [&] {
+        LookUpAll(index, control, check);
         return true;
     });
     return check;

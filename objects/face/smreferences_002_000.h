@@ -48,6 +48,8 @@ class SM_API SMReferenceIndex {
     std::vector<std::string> FindAlike(std::string_view text, std::size_t count) const;
     /** The project and all below it, in the order of SMForEachObject. */
     const std::vector<const SMObjectBase*>& GetObjects() const { return m_objects; }
+    /** Those whose address an object before them has, as places among the objects. */
+    const std::vector<std::size_t>& GetHidden() const { return m_hidden; }
 
   private:
     struct Slot {
@@ -58,6 +60,7 @@ class SM_API SMReferenceIndex {
     std::size_t SlotOf(std::string_view address) const;
 
     std::vector<const SMObjectBase*> m_objects;
+    std::vector<std::size_t> m_hidden;
     /** A power of two of them, at most half in use. */
     std::vector<Slot> m_slots;
 };
@@ -80,5 +83,7 @@ struct SM_API SMReferenceCheck : SMResult {
  * that cannot be read.
  */
 SM_API SMReferenceCheck SMCheckReferences(const SMProject2& project, const SMControl& control = {});
+/** The same with the index of the model. */
+SM_API SMReferenceCheck SMCheckReferences(const SMReferenceIndex& index, const SMControl& control = {});
 
 }  // namespace schema_002_000

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "core/qvutils/diag/codes.h"
+#include "core/qvutils/diag/valuewitness.h"
 #include "core/qvutils/persist/multifilehelper.h"
 #include "core/qvutils/text/qvstringformat.h"
 #include "objects/containers/smnamespace2_002_000.h"
@@ -187,7 +189,10 @@ void SMProjectBuilder::StartPackage(const QvXMLAttributes& attrs) {
 void SMProjectBuilder::StartPackageFile(const QvXMLAttributes& attrs) {
     const int filename = attrs.getIndex(m_tags->filename);
     if (filename < 0) {
-        SMLog(SM_MISUSE, WORDS, "realStartElement", "No filename attribute in packagefile tag.");
+        QvLogEvent event(SM_MISUSE, "code", "QvOne", WORDS.module, WORDS.className, "realStartElement", 0,
+                         "No filename attribute in packagefile tag.", I18NString());
+        event.code = qv::code::EMPTY_PLACEHOLDER;
+        event.Log();
         return;
     }
     const QvSmartPtr<SMPackage2> package = new SMPackage2(m_object, m_object);
@@ -199,7 +204,10 @@ void SMProjectBuilder::StartSection(const QvXMLAttributes& attrs, const SMEnum_x
     id = attrs.getValue(tags.id);
     const I18NString text = attrs.getValue(tags.version);
     const QvStringFormat* format = QvStringFormat::GetInstance();
-    if (format->_isNumeric(text)) version = static_cast<int>(format->_string2long(text));
+    if (format->_isNumeric(text))
+        version = static_cast<int>(format->_string2long(text));
+    else
+        qv::TellMisread(qv::ValueWitness::What::number, text.utf8());
 }
 
 void SMProjectBuilder::realEndElement(const I18NString&, const I18NString& localName, const I18NString&) {

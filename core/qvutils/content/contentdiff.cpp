@@ -103,11 +103,44 @@ class Comparison {
         std::erase_if(rest, [&](const ContentNode* node) { return left.count(node) == 0; });
     }
 
+    /**
+     * Of several elements with one key, the first keeps it when the others come back with keys of their own: none of them is gone then,
+     * they are as many as before.
+     */
+    void MatchRenamed(Nodes& rest) {
+        using Key = std::pair<std::string_view, std::string_view>;
+        std::map<std::string_view, std::ptrdiff_t> surplus;
+        std::map<Key, std::size_t> sharing;
+        std::multimap<Key, const ContentNode*> candidates;
+        for (const ContentNode* node : m_unmatched) {
+            ++surplus[node->name];
+            ++sharing[{node->name, node->key}];
+        }
+        for (const ContentNode* node : rest) {
+            --surplus[node->name];
+            candidates.emplace(Key(node->name, node->key), node);
+        }
+        std::set<const ContentNode*> taken;
+        for (const ContentNode*& node : m_unmatched) {
+            const Key key(node->name, node->key);
+            const auto first = candidates.lower_bound(key);
+            if (node->key.empty() || surplus[node->name] != 0 || first == candidates.end() || first->first != key || sharing[key] == 1)
+                continue;
+            m_pairs.emplace_back(node, first->second);
+            taken.insert(first->second);
+            candidates.erase(first);
+            node = nullptr;
+        }
+        std::erase(m_unmatched, nullptr);
+        std::erase_if(rest, [&](const ContentNode* node) { return taken.count(node) != 0; });
+    }
+
     void MatchChildren() {
         for (const ContentNode& child : m_document.children) m_unmatched.push_back(&child);
         for (const ContentNode& child : m_written.children) m_added.push_back(&child);
         Match(m_added, [](const ContentNode& node) { return node.digest; });
         Match(m_added, [](const ContentNode& node) { return node.bareDigest; });
+        MatchRenamed(m_added);
         Match(m_added, [](const ContentNode& node) { return std::make_pair(std::string_view(node.name), std::string_view(node.key)); });
         Match(m_added, [](const ContentNode& node) { return std::string_view(node.name); });
         std::reverse(m_pairs.begin(), m_pairs.end());

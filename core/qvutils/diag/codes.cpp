@@ -154,6 +154,83 @@ constexpr SMCodeInfo CODES[] = {
      "Writing, saving and comparing a model take some of the stack of their thread for each level of it, and its objects stand inside each "
      "other so deep that the stack does not do. Where that is meant, give the thread a larger one: ulimit -s, before the command.",
      "model.xml: error[SM2112] the model is too deep for the stack of this thread; give it a larger one, as by ulimit -s"},
+
+    {qv::code::DANGLING_REFERENCE, warning, "a reference that leads nowhere",
+     "No object of the model has the address that stands here. The object was renamed, moved or taken out, or the text was mistyped; "
+     "or the model waits for a part that it does not have yet. Correct the reference, or bring the object back.",
+     "model.xml:88:19: warning[SM3001] the reference [sales].[price] in 'expression' names no object of the model "
+     "[[sales].[orders].[sum]]"},
+    {qv::code::DUPLICATE_ID, warning, "two objects with one id",
+     "An object before this one has the same id, most often because one was copied. A repository gives the later one another id when the "
+     "model is put there. Take the id out, or give a new one.",
+     "model.xml:120:3: warning[SM3002] the id 7f9c2ba4 is also that of [sales].[orders] [[sales].[orders 2]]"},
+    {qv::code::DUPLICATE_OBJECT_ID, warning, "two objects with one object id",
+     "An object before this one has the same names all the way, so references mean that one and never this. Give it another name.",
+     "model.xml:120:3: warning[SM3003] an object before it has the object id too, so that references never lead here "
+     "[[sales].[orders]]"},
+    {qv::code::NAME_CLASH, error, "a name clash that was resolved by a rename",
+     "The names of namespaces are unique in a model. A namespace before this one has the name, so the later one gets a number behind "
+     "its own, and references by its former name lead to the other. Usually the reason of a loss (SM1003); give it a name of its own.",
+     "model.xml:210:24: error[SM1003] the text of <name> in [sales2] is not kept (5 bytes): error[SM3004] A namespace with name 'sales' "
+     "already exists - renaming this namespace to 'sales2'."},
+    {qv::code::NO_CARDINALITY, warning, "a cardinality is missing",
+     "An end of this relationship does not say how few, or how many, of its objects belong to one of the other end. Add mincard and "
+     "maxcard: zero, one or many.",
+     "model.xml:301:9: warning[SM3005] the left end has no maxcard [[sales].[orders to customers]]"},
+    {qv::code::UNKNOWN_WORD, warning, "a word outside of its vocabulary",
+     "Only certain words may stand here, and this is none of them, so it reads as unset, or by bad luck as another one. Usually the "
+     "reason of a loss (SM1001 to SM1003). Correct the word; docs/document.md lists those that are known.",
+     "model.xml:41:7: error[SM1001] <usage> in [sales].[orders].[sum] is not kept (19 bytes): warning[SM3006] \"fakt\" is none of the "
+     "words that may stand here"},
+    {qv::code::NO_DATE, warning, "a date that does not parse",
+     "A date is written 2026-11-21T18:00:00, or 2026-11-21 alone. This text reads as no date at all. Usually the reason of a loss "
+     "(SM1001 to SM1003). Correct it, or take it out.",
+     "model.xml:42:18: error[SM1003] the text of <lastChanged> in [sales].[orders] is not kept (9 bytes): warning[SM3007] \"yesterday\" is "
+     "no date"},
+    {qv::code::NO_NUMBER, warning, "a number that does not parse",
+     "A whole number must stand here: digits, with a sign before them where it makes sense. This text reads as zero, as the greatest "
+     "number that can be held, or is passed over. Usually the reason of a loss (SM1001 to SM1003). Correct it, or take it out.",
+     "model.xml:43:13: error[SM1003] the text of <size> in [sales].[orders].[sum] is not kept (4 bytes): warning[SM3008] \"12.5\" is no "
+     "whole number"},
+    {qv::code::LOOK_ALIKE, warning, "a name that is taken for another one",
+     "No element has this name, but it has the number by which a known name is found, so its content went where that of the known one "
+     "belongs. The reason of a loss (SM1001). Correct the name.",
+     "model.xml:44:7: error[SM1001] <Tjze> in [sales].[orders].[sum] is not kept (14 bytes): warning[SM3009] \"Tjze\" is no known name, "
+     "and taken for \"size\""},
+    {qv::code::PART_MISSING, error, "a separate file is missing",
+     "The file that a placeholder names cannot be opened: it is not there, may not be read, or lies outside of the directory of the "
+     "model. The model lacks what it holds, and commands that write refuse to work on it. The reason of a loss (SM1001), whose line ends "
+     "with the fault. Bring the file back.",
+     "model.xml:57:5: error[SM1001] <smnamespacefile> in [sales] is not kept (86 bytes): error[SM3010] a separate file is missing: "
+     "error[SM2021] Error reading SM model from XML: orders.qvf: cannot open: No such file or directory"},
+    {qv::code::PART_BROKEN, error, "a separate file cannot be read",
+     "The file that a placeholder names is there, but is no XML, holds something else than the placeholder says, or would be read inside "
+     "itself. The model lacks what it holds, and commands that write refuse to work on it. The reason of a loss (SM1001), whose line ends "
+     "with the fault and its place in that file.",
+     "model.xml:57:5: error[SM1001] <smnamespacefile> in [sales] is not kept (86 bytes): error[SM3011] a separate file cannot be read: "
+     "error[SM2002] Error reading SM model from XML: orders.qvf:1:1: the document is empty"},
+    {qv::code::EMPTY_PLACEHOLDER, warning, "an empty placeholder of a package",
+     "The placeholder names no file, as an export leaves one for a package that was not exported; nothing is read for it. The reason of "
+     "a loss (SM1001). Take it out, or name the file of the package.",
+     "model.xml:57:5: error[SM1001] <packagefile> in (project).(sales).(7f9c2ba4) is not kept (45 bytes): warning[SM3012] No filename "
+     "attribute in packagefile tag."},
+    {qv::code::PLACE_LOST, note, "the place of namespaces among other objects is lost",
+     "A model in several files has namespaces behind the other objects of their namespace, whatever the order was before.",
+     "note[SM3013] the files do not keep where its namespaces stand among its other objects [[sales]]"},
+    {qv::code::NAME_LOST, note, "a name comes back with a number behind it",
+     "A namespace has the name of the root. In one document it is there first; in several files the root is, and keeps the name.",
+     "note[SM3014] the root has its name, so that it comes back with a number behind it [[sales]]"},
+    {qv::code::ROLE_BASED_LOST, note, "that a package is based on roles is lost",
+     "The placeholder of a package does not say whether the package is based on roles, and its file is not asked.",
+     "note[SM3015] that it is based on roles is not read back from its file [[].[packages].[sales]]"},
+    {qv::code::PLACE_UNKNOWN, note, "the place of namespaces among other objects is not known",
+     "A model in several files does not tell where namespaces stood among the other objects of their namespace, so they come behind "
+     "them in one document.",
+     "note[SM3016] the files do not tell where its namespaces stood among its other objects [[sales]]"},
+    {qv::code::NO_DOCUMENT, note, "a revision without its document",
+     "The revision was saved without the document, so a document is written from its rows: with the same content, but the form of this "
+     "library.",
+     "note[SM3017] revision 3 was saved without its document, so it comes from its rows"},
 };
 
 }  // namespace

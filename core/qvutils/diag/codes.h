@@ -63,6 +63,24 @@ inline constexpr const char* EXPANDS_TOO_FAR = "SM2110";
 inline constexpr const char* FILES_TOO_DEEP = "SM2111";
 inline constexpr const char* STACK_TOO_SMALL = "SM2112";
 
+inline constexpr const char* DANGLING_REFERENCE = "SM3001";
+inline constexpr const char* DUPLICATE_ID = "SM3002";
+inline constexpr const char* DUPLICATE_OBJECT_ID = "SM3003";
+inline constexpr const char* NAME_CLASH = "SM3004";
+inline constexpr const char* NO_CARDINALITY = "SM3005";
+inline constexpr const char* UNKNOWN_WORD = "SM3006";
+inline constexpr const char* NO_DATE = "SM3007";
+inline constexpr const char* NO_NUMBER = "SM3008";
+inline constexpr const char* LOOK_ALIKE = "SM3009";
+inline constexpr const char* PART_MISSING = "SM3010";
+inline constexpr const char* PART_BROKEN = "SM3011";
+inline constexpr const char* EMPTY_PLACEHOLDER = "SM3012";
+inline constexpr const char* PLACE_LOST = "SM3013";
+inline constexpr const char* NAME_LOST = "SM3014";
+inline constexpr const char* ROLE_BASED_LOST = "SM3015";
+inline constexpr const char* PLACE_UNKNOWN = "SM3016";
+inline constexpr const char* NO_DOCUMENT = "SM3017";
+
 }  // namespace qv::code
 
 namespace qv {

@@ -1,6 +1,7 @@
 #include "core/qvutils/text/qvstringformat.h"
 
 #include "core/qvutils/base/qvdate.h"
+#include "core/qvutils/diag/valuewitness.h"
 #include "core/qvutils/text/asciifold.h"
 
 #include <algorithm>
@@ -109,6 +110,33 @@ bool IsDroppedTail(std::string_view tail, bool afterSeconds) {
     return (tail.front() == '+' || tail.front() == '-') && IsZoneOffset(tail.substr(1));
 }
 
+void ReadDate(const I18NString& text, const I18NString& pattern, QvDate& date) {
+    int values[FIELDS] = {-1, -1, -1, -1, -1, -1};
+    std::string_view rest = text.utf8();
+    // nearly all dates of a document are whole and in the one pattern
+    if (pattern.utf8() == ISO_PATTERN && rest.size() >= QvDate::ISO_SIZE && IsDroppedTail(rest.substr(QvDate::ISO_SIZE), true) &&
+        date.ReadIso(rest.data()))
+        return;
+    date = QvDate(false);
+    PatternWalk walk(pattern.utf8());
+    while (const auto step = walk.Next()) {
+        if (!step->field) {
+            if (rest.empty() || rest.front() != step->literal) return;
+            rest.remove_prefix(1);
+            continue;
+        }
+        values[*step->field] = Digits(rest, step->digits);
+        if (values[*step->field] < 0) return;
+        rest.remove_prefix(step->digits);
+        const bool dated = values[YEAR] >= 0 && values[MONTH] >= 0 && values[DAY] >= 0;
+        const bool timed = values[HOUR] >= 0 || values[MINUTE] >= 0 || values[SECOND] >= 0;
+        if (rest.empty() && dated && !timed) break;
+    }
+    if (!IsDroppedTail(rest, values[SECOND] >= 0)) return;
+    date.SetFields(values[YEAR], values[MONTH], values[DAY], std::max(values[HOUR], 0), std::max(values[MINUTE], 0),
+                   std::max(values[SECOND], 0));
+}
+
 }  // namespace
 
 QvStringFormat* QvStringFormat::GetInstance() {
@@ -177,28 +205,6 @@ void QvStringFormat::_datetime2stringwithpattern(const QvDate& date, const I18NS
 }
 
 void QvStringFormat::_string2datetimewithpattern(const I18NString& text, const I18NString& pattern, QvDate& date, const void*) const {
-    int values[FIELDS] = {-1, -1, -1, -1, -1, -1};
-    std::string_view rest = text.utf8();
-    // nearly all dates of a document are whole and in the one pattern
-    if (pattern.utf8() == ISO_PATTERN && rest.size() >= QvDate::ISO_SIZE && IsDroppedTail(rest.substr(QvDate::ISO_SIZE), true) &&
-        date.ReadIso(rest.data()))
-        return;
-    date = QvDate(false);
-    PatternWalk walk(pattern.utf8());
-    while (const auto step = walk.Next()) {
-        if (!step->field) {
-            if (rest.empty() || rest.front() != step->literal) return;
-            rest.remove_prefix(1);
-            continue;
-        }
-        values[*step->field] = Digits(rest, step->digits);
-        if (values[*step->field] < 0) return;
-        rest.remove_prefix(step->digits);
-        const bool dated = values[YEAR] >= 0 && values[MONTH] >= 0 && values[DAY] >= 0;
-        const bool timed = values[HOUR] >= 0 || values[MINUTE] >= 0 || values[SECOND] >= 0;
-        if (rest.empty() && dated && !timed) break;
-    }
-    if (!IsDroppedTail(rest, values[SECOND] >= 0)) return;
-    date.SetFields(values[YEAR], values[MONTH], values[DAY], std::max(values[HOUR], 0), std::max(values[MINUTE], 0),
-                   std::max(values[SECOND], 0));
+    ReadDate(text, pattern, date);
+    if (!date.IsSet()) qv::TellMisread(qv::ValueWitness::What::date, text.utf8());
 }

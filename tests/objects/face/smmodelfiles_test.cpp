@@ -168,13 +168,13 @@ TEST_F(SMModelFiles, TellOfANameThatTheRootHasToo) {
     SMSplitModel(*loaded.project, m_dir.Path("parts"));
     const SMSaveResult joined = Join("parts/main.xml");
     EXPECT_THAT(Told(joined), HasSubstr("A namespace with name 'N' already exists"));
-    EXPECT_THAT(LossesOf(SMSplitModel(*loaded.project, m_dir.Path("parts"))), ElementsAre("name-lost"));
+    EXPECT_THAT(LossesOf(SMSplitModel(*loaded.project, m_dir.Path("parts"))), ElementsAre("SM3014"));
 }
 
 TEST_F(SMModelFiles, TellOfPackagesThatAreBasedOnRoles) {
     SMSplitResult split;
     RoundTrip(ModelDocument("<packages>" + PackageElement("P", " isRoleBased=\"true\"") + PackageElement("Q") + "</packages>"), split);
-    EXPECT_THAT(LossesOf(split), ElementsAre("role-based-lost"));
+    EXPECT_THAT(LossesOf(split), ElementsAre("SM3015"));
     EXPECT_FALSE(split.HasFindings());
     const SMSaveResult joined = Join("parts/main.xml");
     EXPECT_THAT(Told(joined), HasSubstr("P.qva:2:1: note: That a package is based on roles is not read"));
@@ -358,7 +358,7 @@ TEST_F(SMModelFiles, ThatStandForTwoObjectsAreReadTwice) {
     m_dir.Write("main.xml", ModelDocument(Placeholder("Root.qvf", Placeholder("Twin.qvf") + Placeholder("Twin.qvf"))));
     const SMSaveResult joined = Join();
     ASSERT_TRUE(joined.IsDone());
-    EXPECT_THAT(Told(joined), HasSubstr("error: A namespace with name 'Twin' already exists - renaming this namespace to '"));
+    EXPECT_THAT(Told(joined), HasSubstr("error[SM3004] A namespace with name 'Twin' already exists - renaming this namespace to '"));
     EXPECT_TRUE(joined.HasFindings());
 }
 

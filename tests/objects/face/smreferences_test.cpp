@@ -7,7 +7,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/qvutils/diag/codes.h"
 #include "objects/base/smobjectbuilder_002_000.h"
+#include "objects/face/smmodelcheck_002_000.h"
 #include "objects/face/smmodelrename_002_000.h"
 #include "objects/face/smmodelwalk_002_000.h"
 #include "objects/links/smrelationship2_002_000.h"
@@ -172,11 +174,14 @@ std::string Targets() {
            Named("folder", "fo", Named("shortcut", "cut", "<refobj>[N].[s]</refobj>")) + "<relationship><name>old r</name></relationship>";
 }
 
+std::string DocumentOf(const std::string& inNamespace, const std::string& inProject) {
+    return ModelDocument(NamespaceElement("N", Targets() + inNamespace) + "<dataSources>" + Named("dataSource", "src", "") +
+                         "</dataSources><parameterMaps><parameterMap><name>m</name></parameterMap></parameterMaps>" + "<securityViews>" +
+                         Named("securityView", "v", "") + "</securityViews>" + inProject);
+}
+
 SMLoadResult Load(const std::string& inNamespace, const std::string& inProject = {}) {
-    return SMLoadModelBytes(ModelDocument(NamespaceElement("N", Targets() + inNamespace) + "<dataSources>" +
-                                          Named("dataSource", "src", "") +
-                                          "</dataSources><parameterMaps><parameterMap><name>m</name></parameterMap></parameterMaps>" +
-                                          "<securityViews>" + Named("securityView", "v", "") + "</securityViews>" + inProject));
+    return SMLoadModelBytes(DocumentOf(inNamespace, inProject));
 }
 
 std::string Filled(std::string content, const std::string& text) {
@@ -214,6 +219,21 @@ TEST_P(SMReferencesOfEachKind, DangleWhereItIsNot) {
     const std::string gone = kind.target.substr(0, kind.target.rfind('[')) + "[gone &amp; away]";
     const std::string told = kind.target.substr(0, kind.target.rfind('[')) + "[gone & away]";
     EXPECT_THAT(Lines(Check(gone)), ElementsAre(kind.holder + " " + kind.field + " " + told));
+}
+
+TEST_P(SMReferencesOfEachKind, AreToldWhereTheirTextStands) {
+    const Kind& kind = GetParam();
+    const std::string gone = kind.target.substr(0, kind.target.rfind('[')) + "[gone]";
+    const std::string document = DocumentOf(Filled(kind.inNamespace, gone), Filled(kind.inProject, gone));
+    const SMCheckResult checked = SMCheckModelBytes(document);
+    std::vector<SMDiagnostic> dangling;
+    for (const SMDiagnostic& found : checked.findings)
+        if (found.code == qv::code::DANGLING_REFERENCE) dangling.push_back(found);
+    ASSERT_THAT(dangling, SizeIs(1));
+    const std::size_t at = document.find(gone), line = document.rfind('\n', at);
+    EXPECT_EQ(dangling[0].line, 2);
+    EXPECT_EQ(dangling[0].column, static_cast<long>(at - line));
+    EXPECT_EQ(dangling[0].objectPath, kind.holder);
 }
 
 INSTANTIATE_TEST_SUITE_P(Model, SMReferencesOfEachKind, testing::ValuesIn(Kinds()));

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "objects/face/smfindingplaces_002_000.h"
+#include "objects/face/smmodelcheck_002_000.h"
+#include "objects/face/smreading_002_000.h"
+
+namespace schema_002_000 {
+
+/** What is not consistent in a model that was read. A first look finds it; its places come from a second read, if there is any. */
+class SMModelFindings {
+  public:
+    /** `result` is borrowed, and gets the references that dangle. */
+    SMModelFindings(SMCheckResult& result, const SMControl& control);
+
+    bool AreNone() const { return m_findings.empty(); }
+    /** The references to look for in the second read. */
+    const std::unordered_set<std::string>& Texts() const { return m_texts; }
+
+    /** A finding without its exact place yet. */
+    struct Placed {
+        SMDiagnostic finding;
+        SMReading::Question question;
+    };
+    /** `again` is what the second read gave, which `places` has watched. Values that were misread, and no loss tells of, come along. */
+    std::vector<Placed> Place(const SMProject2& again, SMFindingPlaces& places, const SMReadWitness& witness) const;
+
+  private:
+    struct Finding {
+        enum Kind { reference, object, end };
+        Kind kind;
+        /** By its number in the order of SMForEachObject. */
+        std::size_t number;
+        SMDiagnostic told;
+        /** The reference. */
+        std::string text;
+        bool isLeft = false;
+    };
+
+    void FindDangling(const SMReferenceIndex& index, const SMControl& control);
+    void FindHidden(const SMReferenceIndex& index);
+    void FindDuplicateIds();
+    void FindMissingCardinalities();
+    Finding& Add(Finding::Kind kind, std::size_t object, const char* code, std::string message);
+    class Placing;
+
+    SMCheckResult& m_result;
+    /** For the time of the first look. */
+    std::vector<const SMObjectBase*> m_objects;
+    std::vector<Finding> m_findings;
+    std::unordered_set<std::string> m_texts;
+};
+
+}  // namespace schema_002_000

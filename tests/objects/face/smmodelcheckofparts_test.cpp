@@ -1,0 +1,158 @@
+#include "objects/face/smmodelcheck_002_000.h"
+
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/qvutils/diag/codes.h"
+#include "tests/support/facemodel.h"
+#include "tests/support/markedmodel.h"
+#include "tests/support/tempdir.h"
+
+namespace {
+
+using namespace schema_002_000;
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+namespace code = qv::code;
+
+/** A namespace of the root in a file of its own. */
+class SMModelCheckOfParts : public testing::Test {
+  protected:
+    static std::string Placeholder(const std::string& name) {
+        return "<smnamespacefile id=\"i\" name=\"" + name + "\" filename=\"" + name + ".qvf\" filepath=\"\"></smnamespacefile>";
+    }
+
+    /** All that is told of a namespace in a file of its own is this, at the mark in that file. */
+    void TellsOnlyInThePart(const std::string& content, const std::string& code) {
+        const Marked part("<namespace>\n<name locale=\"en\">a</name>\n" + content + "</namespace>");
+        const std::string path = m_directory.Write("a.qvf", part.Text());
+        TellsOnlyAt(path, part, code, ModelDocument(Named("namespace", "n", Placeholder("a"))));
+    }
+
+    void TellsOnlyAt(const std::string& path, const Marked& part, const std::string& code, const std::string& main) {
+        const SMCheckResult checked = SMCheckModel(m_directory.Write("main.xml", main));
+        EXPECT_THAT(checked.diagnostics, IsEmpty()) << code;
+        ASSERT_EQ(checked.findings.size() + checked.losses.size(), 1U) << code;
+        const bool isLost = checked.findings.empty();
+        const SMDiagnostic told = isLost ? SMDiagnosticOf(checked.losses[0]) : checked.findings[0];
+        EXPECT_EQ(isLost ? checked.losses[0].reason : told.code, code);
+        EXPECT_EQ(told.file, path) << code;
+        EXPECT_EQ(told.line, part.line) << code;
+        EXPECT_EQ(told.column, part.column) << code;
+        EXPECT_THAT(told.objectPath, Not(IsEmpty())) << code;
+    }
+
+    SMLoss LosesPlaceholder(const std::string& reason) {
+        const Marked main(ModelDocument("\n" + Named("namespace", "n", "\n  @" + Placeholder("a"))));
+        const SMCheckResult checked = SMCheckModel(m_directory.Write("main.xml", main.Text()));
+        EXPECT_THAT(checked.diagnostics, IsEmpty());
+        EXPECT_THAT(checked.findings, IsEmpty());
+        if (checked.losses.size() != 1) {
+            ADD_FAILURE() << checked.losses.size() << " losses";
+            return {};
+        }
+        EXPECT_EQ(checked.losses[0].reason, reason);
+        EXPECT_EQ(checked.losses[0].line, main.line);
+        EXPECT_EQ(checked.losses[0].column, main.column);
+        return checked.losses[0];
+    }
+
+    TempDir m_directory;
+};
+
+TEST_F(SMModelCheckOfParts, GivesAMissingFileAsTheReasonOfItsLoss) {
+    EXPECT_THAT(SMDiagnosticOf(LosesPlaceholder(code::PART_MISSING)).message, HasSubstr("a.qvf: cannot open: No such file or directory"));
+}
+
+TEST_F(SMModelCheckOfParts, GivesABrokenFileAsTheReasonOfItsLoss) {
+    m_directory.Write("a.qvf", "<namespace>\n<name>");
+    EXPECT_THAT(SMDiagnosticOf(LosesPlaceholder(code::PART_BROKEN)).message, HasSubstr("a.qvf:2:"));
+    m_directory.Write("a.qvf", "<package></package>");
+    EXPECT_THAT(SMDiagnosticOf(LosesPlaceholder(code::PART_BROKEN)).message, HasSubstr("the root element is <package>, not <namespace>"));
+}
+
+TEST_F(SMModelCheckOfParts, TellsPlacesInTheirFiles) {
+    const std::string part = m_directory.Write("a.qvf", "<namespace>\n" + Id("7") + "<name locale=\"en\">a</name>\n <shortcut>" + Id("7") +
+                                                            "<name locale=\"en\">k</name><refobj>[x]</refobj></shortcut></namespace>");
+    const SMCheckResult checked = SMCheckModel(m_directory.Write(
+        "main.xml", ModelDocument(Named("namespace", "n",
+                                        "<smnamespacefile id=\"7\" name=\"a\" filename=\"a.qvf\" filepath=\"\"></smnamespacefile>"))));
+    ASSERT_THAT(checked.findings, SizeIs(2));
+    EXPECT_EQ(checked.findings[0].code, code::DUPLICATE_ID);
+    EXPECT_EQ(checked.findings[1].code, code::DANGLING_REFERENCE);
+    for (const SMDiagnostic& found : checked.findings) {
+        EXPECT_EQ(found.file, part);
+        EXPECT_EQ(found.line, 3);
+        EXPECT_EQ(found.objectPath, "[a].[k]");
+    }
+    EXPECT_EQ(checked.findings[0].column, 2);
+}
+
+TEST_F(SMModelCheckOfParts, TellsWhatTheLaterObjectHasInCommonThere) {
+    TellsOnlyInThePart(Named("querySubject", "s", Id("7")) + "@" + Named("querySubject", "b", Id("7")), code::DUPLICATE_ID);
+    TellsOnlyInThePart(Named("querySubject", "s") + "@" + Named("querySubject", "s"), code::DUPLICATE_OBJECT_ID);
+    TellsOnlyInThePart(Named("namespace", "z", Named("folder", "f")) + "<namespace><name locale=\"en\">@z</name></namespace>",
+                       code::NAME_CLASH);
+}
+
+TEST_F(SMModelCheckOfParts, TellsWhatLeadsNowhereOrIsMissingThere) {
+    TellsOnlyInThePart(Named("shortcut", "k", "<refobj>@[x]</refobj>"), code::DANGLING_REFERENCE);
+    TellsOnlyInThePart(Relationship(End("left", ONE_TO_MANY, "[a].[s]"), "@" + End("right", "<mincard>one</mincard>", "[a].[s]")),
+                       code::NO_CARDINALITY);
+}
+
+TEST_F(SMModelCheckOfParts, TellsWhatCannotBeReadThere) {
+    const auto item = [](const std::string& content) { return Named("querySubject", "s", Named("queryItem", "i", content)); };
+    TellsOnlyInThePart(item("@<usage>fakt</usage>"), code::UNKNOWN_WORD);
+    TellsOnlyInThePart(Named("querySubject", "s", "", " @status=\"broken\""), code::UNKNOWN_WORD);
+    TellsOnlyInThePart(Named("querySubject", "s", "<lastChanged>@yesterday</lastChanged>"), code::NO_DATE);
+    TellsOnlyInThePart(item("<size>@12.5</size>"), code::NO_NUMBER);
+    TellsOnlyInThePart(item("@<Tjze>5</Tjze>"), code::LOOK_ALIKE);
+}
+
+TEST_F(SMModelCheckOfParts, TellsWhatIsWrongWithAFileThatAPartNames) {
+    TellsOnlyInThePart("@" + Placeholder("b"), code::PART_MISSING);
+    m_directory.Write("b.qvf", "");
+    TellsOnlyInThePart("@" + Placeholder("b"), code::PART_BROKEN);
+    TellsOnlyInThePart("@" + Placeholder("a"), code::PART_BROKEN);  // it would be read inside itself
+}
+
+TEST_F(SMModelCheckOfParts, TellsWhatCannotBeReadInAPackage) {
+    const Marked part("<package>\n<name locale=\"en\">p</name><lastPublished>@soon</lastPublished><adminAccess></adminAccess></package>");
+    const std::string path = m_directory.Write("p.qva", part.Text());
+    TellsOnlyAt(path, part, code::NO_DATE,
+                ModelDocument(Named("namespace", "n") +
+                              "<packages><packagefile id=\"i\" name=\"p\" filename=\"p.qva\" filepath=\"\"></packagefile></packages>"));
+}
+
+TEST_F(SMModelCheckOfParts, TellsWhatWasMisreadBeforeAFileBroke) {
+    const Marked part("<namespace>\n<name locale=\"en\">a</name>\n<querySubject><queryItem><usage>@fakt</usage>\n<");
+    const std::string path = m_directory.Write("a.qvf", part.Text());
+    const SMCheckResult checked = SMCheckModel(m_directory.Write("main.xml", ModelDocument(Named("namespace", "n", Placeholder("a")))));
+    ASSERT_THAT(checked.losses, SizeIs(1));
+    EXPECT_EQ(checked.losses[0].reason, code::PART_BROKEN);
+    ASSERT_THAT(checked.findings, SizeIs(1));
+    EXPECT_EQ(checked.findings[0].code, code::UNKNOWN_WORD);
+    EXPECT_EQ(checked.findings[0].file, path);
+    EXPECT_EQ(checked.findings[0].line, part.line);
+    EXPECT_EQ(checked.findings[0].column, part.column);
+    EXPECT_EQ(checked.findings[0].message, "\"fakt\" is none of the words that may stand here");
+}
+
+/** Each fault costs the same, however many of them there are. */
+TEST_F(SMModelCheckOfParts, GivesEachOfManyFaultsItsReason) {
+    constexpr std::size_t MANY = 3000;
+    std::string content;
+    for (std::size_t i = 0; i < MANY; ++i) content += Placeholder("gone" + std::to_string(i)) + "\n";
+    const SMCheckResult checked = SMCheckModel(m_directory.Write("main.xml", ModelDocument(Named("namespace", "n", content))));
+    EXPECT_THAT(checked.diagnostics, IsEmpty());
+    ASSERT_THAT(checked.losses, SizeIs(MANY));
+    for (std::size_t i = 0; i < MANY; ++i) ASSERT_THAT(checked.losses[i].why, HasSubstr("gone" + std::to_string(i) + ".qvf: cannot open"));
+}
+
+}  // namespace

@@ -55,17 +55,23 @@ void AddLossOption(CLI::App& command, LossArguments& arguments) {
     command.add_flag("--accept-loss", arguments.acceptLoss, "Write even if content of the document is lost; it is listed all the same");
 }
 
-SMAccountedResult ReadModelAccounted(const std::string& given) {
-    SMAccountedResult result = Read(given, SMLoadModelAccounted);
-    if (!result.IsDone()) PrintDiagnostics(stderr, result.diagnostics, true);
-    return result;
+std::vector<SMDiagnostic> DiagnosticsOf(const std::vector<SMLoss>& losses) {
+    std::vector<SMDiagnostic> told;
+    told.reserve(losses.size());
+    for (const SMLoss& loss : losses) told.push_back(SMDiagnosticOf(loss));
+    return told;
+}
+
+SMCheckResult CheckModel(const std::string& given) {
+    return Read(given, SMCheckModel);
 }
 
 SMAccountedResult ReadModelToWrite(const std::string& given, const LossArguments& arguments, int& status) {
-    SMAccountedResult result = ReadModelAccounted(given);
+    SMAccountedResult result = Read(given, SMLoadModelAccounted);
     status = StatusOf(result);
-    if (!result.IsDone()) return result;
     PrintDiagnostics(stderr, result.diagnostics, true);
+    if (!result.IsDone()) return result;
+    PrintDiagnostics(stderr, DiagnosticsOf(result.losses), false);
     if (const std::size_t unread = result.project->m_partFiles.UnreadCount(); unread > 0 && !arguments.acceptLoss) {
         Complain("the model is not complete, so nothing was written: " + Counted(unread, "file") +
                  " of it could not be read; mend what is told above, or give --accept-loss");
@@ -73,13 +79,10 @@ SMAccountedResult ReadModelToWrite(const std::string& given, const LossArguments
         status = STATUS_UNUSABLE;
         return result;
     }
-    std::vector<SMDiagnostic> losses;
-    for (const SMLoss& loss : result.losses) losses.push_back(SMDiagnosticOf(loss));
-    PrintDiagnostics(stderr, losses, false);
-    if (losses.empty()) return result;
+    if (result.losses.empty()) return result;
     status = Worse(status, STATUS_FINDINGS);
     if (arguments.acceptLoss) return result;
-    Complain("nothing was written, since " + Counted(losses.size(), "piece") +
+    Complain("nothing was written, since " + Counted(result.losses.size(), "piece") +
              " of content would be lost; mend what is told above, or give --accept-loss");
     result.project = nullptr;
     status = STATUS_LOSS;

@@ -2,8 +2,10 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "objects/face/smaccounting_002_000.h"
+#include "objects/face/smmodelcheck_002_000.h"
 #include "objects/face/smmodeldocument_002_000.h"
 #include "tools/smodel/status.h"
 
@@ -29,8 +31,11 @@ struct LossArguments {
 };
 void AddLossOption(CLI::App& command, LossArguments& arguments);
 
-/** Reads a model, with an account of what it keeps, while progress is shown; prints nothing but why that failed. */
-schema_002_000::SMAccountedResult ReadModelAccounted(const std::string& given);
+/** The losses in the form that is printed. */
+std::vector<SMDiagnostic> DiagnosticsOf(const std::vector<schema_002_000::SMLoss>& losses);
+
+/** Checks a model while progress is shown; prints nothing. */
+schema_002_000::SMCheckResult CheckModel(const std::string& given);
 
 /**
  * Reads a model that is to be written. What the reading found is printed, and so is the content that would be lost; unless that is

@@ -1,6 +1,7 @@
 #include <memory>
 #include <string>
 
+#include "core/qvutils/diag/codes.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/repo.h"
 #include "tools/smodel/repositories.h"
@@ -31,7 +32,7 @@ int Get(const Arguments& arguments) {
         return StatusOf(SaveDocument([&](QvXMLFormatTarget& target) { context->ReadDocument(target); }, arguments.output));
     SMDiagnostic note;
     note.severity = SMSeverity::note;
-    note.code = "no-document";
+    note.code = qv::code::NO_DOCUMENT;
     note.message = "revision " + std::to_string(revision.number) + " was saved without its document, so it comes from its rows";
     PrintDiagnostics(stderr, {note}, false);
     return GetRows(repository, *context, arguments.output);

@@ -52,29 +52,47 @@ TEST(SmodelCheck, TellsEachLossOnce) {
 
 TEST(SmodelCheck, FoldsRepeatedEventsWithTheirNumber) {
     const TestDirectory directory;
-    const std::string placeholder = "<smnamespacefile id=\"i\" name=\"n\" filename=\"gone.qvf\" filepath=\"\"></smnamespacefile>";
-    const std::string path = directory.Write("a.xml", ModelDocument(NamespaceElement("Sales", placeholder + placeholder + placeholder)));
+    const std::string event = "That a package is based on roles is not read";
+    directory.Write("p.qva", "<package isRoleBased=\"true\"><name locale=\"en\">p</name><adminAccess></adminAccess></package>");
+    const std::string placeholder = "<packagefile id=\"i\" name=\"p\" filename=\"p.qva\" filepath=\"\"></packagefile>";
+    const std::string path = directory.Write(
+        "a.xml", ModelDocument(NamespaceElement("n") + "<packages>" + placeholder + placeholder + placeholder + "</packages>"));
     const ToolRun folded = RunTool({"check", path}), all = RunTool({"check", "--all", path});
-    EXPECT_EQ(LinesWith(all.out, "Error reading SM model from XML"), 3U) << all.out;
-    EXPECT_EQ(LinesWith(folded.out, "Error reading SM model from XML"), 1U);
+    EXPECT_EQ(LinesWith(all.out, event), 3U) << all.out;
+    EXPECT_EQ(LinesWith(folded.out, event), 1U);
     EXPECT_THAT(folded.out, HasSubstr(" (3 times)"));
     EXPECT_THAT(all.out, Not(HasSubstr(" times)")));
 }
 
-TEST(SmodelCheck, EndsWithTheReferencesThatLeadNowhere) {
+TEST(SmodelCheck, TellsEachMissingFileOnce) {
+    const TestDirectory directory;
+    const std::string placeholder = "<smnamespacefile id=\"i\" name=\"n\" filename=\"gone.qvf\" filepath=\"\"></smnamespacefile>";
+    const std::string path = directory.Write("a.xml", ModelDocument(NamespaceElement("Sales", placeholder + "\n" + placeholder)));
+    const std::string out = RunTool({"check", path}).out;
+    EXPECT_EQ(LinesWith(out, "gone.qvf: cannot open: No such file or directory"), 2U) << out;
+    EXPECT_EQ(
+        LinesWith(out, "is not kept (83 bytes): error[SM3010] a separate file is missing: error[SM2021] Error reading SM model from XML: "),
+        2U);
+}
+
+TEST(SmodelCheck, TellsTheReferencesThatLeadNowhere) {
     const TestDirectory directory;
     const std::string path = directory.Write(
-        "a.xml", ModelDocument(NamespaceElement("Sales",
-                                                "<shortcut><name locale=\"en\">a</name><refobj>[Sales]</refobj></shortcut>"
-                                                "<shortcut><name locale=\"en\">b</name><refobj>[Sales].[gone]</refobj></shortcut>"
-                                                "<shortcut><name locale=\"en\">c</name><refobj>[Sales].[gone]</refobj></shortcut>")));
+        "a.xml",
+        ModelDocument("\n" + NamespaceElement("Sales",
+                                              "\n<shortcut><name locale=\"en\">a</name><refobj>[Sales]</refobj></shortcut>"
+                                              "\n<shortcut><name locale=\"en\">b</name><refobj>[Sales].[gone]</refobj></shortcut>"
+                                              "\n<shortcut><name locale=\"en\">c</name><refobj>[Sales].[gone]</refobj></shortcut>")));
     const ToolRun run = RunTool({"check", path});
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.err, IsEmpty());
-    EXPECT_THAT(run.out,
-                EndsWith("3  shortcut\n" + path +
-                         ": warning: the reference [Sales].[gone] in 'refobj' names no object of the model [[Sales].[b]]\n" + path +
-                         ": warning: the reference [Sales].[gone] in 'refobj' names no object of the model [[Sales].[c]]\n"));
+    EXPECT_THAT(run.out, StartsWith(path +
+                                    ":5:45: warning[SM3001] the reference [Sales].[gone] in 'refobj' names no object of the model "
+                                    "[[Sales].[b]]\n" +
+                                    path +
+                                    ":6:45: warning[SM3001] the reference [Sales].[gone] in 'refobj' names no object of the model "
+                                    "[[Sales].[c]]\n"));
+    EXPECT_THAT(run.out, EndsWith("3  shortcut\n"));
 }
 
 TEST(SmodelCheck, ReadsStandardInput) {

@@ -47,8 +47,8 @@ TEST(SmodelSplit, TellsWhatIsLost) {
     const TestDirectory directory;
     const ToolRun run = RunTool({"split", SMODEL_SOURCE_DIR "/examples/models/everything.xml", "-d", directory.Path("parts")});
     EXPECT_EQ(run.status, 0);
-    EXPECT_THAT(run.err, HasSubstr("note: the files do not keep where its namespaces stand among its other objects"));
-    EXPECT_THAT(run.err, HasSubstr("note: that it is based on roles is not read back from its file"));
+    EXPECT_THAT(run.err, HasSubstr("note[SM3013] the files do not keep where its namespaces stand among its other objects"));
+    EXPECT_THAT(run.err, HasSubstr("note[SM3015] that it is based on roles is not read back from its file"));
 }
 
 TEST(SmodelSplit, WritesNothingOfAnIncompleteModel) {
@@ -82,7 +82,7 @@ TEST(SmodelJoin, TellsWhatWasLost) {
     EXPECT_THAT(refused.err, HasSubstr("error[SM1002] the attribute isRoleBased of <package> in "));
     const ToolRun run = RunTool({"join", "--accept-loss", directory.Path("parts/main.xml"), "-o", directory.Path("out.xml")});
     EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.err, HasSubstr("note: the files do not tell where its namespaces stood among its other objects"));
+    EXPECT_THAT(run.err, HasSubstr("note[SM3016] the files do not tell where its namespaces stood among its other objects"));
     EXPECT_THAT(run.err, HasSubstr("note: That a package is based on roles is not read from a file of its own."));
 }
 

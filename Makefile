@@ -12,7 +12,11 @@ TIME ?= 600
 # Sizes of the documents of `make scale`.
 SUBJECTS ?= 560 5600
 
-.PHONY: build demo test check-long bench scale fuzz fuzz-coverage format
+# Tests with more than one thread; not those that also take hold of other processes.
+IN_THREADS := TwoThreads.*:*Threads*:QvSAX2ParserReaders.*:QvSAX2ParserFiles.*:QvStringFormat.*:QvLogEvent.*:QvFileWriter.*
+IN_THREADS := $(IN_THREADS):Stores/RepositoryConcurrency.*/Sqlite:-*Killed*
+
+.PHONY: build demo test check-long tsan bench scale fuzz fuzz-coverage format
 
 # The command, at build/release/bin/smodel.
 build:
@@ -39,6 +43,12 @@ check-long:
 	$(call tests,clang)
 	$(call tree,tsan,all)
 	$(call tests,tsan)
+
+# What runs in several threads, under the thread sanitizer.
+tsan:
+	$(SETUP)
+	$(call tree,tsan,smodel-tests)
+	TSAN_OPTIONS=halt_on_error=1 build/tsan/tests/smodel-tests --gtest_filter='$(IN_THREADS)'
 
 # One table, each figure beside the floor measured in the same run.
 bench:

@@ -1,5 +1,5 @@
-// smodel-fuzz-seeds OUT DOCUMENT...: cuts documents into small inputs of every kind for each target, OUT/seeds/TARGET/NUMBER, and writes
-// the words of the model as OUT/words.dict.
+// smodel-fuzz-seeds OUT DOCUMENT... [-- WHOLE...]: cuts documents into small inputs of every kind for each target, OUT/seeds/TARGET/NUMBER,
+// takes WHOLE ones as they are, and writes the words of the model as OUT/words.dict.
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
@@ -191,7 +191,7 @@ void Cut(const Element& element, Seeds& seeds) {
 
 /** Edits of rows, for each reader one that changes cells all over the rows. */
 void AddRows(Seeds& seeds) {
-    for (const char reader : "ghbtoc"s)
+    for (const char reader : "ghbtocf"s)
         for (int row = 0; row < 256; row += 5)
             for (const char* what : {"i7", "n", "d", "r", "t<a>b</a>", "ci"}) {
                 const std::string edit = {'\0', static_cast<char>(row), static_cast<char>(row % 23), what[0]};
@@ -199,22 +199,38 @@ void AddRows(Seeds& seeds) {
             }
 }
 
+std::string ReadWhole(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
 /** A main document with all separate files beside it that are small. */
 void AddFiles(const fs::path& main, Seeds& seeds) {
-    const auto read = [](const fs::path& path) {
-        std::ifstream file(path, std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-    };
-    std::string input = read(main) + '\0';
+    std::string input = ReadWhole(main) + '\0';
     for (const auto& entry : fs::directory_iterator(main.parent_path())) {
         const std::string extension = entry.path().extension().string();
         if ((extension == ".qvf" || extension == ".qva") && entry.file_size() <= LARGE)
-            input += entry.path().filename().string() + '\0' + read(entry.path()) + '\0';
+            input += entry.path().filename().string() + '\0' + ReadWhole(entry.path()) + '\0';
     }
     seeds.Add("files", "main", input);
     seeds.Add("files", "one file",
               Document("<smnamespacefile id=\"r\" name=\"n\" filename=\"n.qvf\" filepath=\"\"></smnamespacefile>") + "\0n.qvf\0"s +
                   Namespace("<filter><name locale=\"en\">f</name><expression>[n].[f]</expression></filter>") + '\0');
+}
+
+/** A document as it is, which need not be one. */
+void AddWhole(const std::string& name, const std::string& input, Seeds& seeds) {
+    for (const char* target : {"document", "accounting", "files"}) seeds.Add(target, "whole " + name, input);
+}
+
+/** What is written in ways that no model document is, and read all the same. */
+void AddForms(Seeds& seeds) {
+    const std::string entities = "<!DOCTYPE project [<!ENTITY e 'text &#38; more'><!ENTITY f '&e; and &e;'><!-- c --><?pi data?>]>";
+    AddWhole("entities", entities + Document(Namespace("<description>a &f; b</description><property name=\"&e;\">&e;</property>")), seeds);
+    AddWhole("lost entities", entities + Document(Namespace("<stray a=\"&e;\">&f;</stray>&e;")), seeds);
+    AddWhole("sections", Document(Namespace("<description>a<![CDATA[<b>&]]>c</description><stray><![CDATA[d]]></stray>")), seeds);
+    AddWhole("list of attributes", "<!DOCTYPE project [<!ELEMENT a ANY><!ATTLIST project x CDATA 'y'>]>" + Document(Namespace("")), seeds);
+    AddWhole("latin", "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + Document(Namespace("<stray>\xE9</stray>")), seeds);
 }
 
 void WriteWords(const fs::path& path) {
@@ -241,13 +257,23 @@ void WriteWords(const fs::path& path) {
 
 int main(int count, char** arguments) {
     if (count < 3) {
-        std::fprintf(stderr, "usage: smodel-fuzz-seeds OUT DOCUMENT...\n");
+        std::fprintf(stderr, "usage: smodel-fuzz-seeds OUT DOCUMENT... [-- WHOLE...]\n");
         return 2;
     }
     Seeds seeds;
     AddRows(seeds);
+    AddForms(seeds);
+    bool isWhole = false;
     for (int i = 2; i < count; ++i) {
         const fs::path document = arguments[i];
+        if (isWhole) {
+            AddWhole(document.filename().string(), ReadWhole(document), seeds);
+            continue;
+        }
+        if (document == "--") {
+            isWhole = true;
+            continue;
+        }
         ElementReader reader;
         QvSAX2Parser parser;
         parser.setContentHandler(&reader);

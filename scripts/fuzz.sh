@@ -13,7 +13,8 @@ usage() {
 all() { (cd fuzz/targets && ls -- *.cpp | sed 's/\.cpp$//'); }
 
 make_seeds() {
-    "$bin/smodel-fuzz-seeds" "$bin" examples/models/*.xml examples/models/multifile/{main,single}.xml tests/data/everykind.xml >/dev/null
+    "$bin/smodel-fuzz-seeds" "$bin" examples/models/*.xml examples/models/multifile/{main,single}.xml tests/data/everykind.xml -- \
+        tests/data/attacks/*.xml >/dev/null
 }
 
 # What a target with few and short inputs is to be fed.
@@ -88,20 +89,23 @@ coverage() {
         LLVM_PROFILE_FILE="$profiles/$target.%m" "$bin/smodel-fuzz-$target" -runs=0 -max_len="$(longest "$target")" "fuzz/corpus/$target" \
             "$learned/$target" "$bin/seeds/$target" >/dev/null 2>&1
     done
-    llvm-profdata merge -o "$profiles/all" "$profiles"/*.*
-    rm -f "$profiles"/*.*
-    llvm-cov export -summary-only -instr-profile="$profiles/all" build/fuzz-coverage/libsmodel.so \
-        -object build/fuzz-coverage/libsmodel-repository.so >"$profiles/summary"
-    grep -oE '"filename":"[^"]*","summary":.*' "$profiles/summary" | tr '{' '\n' | awk -F'"' -v root="$PWD/" '
-        /"filename"/ { for (i = 1; i < NF; ++i) if ($i == "filename") file = $(i + 2); sub(root, "", file) }
-        previous ~ /"lines":$/ {
-            split($0, part, /[:,]/)
-            split(file, folder, "/")
-            name = folder[1] "/" folder[2]
-            if (file ~ /\.(cpp|h|inc)$/ && file !~ /^\//) { count[name] += part[2]; covered[name] += part[4]; seen[name] = 1 }
+    llvm-profdata merge -o "$profiles/all" "$profiles"/*.* 2>/dev/null
+    llvm-cov report -instr-profile="$profiles/all" build/fuzz-coverage/libsmodel.so -object build/fuzz-coverage/libsmodel-repository.so \
+        2>/dev/null | awk '
+        # file, regions, missed, share, functions, missed, share, lines, missed, share, ...
+        $1 ~ /\.(cpp|h|inc)$/ {
+            sub(".*/\\.\\./", "", $1)
+            depth = split($1, folder, "/")
+            name = folder[1] "/" folder[2] (folder[2] == "qvutils" && depth > 3 ? "/" folder[3] : "")
+            regions[name] += $2; met[name] += $2 - $3
+            lines[name] += $8; read[name] += $8 - $9
         }
-        { previous = $0 }
-        END { for (name in seen) { printf "%-22s %6d of %6d lines  %3d %%\n", name, covered[name], count[name], 100 * covered[name] / count[name] } }' | sort
+        END {
+            for (name in lines)
+                printf "%-22s %6d of %6d lines  %3d %%  %6d of %6d regions  %3d %%\n", name, read[name], lines[name],
+                    100 * read[name] / lines[name], met[name], regions[name], 100 * met[name] / regions[name]
+        }' | sort
+    mv "$profiles/all" build/fuzz-coverage/profile
     rm -r "$profiles"
 }
 

@@ -7,6 +7,7 @@
 
 #include "fuzz/models.h"
 #include "fuzz/targets.h"
+#include "objects/face/smaccounting_002_000.h"
 #include "objects/face/smmodelfiles_002_000.h"
 
 using namespace schema_002_000;
@@ -61,6 +62,10 @@ void fuzz::Files(std::string_view input) {
     RequireReason(loaded);
     if (!loaded.IsDone()) return;
     const std::string text = CanonicalText(*loaded.project);
+    const SMAccountedResult accounted = SMLoadModelAccounted(main);
+    Require(accounted.IsDone(), "what is read is read when accounted for");
+    RequireSame(text, CanonicalText(*accounted.project), "accounting leaves the model as it is");
+    for (const SMLoss& loss : accounted.losses) Require(!loss.file.empty() && loss.line > 0, "a loss has a place");
     const SMSplitResult split = SMSplitModel(*loaded.project, to);
     RequireReason(split);
     if (!split.IsDone()) return;

@@ -151,6 +151,12 @@ void ReadAll(SMRepository& repository, char how) {
         repository.Changes(1, 1, 2);
         repository.Blame(1, "i1");
         break;
+    case 'f':
+        for (const long revision : {1, 2}) repository.Faults(1, revision);
+        repository.CountChanges(1, 0, 2);
+        repository.CountChanges(1, 1, 2);
+        repository.LastRevisionsOf(1, {"everything", "gone"});
+        break;
     case 't': {
         I18NString text;
         QvStringWriter writer(text);

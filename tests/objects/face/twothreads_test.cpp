@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "core/repository/smrepository.h"
+#include "objects/face/smaccounting_002_000.h"
 #include "objects/face/smmodelfiles_002_000.h"
 #include "objects/face/smmodelrename_002_000.h"
 #include "objects/face/smmodelstore_002_000.h"
@@ -38,6 +39,7 @@ void Work(int thread, std::string& text) {
     const SMLoadResult loaded = SMLoadModelBytes(ModelOf(thread));
     ASSERT_TRUE(loaded.IsDone());
     ASSERT_TRUE(loaded.HasFindings());
+    ASSERT_EQ(SMLoadModelBytesAccounted(ModelOf(thread)).losses.size(), 1u);
     SMProject2& project = *loaded.project;
     project.SetName(I18NString(std::string_view("p" + std::to_string(thread))));
     project.AddParameterMapOrReturnExisting("new", true);

@@ -2,7 +2,7 @@
 # fuzz.sh run SECONDS [TARGET...]   each target for its share of the seconds; what is found goes to fuzz/findings, a line of figures for each
 #                                   run to build/fuzz/figures. Ends with status 1 when something was found.
 # fuzz.sh minimize [COUNT]          the COUNT inputs of each target that reach the most, small ones first, go to fuzz/corpus.
-# fuzz.sh coverage                  lines that all inputs reach, by folder.
+# fuzz.sh coverage                  lines and regions that all inputs reach, by folder.
 set -u
 cd "$(dirname "$0")/.." || exit 2
 bin=build/fuzz/fuzz
@@ -82,7 +82,7 @@ minimize() {
 coverage() {
     local learned=$bin/corpus profiles
     bin=build/fuzz-coverage/fuzz
-    make_seeds || exit 2
+    LLVM_PROFILE_FILE=/dev/null make_seeds || exit 2
     profiles=$(mktemp -d)
     for target in $(all); do
         mkdir -p "$learned/$target"

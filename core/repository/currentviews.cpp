@@ -25,7 +25,7 @@ constexpr NamedView VIEWS[] = {
     {"current_query_item_folder", "SM_QUERY_ITEM_FOLDER", "ITEM_FOLDER_TYPE_NAME", "queryItemFolder"},
     {"current_measure_folder", "SM_QUERY_ITEM_FOLDER", "ITEM_FOLDER_TYPE_NAME", "measureFolder"},
     {"current_prompt_info", "SM_PROMPTINFO", "", ""},
-    {"current_role", "SM_ROLES", "", ""},
+    {ITEM_ROLE_VIEW, "SM_ROLES", "", ""},
     {"current_hierarchy", "SM_HIERARCHY", "", ""},
     {"current_level", "SM_LEVEL", "", ""},
     {"current_calculation", "SM_CALCULATION", "", ""},

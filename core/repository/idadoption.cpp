@@ -7,14 +7,11 @@ namespace qv {
 
 namespace {
 
-/** The children that an object tells of; fewer when two of them have one id, which the collection refuses. */
+/** The children that an object tells of, also when several of them have one id. */
 std::vector<IOObject*> ChildrenOf(const IOObject& object) {
     QvULCollection<IOObject, QvULIdExtract<IOObject>> children;
-    try {
-        object.getChildObjects(children);
-    } catch (const TklAssertError&) {
-        // those before the doubled id are there
-    }
+    children.push_back(nullptr);  // behind an item without a key the collection does not look at keys
+    object.getChildObjects(children);
     std::vector<IOObject*> found;
     for (const QvSmartPtr<IOObject>& child : children)
         if (child) found.push_back(child.get());
@@ -32,6 +29,14 @@ void IdAdoption::Start(IOObject& outermost) {
     m_claimed.clear();
     m_knowsClaims = false;
     m_found.clear();
+    m_given.clear();
+}
+
+bool IdAdoption::Lacks(const IOObject& object) const {
+    if (object.GetId().empty()) return true;
+    for (const IdEntry* entry = m_state.ids().Find(object.GetId().utf8()); entry; entry = entry->sameId)
+        if (entry->object) return entry->object != &object;
+    return false;
 }
 
 std::string IdAdoption::IdFor(IOObject& object, const RowTable& table, std::size_t place) {
@@ -95,7 +100,7 @@ void IdAdoption::Resolve(IOObject& object, const RowTable& table, std::size_t pl
         Stored entry{std::string(rowcodec::Id(row)), CellText(table, row, table.typeColumn), CellText(table, row, table.nameColumn), 0,
                      true};
         const IdEntry* const known = m_state.ids().Find(entry.id);
-        entry.free = !(known && known->object) && Claimed().count(entry.id) == 0;
+        entry.free = !(known && known->object) && Claimed().count(entry.id) == 0 && m_given.count(entry.id) == 0;
         entry.place = places[entry.type]++;
         stored.push_back(std::move(entry));
     }
@@ -103,11 +108,12 @@ void IdAdoption::Resolve(IOObject& object, const RowTable& table, std::size_t pl
 
     std::vector<Described> siblings = Siblings(object, table, place);
     const auto adopt = [&](const Described& sibling, auto&& fits) {
-        if (!sibling.object->GetId().empty() || m_found.count(sibling.object) != 0) return;
+        if (!Lacks(*sibling.object) || m_found.count(sibling.object) != 0) return;
         const auto found = std::find_if(stored.begin(), stored.end(),
                                         [&](const Stored& entry) { return entry.free && entry.type == sibling.type && fits(entry); });
         if (found == stored.end()) return;
         found->free = false;
+        m_given.insert(found->id);
         m_found.emplace(sibling.object, found->id);
     };
     for (const Described& sibling : siblings)
@@ -115,7 +121,7 @@ void IdAdoption::Resolve(IOObject& object, const RowTable& table, std::size_t pl
     for (const Described& sibling : siblings) adopt(sibling, [&](const Stored& entry) { return entry.place == sibling.place; });
     // those that found nothing are new, and need not be looked at again
     for (const Described& sibling : siblings)
-        if (sibling.object->GetId().empty()) m_found.emplace(sibling.object, std::string());
+        if (Lacks(*sibling.object)) m_found.emplace(sibling.object, std::string());
 }
 
 }  // namespace qv

@@ -10,9 +10,9 @@
 namespace qv {
 
 /**
- * Finds, for objects of memory without an id, the stored rows that are most likely theirs: that of the same parent, kind and name,
- * else that of the same parent and kind in the same place. A document does not keep the ids of all kinds, and without this each
- * put of one would replace their rows.
+ * Finds, for objects of memory without an id of their own, the stored rows that are most likely theirs: that of the same parent, kind
+ * and name, else that of the same parent and kind in the same place. A document does not keep the ids of all kinds, and one that was
+ * edited by hand may have an id twice; without this each put of one would replace their rows.
  */
 class IdAdoption {
   public:
@@ -20,7 +20,9 @@ class IdAdoption {
 
     /** `outermost` is the object whose write is under way; ids of objects below it are not given to others. */
     void Start(IOObject& outermost);
-    /** The id for an object without one, which is the `place`-th of its table below its parent; empty when it is new. */
+    /** The object has no id, or that of another object that was visited before. */
+    bool Lacks(const IOObject& object) const;
+    /** The id for an object that lacks one and is the `place`-th of its table below its parent; empty when it is new. */
     std::string IdFor(IOObject& object, const RowTable& table, std::size_t place);
 
   private:
@@ -43,6 +45,8 @@ class IdAdoption {
     bool m_knowsClaims = false;
     /** What was found for the siblings of objects that were asked for. */
     std::unordered_map<const IOObject*, std::string> m_found;
+    /** The ids among them. */
+    std::unordered_set<std::string> m_given;
 };
 
 }  // namespace qv

@@ -22,6 +22,13 @@ bool BelongsTo(std::string_view recordId, std::string_view owner) {
     return recordId.substr(0, length) == owner.substr(0, length);
 }
 
+void TellDoubledId(const IOObject& object, bool isNew) {
+    const std::string message = "The id '" + std::string(object.GetId().utf8()) + "' is that of another object; object '" + PathOf(object) +
+                                (isNew ? "' gets a new one." : "' keeps the one that it was given before.");
+    QvLogEvent(1, "code", "QvOne", "smrepositoryhelper", "SMRepositoryHelper", "WriteObject", 0, I18NString(std::string_view(message)), "")
+        .Log();
+}
+
 }  // namespace
 
 ProjectSave::ProjectSave(StoreSession& session, IOHelper& helper, std::int64_t project, std::int64_t base)
@@ -186,24 +193,13 @@ bool ProjectSave::WriteOne(IOObject& object) {
 }
 
 bool ProjectSave::SettleId(IOObject& object, const RowTable& table) {
-    if (object.GetId().empty()) return SettleEmptyId(object, table);
-    const IdEntry* other = m_state.ids().Find(object.GetId().utf8());
-    while (other && !other->object) other = other->sameId;
-    if (!other) return false;
-    const std::string message =
-        "The id '" + std::string(object.GetId().utf8()) + "' is that of another object; object '" + PathOf(object) + "' gets a new one.";
-    QvLogEvent(1, "code", "QvOne", "smrepositoryhelper", "SMRepositoryHelper", "WriteObject", 0, I18NString(std::string_view(message)), "")
-        .Log();
-    object.SetId(QvUUIDGen::Create().GetAsQvULString());
-    return true;
-}
-
-bool ProjectSave::SettleEmptyId(IOObject& object, const RowTable& table) {
+    if (!m_adoption.Lacks(object)) return false;
     std::size_t place = 0;
     if (const Frame* const parent = Top(); parent && parent->object == object.parent)
         for (const Children& children : parent->children)
             if (children.table == &table) place = children.ids.size();
     const std::string adopted = m_adoption.IdFor(object, table, place);
+    if (!object.GetId().empty()) TellDoubledId(object, adopted.empty());
     object.SetId(adopted.empty() ? QvUUIDGen::Create().GetAsQvULString() : QvULString(std::string_view(adopted)));
     return adopted.empty();
 }

@@ -70,9 +70,8 @@ class ProjectSave {
 
     bool WriteOne(IOObject& object);
     bool WriteRow(IOObject& object, const IdEntry& entry, bool freshId);
-    /** True when the id was made just now, so that no row can ever have had it. */
+    /** Gives an object that lacks an id one. True when it was made just now, so that no row can ever have had it. */
     bool SettleId(IOObject& object, const RowTable& table);
-    bool SettleEmptyId(IOObject& object, const RowTable& table);
     bool Differs(IOObject& object, const RowTable& table);
     Frame& Push(IOObject& object, IdEntry& entry);
     void Pop();

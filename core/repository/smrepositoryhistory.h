@@ -16,6 +16,8 @@ struct SM_API SMRepositoryRevision {
     I18NString author, message;
     /** The document of what was saved stands beside the rows. */
     bool hasDocument = false;
+    /** The same for equal documents, and for no others; empty without a document. */
+    I18NString documentDigest;
 };
 
 /** One value of an object, before and after. A value that is not there is null, which is not the empty text. */
@@ -39,7 +41,7 @@ struct SM_API SMRepositoryChange {
     std::vector<I18NString> path;
     /** What differs, in the order of the columns; of an object that was added or removed all that it has. */
     std::vector<SMRepositoryValue> values;
-    /** The order of its children differs. */
+    /** The order of those of its children that both states have differs. */
     bool order = false;
 };
 

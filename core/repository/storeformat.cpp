@@ -8,7 +8,7 @@ namespace qv {
 namespace {
 
 /** Formats in the order in which they came. A store tells its own; a build knows how to go on from each older one. */
-constexpr std::string_view FIRST_FORMAT = "0.1", FORMAT = "1";
+constexpr std::string_view FIRST_FORMAT = "0.1", SECOND_FORMAT = "1", FORMAT = "2";
 
 void MakeViews(StoreConnection& connection) {
     for (const ViewShape& view : CurrentViews()) connection.MakeView(view);
@@ -33,20 +33,27 @@ std::string FormatOf(StoreConnection& connection) {
     return format;
 }
 
-/** From the first format, which had no documents and knew nothing of a revision but its moment. */
-void Upgrade(StoreConnection& connection) {
+/** The first format had no documents and knew nothing of a revision but its moment; the second had no view of roles that needs no quotes.
+ */
+void BringUp(StoreConnection& connection, std::string_view from) {
+    if (from == FIRST_FORMAT) {
+        connection.AddColumns(Schema::Get().revisions(), revisiontable::LATER_COLUMNS);
+        connection.MakeTable(Schema::Get().pieces());
+        return MakeViews(connection);
+    }
+    for (const ViewShape& view : CurrentViews())
+        if (view.name == ITEM_ROLE_VIEW) connection.MakeView(view);
+}
+
+void Upgrade(StoreConnection& connection, std::string_view from) {
     using namespace storetable;
     connection.Begin();
     try {
         const auto change =
             connection.Prepare(Change{&Schema::Get().store(), {value}, {{name, Condition::equal}, {value, Condition::equal}}});
-        const Cell parameters[] = {Cell::Text(FORMAT), Cell::Text(STORE_FORMAT), Cell::Text(FIRST_FORMAT)};
+        const Cell parameters[] = {Cell::Text(FORMAT), Cell::Text(STORE_FORMAT), Cell::Text(from)};
         // another process may have been faster
-        if (change->Run(parameters) == 1) {
-            connection.AddColumns(Schema::Get().revisions(), revisiontable::LATER_COLUMNS);
-            connection.MakeTable(Schema::Get().pieces());
-            MakeViews(connection);
-        }
+        if (change->Run(parameters) == 1) BringUp(connection, from);
         connection.Commit();
     } catch (...) {
         connection.Rollback();
@@ -66,8 +73,8 @@ void SettleStore(StoreBackend& backend, bool mayCreate) {
     }
     const auto connection = backend.Connect();
     std::string format = FormatOf(*connection);
-    if (format == FIRST_FORMAT) {
-        Upgrade(*connection);
+    if (format == FIRST_FORMAT || format == SECOND_FORMAT) {
+        Upgrade(*connection, format);
         format = FormatOf(*connection);
     }
     if (format != FORMAT)

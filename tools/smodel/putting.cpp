@@ -21,13 +21,18 @@ void PrintWhatCame(SMRepository& repository, const SMRepositoryHelper& context, 
     if (context.Revision() == base) return Print("nothing changed; the newest revision is " + std::to_string(base) + "\n");
     const std::string revision = "revision " + std::to_string(context.Revision());
     SMRepositoryChangeCounts counts;
+    bool onlyDocument = false;
     try {
-        counts = repository.CountChanges(context.ProjectNumber(), base, context.Revision());
+        const long project = context.ProjectNumber();
+        counts = repository.CountChanges(project, base, context.Revision());
+        onlyDocument = counts.added + counts.changed + counts.removed == 0 && base != 0 &&
+                       DocumentsDiffer(RevisionAt(repository, project, std::to_string(base)),
+                                       RevisionAt(repository, project, std::to_string(context.Revision())));
     } catch (const TklRuntimeError& error) {
         return Print(revision + ": saved; what it changed cannot be told: " + Printable(error.what()) + "\n");
     }
     Print(revision + ": " + Counted(counts.added, "object") + " added, " + Grouped(counts.changed) + " changed, " +
-          Grouped(counts.removed) + " removed\n");
+          Grouped(counts.removed) + " removed" + (onlyDocument ? "; the document changed in what no row holds\n" : "\n"));
 }
 
 /** What a put would have changed of what others changed since its base. */

@@ -84,9 +84,8 @@ int Log(const Arguments& arguments) {
     return STATUS_CLEAN;
 }
 
-/** The differing lines of the documents of two revisions; empty when one of them has none. */
+/** The differing lines of the documents of two revisions. */
 std::string DocumentDifference(Source& source, const SMRepositoryRevision& first, const SMRepositoryRevision& second) {
-    if (!first.hasDocument || !second.hasDocument) return {};
     const auto document = [&](const SMRepositoryRevision& revision) {
         source.context->ReadAt(revision.number);
         return *DocumentAt(*source.context, revision);
@@ -99,16 +98,18 @@ int Diff(const Arguments& arguments) {
     const SMRepositoryRevision first = RevisionAt(source.repository, source.Project(), arguments.first),
                                second = RevisionAt(source.repository, source.Project(), arguments.second);
     const std::vector<SMRepositoryChange> changes = source.repository.Changes(source.Project(), first.number, second.number);
-    const std::string documents = changes.empty() ? DocumentDifference(source, first, second) : std::string();
+    const bool documentDiffers = DocumentsDiffer(first, second);
     if (arguments.json) {
-        Print(
-            JsonText({{"from", first.number}, {"to", second.number}, {"changes", Json(changes)}, {"documentDiffers", !documents.empty()}}) +
-            "\n");
+        Print(JsonText({{"from", first.number}, {"to", second.number}, {"changes", Json(changes)}, {"documentDiffers", documentDiffers}}) +
+              "\n");
     } else {
         for (const SMRepositoryChange& change : changes) Print(Told(change));
-        if (!documents.empty()) Print("The rows are the same; the documents differ:\n" + documents);
+        if (documentDiffers && changes.empty())
+            Print("The rows are the same; the documents differ in what only they carry:\n" + DocumentDifference(source, first, second));
+        else if (documentDiffers)
+            Print("The documents differ.\n");
     }
-    return changes.empty() && documents.empty() ? STATUS_CLEAN : STATUS_FINDINGS;
+    return changes.empty() && !documentDiffers ? STATUS_CLEAN : STATUS_FINDINGS;
 }
 
 int Blame(const Arguments& arguments) {

@@ -78,7 +78,10 @@ void AddRepoPut(CLI::App& repo, int& status) {
     AddLossOption(*put, *arguments);
     AddLimits(*put);
     put->footer(
-        "Prints the revision and how many objects it changes. When the repository has moved on since the base, nothing is written, the\n"
+        "Prints the revision and how many objects it changes. Whatever the repository has now is replaced by the model: what others put "
+        "since\n"
+        "you got it is undone, unless --base names the revision that you got (get --at REV, edit, put --base REV).\n"
+        "When the repository has moved on since the base, nothing is written, the\n"
         "objects that were changed by both are listed, and the exit status is 4.");
     put->callback([arguments, &status] { status = Put(*arguments); });
 }

@@ -114,6 +114,10 @@ SMRepositoryRevision RevisionAt(SMRepository& repository, long project, const st
     return RevisionBefore(repository, revisions, at);
 }
 
+bool DocumentsDiffer(const SMRepositoryRevision& first, const SMRepositoryRevision& second) {
+    return first.hasDocument && second.hasDocument && first.documentDigest != second.documentDigest;
+}
+
 std::unique_ptr<std::string> DocumentAt(SMRepositoryHelper& context, const SMRepositoryRevision& revision) {
     TklByteBuffer bytes;
     QvByteBufferWriter writer(bytes);

@@ -20,6 +20,9 @@ std::unique_ptr<SMRepositoryHelper> ContextOf(SMRepository& repository, const st
  */
 SMRepositoryRevision RevisionAt(SMRepository& repository, long project, const std::string& at);
 
+/** False when one of the two has none. */
+bool DocumentsDiffer(const SMRepositoryRevision& first, const SMRepositoryRevision& second);
+
 /** The document of a context's revision; what was saved without one is written from its rows. Null, with the reason told, when neither is
  * there. */
 std::unique_ptr<std::string> DocumentAt(SMRepositoryHelper& context, const SMRepositoryRevision& revision);

@@ -1,10 +1,17 @@
 #include "core/repository/history/historyrows.h"
 
-#include <map>
+#include <unordered_set>
 
 namespace qv {
 
 namespace {
+
+/** Those of the ids that are among the others, too. */
+std::vector<std::string> OnlyOf(std::vector<std::string> ids, const std::vector<std::string>& others) {
+    const std::unordered_set<std::string> known(others.begin(), others.end());
+    std::erase_if(ids, [&](const std::string& id) { return known.count(id) == 0; });
+    return ids;
+}
 
 std::vector<Condition> StoodEarlierOnly(std::size_t first, std::size_t end) {
     return {{first, Condition::atMost}, {end, Condition::above}, {end, Condition::atMost}};
@@ -31,22 +38,43 @@ void HistoryRows::Changed(const RowTable& table, std::int64_t earlier, std::int6
 }
 
 void HistoryRows::ChangedOrders(std::int64_t earlier, std::int64_t later, const std::function<void(std::string_view)>& take) {
-    using Orders = std::map<std::pair<std::string, std::string>, std::string>;
-    const auto fetch = [&](std::int64_t revision) {
-        Orders orders;
-        m_session.FetchOrders(m_project, revision,
-                              [&](std::string_view parent, std::string_view table, std::int64_t, std::string_view ids) {
-                                  orders[{std::string(parent), std::string(table)}] = ids;
-                              });
-        return orders;
+    SiblingOrder before, after;
+    before.Fetch(m_session, m_project, earlier);
+    after.Fetch(m_session, m_project, later);
+    std::map<const RowTable*, ChildIds> suspects;
+    const auto suspect = [&](const SiblingOrder& orders, const SiblingOrder& others) {
+        orders.Each([&](std::string_view parent, std::string_view table, const SiblingOrder::Record& record) {
+            const SiblingOrder::Record* const other = others.Find(parent, table);
+            if (other && other->ids == record.ids) return;
+            if (const RowTable* const known = Schema::Get().Find(table)) suspects[known].try_emplace(std::string(parent));
+        });
     };
-    const Orders before = fetch(earlier), after = fetch(later);
-    const auto takeMissing = [&](const Orders& orders, const Orders& others) {
-        for (const auto& [key, ids] : orders)
-            if (const auto other = others.find(key); other == others.end() || other->second != ids) take(key.first);
-    };
-    takeMissing(before, after);
-    takeMissing(after, before);
+    suspect(before, after);
+    suspect(after, before);
+    for (const auto& [table, parents] : suspects) {
+        const ChildIds earlierIds = OrderedChildren(*table, earlier, before, parents),
+                       laterIds = OrderedChildren(*table, later, after, parents);
+        for (const auto& [parent, none] : parents)
+            if (OnlyOf(earlierIds.at(parent), laterIds.at(parent)) != OnlyOf(laterIds.at(parent), earlierIds.at(parent))) take(parent);
+    }
+}
+
+HistoryRows::ChildIds HistoryRows::OrderedChildren(const RowTable& table, std::int64_t revision, const SiblingOrder& order,
+                                                   ChildIds parents) {
+    RowArena arena;
+    m_session.FetchRows(table, m_project, revision, arena, [&](const char* row) {
+        if (const auto parent = parents.find(std::string(rowcodec::ParentId(table, row))); parent != parents.end())
+            parent->second.emplace_back(rowcodec::Id(row));
+        RowArena::Release(row);
+    });
+    for (auto& [parent, ids] : parents) {
+        std::vector<std::size_t> places;
+        order.Arrange(order.Find(parent, table.name()), {ids.begin(), ids.end()}, places);
+        std::vector<std::string> ordered;
+        for (const std::size_t at : places) ordered.push_back(std::move(ids[at]));
+        ids = std::move(ordered);
+    }
+    return parents;
 }
 
 void HistoryRows::Versions(std::string_view id, const std::function<void(const RowTable&, const char*, std::int64_t, std::int64_t)>& take) {

@@ -1,11 +1,12 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "core/repository/storesession.h"
+#include "core/repository/siblingorder.h"
 
 namespace qv {
 
@@ -17,7 +18,7 @@ class HistoryRows {
     /** The rows that stood in `earlier` and not in `later` (then `stoodEarlier`), or the other way round. */
     void Changed(const RowTable& table, std::int64_t earlier, std::int64_t later, RowArena& arena,
                  const std::function<void(const char* row, bool stoodEarlier)>& take);
-    /** The parents whose children of one table have another recorded order in the two revisions. */
+    /** The parents whose children of one table, as far as both revisions have them, stand in another order. */
     void ChangedOrders(std::int64_t earlier, std::int64_t later, const std::function<void(std::string_view parent)>& take);
     /** Every row of the object that ever stood, its records and its texts among them. `end` is 0 while one stands. */
     void Versions(std::string_view id,
@@ -35,6 +36,11 @@ class HistoryRows {
     void RemovePieces(const std::vector<std::string>& digests);
 
   private:
+    /** The ids of children in their order, by their parent. */
+    using ChildIds = std::map<std::string, std::vector<std::string>>;
+
+    ChildIds OrderedChildren(const RowTable& table, std::int64_t revision, const SiblingOrder& order, ChildIds parents);
+
     StoreSession& m_session;
     std::int64_t m_project;
 };

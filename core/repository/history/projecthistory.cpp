@@ -42,8 +42,12 @@ std::map<std::string, std::string> ValuesOf(const RowTable& table, const char* r
 }  // namespace
 
 SMRepositoryRevision Told(const RevisionEntry& entry) {
-    return {static_cast<long>(entry.number), DateOf(entry.savedAt.number), Text(entry.author), Text(entry.message),
-            entry.document.has_value()};
+    return {static_cast<long>(entry.number),
+            DateOf(entry.savedAt.number),
+            Text(entry.author),
+            Text(entry.message),
+            entry.document.has_value(),
+            Text(entry.document ? entry.document->digest : std::string())};
 }
 
 std::vector<SMRepositoryRevision> ProjectHistory::Revisions() {

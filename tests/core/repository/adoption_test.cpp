@@ -106,4 +106,57 @@ TEST_P(RepositoryAdoption, ADeletedObjectsIdIsNotTaken) {
     EXPECT_EQ(entry->GetId().length(), 36);
 }
 
+TEST_P(RepositoryAdoption, TheLaterBearerOfAnIdKeepsTheOneThatItGot) {
+    const auto doubled = [] {
+        QvSmartPtr<TestNode> project = Sample();
+        Map(*project).AddEntry("d", "4", "e1");
+        Map(*project).AddEntry("e", "5", "e1");
+        project->AddSection("Second root", "m").AddSection("Below it", "s1");
+        return project;
+    };
+    const QvSmartPtr<TestNode> first = doubled(), second = doubled();
+    CaughtLog log;
+    const long number = Put(*first);
+    log.messages.clear();
+    EXPECT_EQ(Save(*second, number), Rows(0, 0));
+    EXPECT_EQ(second->Dump(), first->Dump());
+    ASSERT_EQ(log.messages.size(), 4u);
+    EXPECT_EQ(log.messages[0], "The id 'e1' is that of another object; object 'path of e1' keeps the one that it was given before.");
+}
+
+TEST_P(RepositoryAdoption, ACopyOfManyObjectsIsTheSameAtEachPut) {
+    const auto withCopy = [](bool hasNewItem) {
+        QvSmartPtr<TestNode> project = Sample();
+        for (const char* const name : {"Orders", "Copy"}) {
+            TestNode& subject = Root(*project).Add("SM_QUERY_SUBJECT", "q").Named(name);
+            if (hasNewItem && std::string(name) == "Copy") subject.Add("SM_QUERY_ITEM", "i1").Named("new");
+            for (int i = 0; i < 10; ++i) subject.Add("SM_QUERY_ITEM", "i" + std::to_string(i)).Named("n" + std::to_string(i));
+        }
+        Root(*project).AddSection("Behind", "behind").AddSection("Below", "below");
+        return project;
+    };
+    const QvSmartPtr<TestNode> first = withCopy(false), second = withCopy(false), third = withCopy(true);
+    CaughtLog log;
+    const long number = Put(*first);
+    EXPECT_EQ(Save(*second, number), Rows(0, 0));
+    EXPECT_EQ(second->Dump(), first->Dump());
+    EXPECT_EQ(Save(*third, number), Rows(1 + 1 + REVISION, 0)) << "the item and the order: names go before places";
+}
+
+TEST_P(RepositoryAdoption, DoesNotTakeAnIdOfAnObjectBehindADoubledOne) {
+    const QvSmartPtr<TestNode> project = Sample();
+    const long number = Put(*project);
+    const QvSmartPtr<TestNode> last = &Map(*project).Child(2);
+    Map(*project).Remove(*last);
+    Map(*project).AddEntry("copy", "3", "e3");
+    Map(*project).AddEntry("new", "");
+    Map(*project).children.push_back(last);
+    CaughtLog log;
+    Save(*project, number);
+    EXPECT_EQ(log.messages.size(), 1u);
+    EXPECT_EQ(Map(*project).Child(2).GetId().length(), 36);
+    EXPECT_EQ(last->GetId(), "e2");
+    EXPECT_EQ(last->GetVersionNo(), 1);
+}
+
 }  // namespace

@@ -31,16 +31,20 @@ const char* const REPOSITORY_PAGE = "docs/repository.md";
 
 using Cells = std::vector<std::string>;
 
+void PutModels(const std::string& location, const std::vector<std::string>& models) {
+    SMRepository repository(location, SMRepository::createIfAbsent);
+    for (const std::string& model : models) {
+        const SMLoadResult loaded = SMLoadModel(SMODEL_SOURCE_DIR "/examples/models/" + model + ".xml");
+        EXPECT_TRUE(loaded.project) << model;
+        EXPECT_EQ(SMPutModel(*loaded.project, *repository.NewProject()).status, SMStatus::done) << model;
+    }
+}
+
 /** A store with models in it, asked in SQL as its readers would. */
 class Store {
   public:
     explicit Store(const std::vector<std::string>& models) {
-        SMRepository repository(m_directory.Path("r.db"), SMRepository::createIfAbsent);
-        for (const std::string& model : models) {
-            const SMLoadResult loaded = SMLoadModel(SMODEL_SOURCE_DIR "/examples/models/" + model + ".xml");
-            EXPECT_TRUE(loaded.project) << model;
-            EXPECT_EQ(SMPutModel(*loaded.project, *repository.NewProject()).status, SMStatus::done) << model;
-        }
+        PutModels(m_directory.Path("r.db"), models);
         EXPECT_EQ(sqlite3_open_v2(m_directory.Path("r.db").c_str(), &m_database, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
     }
     ~Store() { sqlite3_close(m_database); }
@@ -276,6 +280,16 @@ TEST(RepositoryPage, AsksQuestionsThatAStoreAnswers) {
     const std::vector<std::string> questions = BlocksOf(REPOSITORY_PAGE, "sql");
     EXPECT_FALSE(questions.empty());
     for (const std::string& question : questions) EXPECT_FALSE(store.Ask(question).empty()) << question;
+}
+
+TEST(RepositoryPagePostgres, AsksQuestionsThatAStoreAnswers) {
+    const CapturedLog log;
+    const PostgresSchema schema;
+    PutModels(schema.Location(), {"tpcds", "everything"});
+    for (std::string question : BlocksOf(REPOSITORY_PAGE, "sql")) {
+        question.erase(question.rfind(';'));
+        EXPECT_NE(schema.Sql("SELECT count(*) FROM (" + question + ") AS answer"), "0") << question;
+    }
 }
 
 TEST(RepositoryPage, ShowsWhatStandsBelowWhat) {

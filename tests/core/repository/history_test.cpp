@@ -115,6 +115,44 @@ TEST_P(RepositoryHistory, TellsOfANewOrder) {
     EXPECT_EQ(Tell(repository->Changes(number, 1, 2)), "changed r: order\n");
 }
 
+TEST_P(RepositoryHistory, TellsOfNoOrderWhereTheSameCameBack) {
+    const long number = Put(*project);
+    for (int i = 0; i < 2; ++i) {
+        std::swap(Root(*project).children[0], Root(*project).children[1]);
+        Save(*project, number);
+    }
+    EXPECT_EQ(Tell(repository->Changes(number, 2, 3)), "changed r: order\n");
+    EXPECT_EQ(Tell(repository->Changes(number, 1, 3)), "");
+    EXPECT_EQ(Tell(repository->Changes(number, 3, 1)), "");
+}
+
+TEST_P(RepositoryHistory, TellsOfNoOrderWhereOneCameInFrontOfTheOthers) {
+    const long number = Put(*project);
+    Map(*project).AddEntry("z", "26", "z");
+    std::rotate(Map(*project).children.begin(), Map(*project).children.end() - 1, Map(*project).children.end());
+    Save(*project, number);
+    EXPECT_EQ(Tell(repository->Changes(number, 1, 2)), "added z:\n");
+    EXPECT_EQ(DumpOf(number), project->Dump());
+}
+
+TEST_P(RepositoryHistory, TellsWhichDocumentsAreTheSame) {
+    long number = 0;
+    for (const char* const text : {"<a/>", "<b/>", "<a/>"}) {
+        const auto context = number == 0 ? repository->NewProject() : repository->OpenProject(number);
+        context->DocumentTarget()->write(text);
+        ASSERT_TRUE(project->write(*context));
+        number = context->ProjectNumber();
+    }
+    Map(*project).Named("Other");
+    Save(*project, number);
+    const std::vector<SMRepositoryRevision> revisions = repository->Revisions(number);
+    ASSERT_EQ(revisions.size(), 4u);
+    EXPECT_FALSE(revisions[0].documentDigest.empty());
+    EXPECT_NE(revisions[0].documentDigest, revisions[1].documentDigest);
+    EXPECT_EQ(revisions[0].documentDigest, revisions[2].documentDigest);
+    EXPECT_TRUE(revisions[3].documentDigest.empty()) << "it was saved without one";
+}
+
 TEST_P(RepositoryHistory, FindsTheRevisionsOfAnObject) {
     const long number = PutThree();
     const auto numbers = [&](const char* id) {

@@ -68,9 +68,16 @@ TEST_F(SMRepositoryFile, OfAnotherKindIsRefusedAndLeftAlone) {
 
 TEST_F(SMRepositoryFile, OfAnotherFormatIsRefused) {
     { SMRepository repository(file, SMRepository::createIfAbsent); }
-    Sql("UPDATE REPO_STORE SET VALUE = '2' WHERE NAME = 'format'");
+    Sql("UPDATE REPO_STORE SET VALUE = '3' WHERE NAME = 'format'");
     EXPECT_EQ(FaultOf(file),
-              "Repository '" + file + "': It has the format 2; this build reads and writes formats up to 1. Use a newer release.");
+              "Repository '" + file + "': It has the format 3; this build reads and writes formats up to 2. Use a newer release.");
+}
+
+TEST_F(SMRepositoryFile, OfTheFormatBeforeGetsItsViewOfRoles) {
+    { SMRepository repository(file, SMRepository::createIfAbsent); }
+    Sql("DROP VIEW current_item_role; CREATE VIEW current_role AS SELECT * FROM SM_ROLES; UPDATE REPO_STORE SET VALUE = '1'");
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(FaultOf(file), "none");
+    Sql("SELECT ROLE_ID, NAME FROM current_item_role");
 }
 
 TEST_F(SMRepositoryFile, InADirectoryThatIsNotThereIsToldWithItsName) {

@@ -88,7 +88,8 @@ TEST(SmodelRepoHistory, TellsADifferenceObjectByObject) {
     const ToolRun run = repository.Run("diff", {"1", "2"});
     EXPECT_EQ(run.status, 1) << run.err;
     EXPECT_THAT(run.out, MatchesRegex("changed queryItem Test / Sales / Orders / Amount \\([^)]*\\)\n"
-                                      "  EXPRESSION: \"[^\"]*Amount \\+ 1[^\"]*\" -> \"[^\"]*Amount \\* 2[^\"]*\"\n"));
+                                      "  EXPRESSION: \"[^\"]*Amount \\+ 1[^\"]*\" -> \"[^\"]*Amount \\* 2[^\"]*\"\n"
+                                      "The documents differ.\n"));
     const std::string newest = repository.Run("diff", {"2"}).out;
     EXPECT_THAT(newest,
                 AllOf(HasSubstr("removed queryItem Test / Sales / Orders / Amount"), HasSubstr("added querySubject Test / Sales / Lines")));
@@ -112,13 +113,29 @@ TEST(SmodelRepoHistory, TellsADifferenceOfDocumentsAlone) {
         "<calculation><name locale=\"en\">C</name><description "
         "locale=\"en\">before</description><lastChanged>2007-01-08T10:01:02</lastChanged><expression>1</expression></calculation>");
     repository.Put(first);
-    repository.Put(Replaced(first, "before", "after"));
+    EXPECT_EQ(repository.Put(Replaced(first, "before", "after")).out,
+              "revision 2: 0 objects added, 0 changed, 0 removed; the document changed in what no row holds\n");
     const ToolRun run = repository.Run("diff", {"1", "2"});
     EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.out, MatchesRegex("The rows are the same; the documents differ:\n"
+    EXPECT_THAT(run.out, MatchesRegex("The rows are the same; the documents differ in what only they carry:\n"
                                       "  -[0-9]+: <description locale=\"en\">before</description>\n"
                                       "  \\+[0-9]+: <description locale=\"en\">after</description>\n"));
     EXPECT_THAT(repository.Run("diff", {"1", "2", "--json"}).out, HasSubstr("\"changes\": [],\n  \"documentDiffers\": true"));
+}
+
+TEST(SmodelRepoHistory, FindsNoDifferenceWhereTheSameCameBack) {
+    const auto filter = [](const std::string& name) {
+        return "<filter><name locale=\"en\">" + name + "</name><expression>1</expression></filter>";
+    };
+    const ToolRepository repository;
+    repository.Put(SalesModel(filter("A") + filter("B")));
+    repository.Put(SalesModel(filter("B") + filter("A")));
+    repository.Put(SalesModel(filter("A") + filter("B")));
+    EXPECT_THAT(repository.Run("diff", {"1", "2"}).out,
+                AllOf(HasSubstr("  the order of what it holds\n"), HasSubstr("\nThe documents differ.\n")));
+    EXPECT_EQ(repository.Run("diff", {"1", "3"}).out, "");
+    EXPECT_EQ(repository.Run("diff", {"1", "3"}).status, 0);
+    EXPECT_THAT(repository.Run("diff", {"1", "3", "--json"}).out, HasSubstr("\"changes\": [],\n  \"documentDiffers\": false"));
 }
 
 TEST(SmodelRepoHistory, PrintsADifferenceAsJson) {
@@ -130,6 +147,7 @@ TEST(SmodelRepoHistory, PrintsADifferenceAsJson) {
         StartsWith(
             "{\n  \"from\": 1,\n  \"to\": 2,\n  \"changes\": [\n    {\n      \"what\": \"changed\",\n      \"kind\": \"queryItem\",\n"));
     EXPECT_THAT(json, HasSubstr("\"name\": \"EXPRESSION\",\n          \"before\": \""));
+    EXPECT_THAT(json, HasSubstr("],\n  \"documentDiffers\": true\n}\n"));
 }
 
 TEST(SmodelRepoHistory, BlamesTheRevisionThatSetEachValue) {

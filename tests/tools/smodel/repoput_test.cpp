@@ -37,6 +37,26 @@ TEST(SmodelRepoPut, WritesNothingForADocumentWithoutDatesThatIsPutAgainLater) {
     EXPECT_EQ(Formatted(model), before);
 }
 
+TEST(SmodelRepoPut, WritesNothingForADocumentWithAnIdTwiceThatIsPutAgain) {
+    const std::string id = "<property name=\"id\" type=\"hidden\">", end = "</property>";
+    const auto filter = [&](const std::string& name) {
+        return "<filter><name locale=\"en\">" + name + "</name>" + id + "f" + end + "<expression>1</expression></filter>";
+    };
+    const auto subject = [&](const std::string& name) {
+        std::string items;
+        for (int i = 0; i < 10; ++i) {
+            const std::string item = "i" + std::to_string(i);
+            items += "<queryItem><name locale=\"en\">" + item + "</name>" + id + item + end + "<expression>1</expression></queryItem>";
+        }
+        return "<querySubject><name locale=\"en\">" + name + "</name>" + id + "q" + end + items + "</querySubject>";
+    };
+    const std::string model = SalesModel(subject("Orders") + subject("Copy") + filter("Year 1997") + filter("Year 1998"));
+    const ToolRepository repository;
+    EXPECT_EQ(repository.Put(model).out, "revision 1: 26 objects added, 0 changed, 0 removed\n");
+    EXPECT_EQ(repository.Run("verify").out, "revision 1: clean\n");
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(repository.Put(model).out, "nothing changed; the newest revision is 1\n");
+}
+
 TEST(SmodelRepoPut, KeepsAuthorAndMessage) {
     const ToolRepository repository;
     repository.Put(SalesModel(ORDERS), {"-m", "why\nand how", "--author", "ada"});

@@ -58,9 +58,26 @@ TEST_F(SMRepositoryPostgres, OfAnotherKindOrFormatIsRefusedAndLeftAlone) {
     EXPECT_EQ(FaultOf(schema.Location(), SMRepository::createIfAbsent), Prefix() + "It is no repository of models.");
     schema.Sql("DROP TABLE other");
     { SMRepository repository(schema.Location(), SMRepository::createIfAbsent); }
-    schema.Sql("UPDATE repo_store SET value = '2' WHERE name = 'format'");
+    schema.Sql("UPDATE repo_store SET value = '3' WHERE name = 'format'");
     EXPECT_EQ(FaultOf(schema.Location()),
-              Prefix() + "It has the format 2; this build reads and writes formats up to 1. Use a newer release.");
+              Prefix() + "It has the format 3; this build reads and writes formats up to 2. Use a newer release.");
+}
+
+TEST_F(SMRepositoryPostgres, OfTheFormatBeforeGetsItsViewOfRoles) {
+    { SMRepository repository(schema.Location(), SMRepository::createIfAbsent); }
+    schema.Sql("ALTER VIEW current_item_role RENAME TO \"current_role\"");
+    schema.Sql("UPDATE repo_store SET value = '1'");
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(FaultOf(schema.Location()), "none");
+    EXPECT_EQ(schema.Sql("SELECT count(role_id) FROM current_item_role"), "0");
+    EXPECT_EQ(schema.Sql("SELECT value FROM repo_store"), "2");
+}
+
+TEST_F(SMRepositoryPostgres, ViewsNeedNoQuotes) {
+    { SMRepository repository(schema.Location(), SMRepository::createIfAbsent); }
+    EXPECT_EQ(schema.Sql("SELECT count(*) FROM information_schema.views WHERE table_schema = current_schema()"), "30");
+    EXPECT_EQ(schema.Sql("SELECT string_agg(word, ' ') FROM pg_get_keywords() JOIN information_schema.views ON table_name = word "
+                         "WHERE table_schema = current_schema() AND catcode <> 'U'"),
+              "");
 }
 
 TEST_F(SMRepositoryPostgres, WhatKeepsItFromOpeningIsTold) {

@@ -25,10 +25,10 @@ class QvULCollection {
   public:
     void push_back(T* pItem) {
         const QvULString key = pItem ? m_g(pItem) : QvULString();
-        if (key.empty()) {
+        if (!pItem || key.empty()) {
             m_namemap.clear();
         } else if (m_vector.empty() || !m_namemap.empty()) {
-            TKL_ASSERT(m_namemap.find(key) == m_namemap.end());
+            TKL_ASSERT(m_namemap.find(m_g(pItem)) == m_namemap.end());
             m_namemap.emplace(key, m_vector.size());
         }
         m_vector.emplace_back(pItem);

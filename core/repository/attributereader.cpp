@@ -82,7 +82,8 @@ class AttributeReader::Filling : public IOParameter {
 
     int GetKind() const override { return kindHash; }
     void insertOrReplace(const QvULString& key, IOParameter* value) override {
-        m_reader.m_held.emplace_back(value);
+        QvSmartPtr<IOParameter> held(value);  // before there may be no memory for its place
+        m_reader.m_held.push_back(std::move(held));
         if (!fault.empty()) return;
         m_reader.Grow(m_at + 1);
         fault = m_reader.Take(m_at, key, value);

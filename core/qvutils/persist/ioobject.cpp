@@ -6,6 +6,7 @@
 namespace {
 
 void Put(IOParameter& row, const I18NString& column, const char* fallback, IOParameter* value) {
+    const QvSmartPtr<IOParameter> held(value);  // before there may be no memory for its name
     row.insertOrReplace(column.empty() ? QvULString(fallback) : QvULString(column), value);
 }
 

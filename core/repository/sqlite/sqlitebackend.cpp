@@ -93,6 +93,17 @@ std::int64_t AskNumber(sqlite3* database, const std::string& sql) {
     return sqlite3_column_int64(statement.get(), 0);
 }
 
+/** A new file gets its log under a lock that SQLite does not wait for, when several make it at once. */
+void TurnLogOn(sqlite3* database) {
+    constexpr const char* SQL = "PRAGMA journal_mode=WAL";
+    constexpr int STEP = 5;
+    for (int waited = 0; waited < BUSY_MILLISECONDS; waited += STEP) {
+        if ((sqlite3_exec(database, SQL, nullptr, nullptr, nullptr) & 0xFF) != SQLITE_BUSY) break;
+        sqlite3_sleep(STEP);
+    }
+    Execute(database, SQL);
+}
+
 bool IsAbsent(const std::string& path) {
     struct stat status;
     return stat(path.c_str(), &status) != 0 && errno == ENOENT;
@@ -265,7 +276,7 @@ class SqliteInsert : public RowInsert {
 class SqliteConnection : public StoreConnection {
   public:
     SqliteConnection(const std::string& path, int flags) : m_database(OpenFile(path, flags)) {
-        Execute(m_database.get(), "PRAGMA journal_mode=WAL");
+        TurnLogOn(m_database.get());
         Execute(m_database.get(), "PRAGMA synchronous=FULL");
         Execute(m_database.get(), "PRAGMA cache_size=-65536");
         Execute(m_database.get(), "PRAGMA temp_store=MEMORY");

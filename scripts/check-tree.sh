@@ -5,10 +5,14 @@ here=$(cd "$(dirname "$0")" && pwd)
 cd "${1:-$here/..}" || exit 2
 
 breaches=$(mktemp)
-trap 'rm -f "$breaches"' EXIT
+included=$(mktemp)
+trap 'rm -f "$breaches" "$included"' EXIT
 breach() { sed "s|^|$1: |" >>"$breaches"; }
 
 sources() { find core objects tools tests bench examples fuzz -name '*.h' -o -name '*.inc' -o -name '*.cpp' 2>/dev/null | sort; }
+
+# Lines of a file and what it includes; a walk reads them without a process for each.
+sources | xargs grep -HE '^ *# *include "[^"]+"' /dev/null | sed -E 's/^([^:]+):[^"]*"([^"]+)".*/\1 \2/' >"$included"
 
 # Folders from low to high, and what each may include besides itself and the host layer below all.
 below() {
@@ -27,22 +31,18 @@ below() {
     esac
 }
 
-folder() { echo "$1" | cut -d/ -f1-2; }
-includes() { sed -nE 's|^ *# *include "([^"]+)".*|\1|p' "$1"; }
-
 # Headers look downward only.
-find core objects \( -name '*.h' -o -name '*.inc' \) | sort | while read -r header; do
-    own=$(folder "$header")
-    if ! allowed=$(below "$own"); then
-        echo "$header"
-        continue
+find core objects \( -name '*.h' -o -name '*.inc' \) -printf '%h\n' | cut -d/ -f1-2 | sort -u | while read -r own; do
+    if allowed=$(below "$own"); then
+        sed -nE "s|^($own/[^ ]*\.(h\|inc)) |\1 |p" "$included" | while read -r header name; do
+            case " core/qvutils $own $allowed " in
+            *" ${name%"/${name#*/*/}"} "*) ;;
+            *) echo "$header includes $name" ;;
+            esac
+        done
+    else
+        find "$own" -name '*.h' -o -name '*.inc'
     fi
-    for included in $(includes "$header"); do
-        case " core/qvutils $own $allowed " in
-        *" $(folder "$included") "*) ;;
-        *) echo "$header includes $included" ;;
-        esac
-    done
 done | breach "looks upward, or stands in a folder without a layer"
 
 # Sources may look up within their library, never into what stands on it.
@@ -53,28 +53,28 @@ done | breach "looks upward, or stands in a folder without a layer"
 } | breach "looks into a higher library"
 
 # The command uses the libraries as any program would, through their faces.
-find tools -name '*.h' -o -name '*.cpp' 2>/dev/null | sort | while read -r file; do
-    for included in $(includes "$file"); do
-        case $included in
-        objects/face/* | core/repository/smrepository*.h | core/qvutils/diag/* | objects/project/smproject2_002_000.h | tools/*) ;;
-        *) echo "$file includes $included" ;;
-        esac
-    done
+grep '^tools/' "$included" | while read -r file name; do
+    case $name in
+    objects/face/* | core/repository/smrepository*.h | core/qvutils/diag/* | objects/project/smproject2_002_000.h | tools/*) ;;
+    *) echo "$file includes $name" ;;
+    esac
 done | breach "not a public face"
 
 # Headers that others read need nothing but the standard library.
 "$here/public-headers.sh" | xargs grep -HnE '^ *# *include <(xercesc|unicode|sqlite3|libpq|CLI|nlohmann)' /dev/null |
     breach "foreign library in a public header"
 
-sources | while read -r file; do
-    case $file in *.h) grep -q '^#pragma once' "$file" || echo "$file" ;; esac
-done | breach "no #pragma once"
+sources | grep '\.h$' | xargs grep -L '^#pragma once' /dev/null | grep -v '^/dev/null$' | breach "no #pragma once"
 
-sources | while read -r file; do
-    for included in $(includes "$file"); do
-        [ -e "$included" ] || echo "$file includes $included"
-    done
-done | breach "include not from the root of the tree"
+while read -r file name; do
+    [ -e "$name" ] || echo "$file includes $name"
+done <"$included" | breach "include not from the root of the tree"
+
+# A header compiles alone: its source includes it first, so that a header without a source is all that a test has to compile.
+sources | grep '\.cpp$' | while read -r file; do
+    header=${file%.cpp}.h
+    if [ -e "$header" ] && [ "$(grep -m1 '^ *# *include' "$file")" != "#include \"$header\"" ]; then echo "$file"; fi
+done | breach "does not include its own header first"
 
 # A comment stands for itself: it defers nothing and points to nothing outside of the tree.
 find . \( -name .git -o -name build -o -path './tests/data' -o -path './examples/models' \) -prune -o -type f ! -name LICENSE -print0 |

@@ -17,7 +17,7 @@ clean() {
     header core/repository/store.h '#include "core/qvutils/base/low.h"'
     header objects/base/mid.h '#include "core/qvutils/base/low.h"' 'class SM_API Mid {};'
     header objects/query/high.h '#include "objects/base/mid.h"' 'class SM_API High {};'
-    echo '#include "objects/query/high.h"' >objects/base/mid.cpp
+    printf '#include "%s"\n' objects/base/mid.h objects/query/high.h >objects/base/mid.cpp
     mkdir examples
     echo 'int main() {}' >examples/first_program.cpp
     printf '%s\n' '```cpp' 'int main() {}' '```' >README.md
@@ -46,9 +46,9 @@ header objects/query/high.h '#include "objects/dimensional/cube.h"'
 expect 'looks upward.*objects/query/high.h includes objects/dimensional/cube.h'
 header objects/elsewhere/new.h
 expect 'folder without a layer: objects/elsewhere/new.h'
-echo '#include "objects/base/mid.h"' >core/repository/store.cpp
+printf '#include "%s"\n' core/repository/store.h objects/base/mid.h >core/repository/store.cpp
 expect 'looks into a higher library: core/repository/store.cpp'
-echo '  #include "core/repository/store.h"' >objects/base/mid.cpp
+echo '  #include "core/repository/store.h"' >>objects/base/mid.cpp
 expect 'looks into a higher library: objects/base/mid.cpp'
 header objects/face/door.h '#include "objects/base/mid.h"' 'class SM_API Door {};'
 header tools/smodel/use.h '#include "objects/face/door.h"' '#include "objects/base/mid.h"'
@@ -57,9 +57,11 @@ header core/qvutils/base/low.h '#include <sqlite3.h>' 'class SM_API Low {};'
 expect 'foreign library in a public header: core/qvutils/base/low.h'
 echo 'class Low;' >core/qvutils/base/plain.h
 expect 'no #pragma once: core/qvutils/base/plain.h'
-echo '#include "mid.h"' >objects/base/mid.cpp
+echo '#include "mid.h"' >>objects/base/mid.cpp
 expect 'include not from the root.*objects/base/mid.cpp includes mid.h'
-printf '// TO%s: more\n' DO >objects/base/mid.cpp
+echo '#include "objects/query/high.h"' >objects/base/mid.cpp
+expect 'own header first: objects/base/mid.cpp'
+printf '// TO%s: more\n' DO >>objects/base/mid.cpp
 expect 'defers work.*objects/base/mid.cpp'
 echo 'int main() { return 1; }' >examples/first_program.cpp
 expect 'README.md and examples/first_program.cpp differ'

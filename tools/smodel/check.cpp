@@ -12,8 +12,6 @@
 #include "tools/smodel/report.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 struct Arguments {
@@ -51,14 +49,13 @@ int Check(const Arguments& arguments) {
 
 }  // namespace
 
-void AddCheck(CLI::App& app, int& status) {
-    auto arguments = std::make_shared<Arguments>();
-    CLI::App* const command =
-        app.add_subcommand("check", "Read a model; print what is wrong with it, what a save would not keep, and its objects by kind");
-    command->add_option("MODEL", arguments->model, "The document; - is standard input")->required();
-    command->add_flag("--all", arguments->all, "Print each event, instead of those of one kind once with their number");
-    CLI::Option* const json = command->add_flag("--json", arguments->json, "Print all as one JSON object");
-    command->add_flag("--sarif", arguments->sarif, "Print the findings as SARIF 2.1.0, for tools that show them")->excludes(json);
-    AddLimits(*command);
-    command->callback([arguments, &status] { status = Check(*arguments); });
+void AddCheck(const Command& app) {
+    const auto [command, arguments] = app.Add<Arguments>(
+        "check", "Read a model; print what is wrong with it, what a save would not keep, and its objects by kind", Check);
+    command.Argument("MODEL", arguments.model, "The document; - is standard input");
+    command.Flag("--all", arguments.all, "Print each event, instead of those of one kind once with their number");
+    command.Flag("--json", arguments.json, "Print all as one JSON object");
+    command.Flag("--sarif", arguments.sarif, "Print the findings as SARIF 2.1.0, for tools that show them");
+    command.Exclude("--sarif", "--json");
+    AddLimits(command);
 }

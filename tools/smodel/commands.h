@@ -3,19 +3,17 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-}
+#include "tools/smodel/command.h"
 
-// Each adds its subcommand, which sets the exit status when it has run. `status` is borrowed for as long as the command line lives.
-void AddCheck(CLI::App& app, int& status);
-void AddFmt(CLI::App& app, int& status);
-void AddLs(CLI::App& app, int& status);
-void AddShow(CLI::App& app, int& status);
-/** `words`, borrowed as well: the command line as it was given. */
-void AddRename(CLI::App& app, int& status, const std::vector<std::string>& words);
-void AddSplit(CLI::App& app, int& status);
-void AddJoin(CLI::App& app, int& status);
-void AddRepo(CLI::App& app, int& status);
-void AddExplain(CLI::App& app, int& status);
-void AddDemo(CLI::App& app, int& status);
+// Each adds its subcommand.
+void AddCheck(const Command& app);
+void AddFmt(const Command& app);
+void AddLs(const Command& app);
+void AddShow(const Command& app);
+/** `words`: the command line as it was given; borrowed as long as that lives. */
+void AddRename(const Command& app, const std::vector<std::string>& words);
+void AddSplit(const Command& app);
+void AddJoin(const Command& app);
+void AddRepo(const Command& app);
+void AddExplain(const Command& app);
+void AddDemo(const Command& app);

@@ -20,8 +20,6 @@
 #include "tools/smodel/repositories.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 using namespace schema_002_000;
@@ -181,11 +179,9 @@ int Demo(const Arguments& arguments) {
 
 }  // namespace
 
-void AddDemo(CLI::App& app, int& status) {
-    auto arguments = std::make_shared<Arguments>();
-    CLI::App* const command = app.add_subcommand("demo", "Take models to a new repository and back, and show what happens");
-    command->add_option("MODEL", arguments->models, "Documents")->required();
-    command->add_option("--keep", arguments->directory, "Leave the repositories and documents in this directory")->type_name("DIR");
-    AddLimits(*command);
-    command->callback([arguments, &status] { status = Demo(*arguments); });
+void AddDemo(const Command& app) {
+    const auto [command, arguments] = app.Add<Arguments>("demo", "Take models to a new repository and back, and show what happens", Demo);
+    command.Arguments("MODEL", arguments.models, "Documents");
+    command.Option("--keep", "DIR", arguments.directory, "Leave the repositories and documents in this directory");
+    AddLimits(command);
 }

@@ -6,8 +6,6 @@
 #include "tools/smodel/status.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 struct Arguments {
@@ -43,11 +41,9 @@ int Explain(const Arguments& arguments) {
 
 }  // namespace
 
-void AddExplain(CLI::App& app, int& status) {
-    auto arguments = std::make_shared<Arguments>();
-    CLI::App* const command =
-        app.add_subcommand("explain", "Tell what a code of a finding means, and what to do; without a code, list them");
-    command->add_option("CODE", arguments->code, "As it stands in brackets behind the severity, like SM1001");
-    command->add_flag("--all", arguments->all, "Explain all of them");
-    command->callback([arguments, &status] { status = Explain(*arguments); });
+void AddExplain(const Command& app) {
+    const auto [command, arguments] =
+        app.Add<Arguments>("explain", "Tell what a code of a finding means, and what to do; without a code, list them", Explain);
+    command.Argument("CODE", arguments.code, "As it stands in brackets behind the severity, like SM1001", Command::Use::optional);
+    command.Flag("--all", arguments.all, "Explain all of them");
 }

@@ -5,8 +5,6 @@
 #include "tools/smodel/limits.h"
 #include "tools/smodel/models.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 struct Arguments : LossArguments {
@@ -24,13 +22,11 @@ int Fmt(const Arguments& arguments) {
 
 }  // namespace
 
-void AddFmt(CLI::App& app, int& status) {
-    auto arguments = std::make_shared<Arguments>();
-    CLI::App* const command = app.add_subcommand("fmt", "Write a model as canonical document");
-    command->add_option("IN", arguments->in, "The document; - is standard input")->required();
-    command->add_option("-o,--output", arguments->out, "Where to write; - is standard output")->type_name("OUT")->capture_default_str();
-    AddLossOption(*command, *arguments);
-    command->add_flag("--indent", arguments->indent, "Lay the document out for people");
-    AddLimits(*command);
-    command->callback([arguments, &status] { status = Fmt(*arguments); });
+void AddFmt(const Command& app) {
+    const auto [command, arguments] = app.Add<Arguments>("fmt", "Write a model as canonical document", Fmt);
+    command.Argument("IN", arguments.in, "The document; - is standard input");
+    command.Option("-o,--output", "OUT", arguments.out, "Where to write; - is standard output");
+    AddLossOption(command, arguments);
+    command.Flag("--indent", arguments.indent, "Lay the document out for people");
+    AddLimits(command);
 }

@@ -7,8 +7,6 @@
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 struct Arguments : LossArguments {
@@ -37,17 +35,14 @@ int Join(const Arguments& arguments) {
 
 }  // namespace
 
-void AddJoin(CLI::App& app, int& status) {
-    auto arguments = std::make_shared<Arguments>();
-    CLI::App* const command = app.add_subcommand("join", "Write a model of several files as one canonical document");
-    command->add_option("MAIN", arguments->main, "The main document; - is standard input, with its files in the working directory")
-        ->required();
-    command->add_option("-o,--output", arguments->out, "Where to write; - is standard output")->type_name("OUT")->capture_default_str();
-    command->add_flag("--indent", arguments->indent, "Lay the document out for people");
-    AddLossOption(*command, *arguments);
-    AddLimits(*command);
-    command->footer(
+void AddJoin(const Command& app) {
+    const auto [command, arguments] = app.Add<Arguments>("join", "Write a model of several files as one canonical document", Join);
+    command.Argument("MAIN", arguments.main, "The main document; - is standard input, with its files in the working directory");
+    command.Option("-o,--output", "OUT", arguments.out, "Where to write; - is standard output");
+    command.Flag("--indent", arguments.indent, "Lay the document out for people");
+    AddLossOption(command, arguments);
+    AddLimits(command);
+    command.Footer(
         "Nothing is written when one of the files cannot be read. Files outside the directory of MAIN are never opened. Notes tell\n"
         "what the files did not bring back.");
-    command->callback([arguments, &status] { status = Join(*arguments); });
 }

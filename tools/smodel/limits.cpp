@@ -6,8 +6,6 @@
 
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 SMXMLLimits& Limits() {
@@ -27,7 +25,7 @@ std::string List() {
 }
 
 [[noreturn]] void Refuse(const std::string& why) {
-    throw CLI::ValidationError("--limits", why + "; there are, with their defaults:\n" + List());
+    throw UsageError{"--limits", why + "; there are, with their defaults:\n" + List()};
 }
 
 /** Digits, and K, M or G behind them. */
@@ -53,25 +51,19 @@ void Set(std::string_view assignment) {
     Refuse("\"" + std::string(assignment) + "\" is no NAME=NUMBER of a limit");
 }
 
-void Take(const std::vector<std::string>& assignments) {
-    for (const std::string& assignment : assignments) {
-        if (assignment == "help") {
-            Print("Limits on what is read, with their defaults:\n" + List());
-            throw CLI::Success();
-        }
+bool Take(const std::string& assignment) {
+    if (assignment != "help") {
         Set(assignment);
+        return true;
     }
+    Print("Limits on what is read, with their defaults:\n" + List());
+    return false;
 }
 
 }  // namespace
 
-void AddLimits(CLI::App& command) {
-    command
-        .add_option_function<std::vector<std::string>>("--limits", Take, "Bounds on what is read; \"help\" lists them with their defaults")
-        ->delimiter(',')
-        ->allow_extra_args(false)
-        ->trigger_on_parse()
-        ->type_name("NAME=NUMBER,...");
+void AddLimits(const Command& command) {
+    command.EachOf("--limits", "NAME=NUMBER,...", Take, "Bounds on what is read; \"help\" lists them with their defaults");
 }
 
 const SMXMLLimits& LimitsInForce() {

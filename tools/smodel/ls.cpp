@@ -9,8 +9,6 @@
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 using schema_002_000::SMObjectLine;
@@ -45,11 +43,10 @@ int List(const Arguments& arguments) {
 
 }  // namespace
 
-void AddLs(CLI::App& app, int& status) {
-    auto arguments = std::make_shared<Arguments>();
-    CLI::App* const command = app.add_subcommand("ls", "List the objects of a model: kind, object id, path and id, a tab between them");
-    command->add_option("MODEL", arguments->model, "The document; - is standard input")->required();
-    command->add_flag("--json", arguments->json, "Print an array of objects");
-    AddLimits(*command);
-    command->callback([arguments, &status] { status = List(*arguments); });
+void AddLs(const Command& app) {
+    const auto [command, arguments] =
+        app.Add<Arguments>("ls", "List the objects of a model: kind, object id, path and id, a tab between them", List);
+    command.Argument("MODEL", arguments.model, "The document; - is standard input");
+    command.Flag("--json", arguments.json, "Print an array of objects");
+    AddLimits(command);
 }

@@ -5,40 +5,32 @@
 #include <vector>
 
 #include "core/qvutils/diag/tklerrors.h"
+#include "tools/smodel/command.h"
 #include "tools/smodel/commands.h"
 #include "tools/smodel/interrupt.h"
 #include "tools/smodel/status.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 int Run(int argc, char** argv) {
-    int status = STATUS_CLEAN;
     const std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
-    CLI::App app("Works on business metadata models: documents, and repositories that hold them.", "smodel");
-    app.set_version_flag("--version", std::string("smodel ") + SMODEL_VERSION);
-    app.require_subcommand(1);
-    app.footer(
-        "Exit status: 0 clean; 1 findings or differences; 2 wrong usage, or something that cannot be read or written; 3 content would\n"
-        "be lost; 4 the repository has moved on; 130 interrupted.");
-    AddCheck(app, status);
-    AddFmt(app, status);
-    AddLs(app, status);
-    AddShow(app, status);
-    AddRename(app, status, words);
-    AddSplit(app, status);
-    AddJoin(app, status);
-    AddRepo(app, status);
-    AddExplain(app, status);
-    AddDemo(app, status);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? STATUS_CLEAN : STATUS_UNUSABLE;
-    }
-    return status;
+    CommandLine line(
+        "Works on business metadata models: documents, and repositories that hold them.", "smodel", "smodel " SMODEL_VERSION,
+        "Exit status: 0 clean; 1 findings or differences; 2 wrong usage, or something that cannot be read or written; 3 content "
+        "would\nbe lost; 4 the repository has moved on; 130 interrupted.");
+    const Command root = line.Root();
+    AddCheck(root);
+    AddFmt(root);
+    AddLs(root);
+    AddShow(root);
+    AddRename(root, words);
+    AddSplit(root);
+    AddJoin(root);
+    AddRepo(root);
+    AddExplain(root);
+    AddDemo(root);
+    return line.Run(argc, argv);
 }
 
 }  // namespace

@@ -6,8 +6,6 @@
 #include "tools/smodel/limits.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 using namespace schema_002_000;
 
 std::string InputPath(const std::string& given) {
@@ -51,8 +49,8 @@ SMLoadResult ReadModel(const std::string& given, bool quiet) {
     return result;
 }
 
-void AddLossOption(CLI::App& command, LossArguments& arguments) {
-    command.add_flag("--accept-loss", arguments.acceptLoss, "Write even if content of the document is lost; it is listed all the same");
+void AddLossOption(const Command& command, LossArguments& arguments) {
+    command.Flag("--accept-loss", arguments.acceptLoss, "Write even if content of the document is lost; it is listed all the same");
 }
 
 std::vector<SMDiagnostic> DiagnosticsOf(const std::vector<SMLoss>& losses) {

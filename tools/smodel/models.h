@@ -4,14 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "tools/smodel/command.h"
 #include "objects/face/smaccounting_002_000.h"
 #include "objects/face/smmodelcheck_002_000.h"
 #include "objects/face/smmodeldocument_002_000.h"
 #include "tools/smodel/status.h"
-
-namespace CLI {
-class App;
-}
 
 /** The path that the library gets for what the user gave: "-" is standard input, or output. */
 std::string InputPath(const std::string& given);
@@ -29,7 +26,7 @@ schema_002_000::SMLoadResult ReadModel(const std::string& given, bool quiet = fa
 struct LossArguments {
     bool acceptLoss = false;
 };
-void AddLossOption(CLI::App& command, LossArguments& arguments);
+void AddLossOption(const Command& command, LossArguments& arguments);
 
 /** The losses in the form that is printed. */
 std::vector<SMDiagnostic> DiagnosticsOf(const std::vector<schema_002_000::SMLoss>& losses);

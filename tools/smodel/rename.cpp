@@ -9,8 +9,6 @@
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 using schema_002_000::SMNamespaceRename;
@@ -33,8 +31,8 @@ SMNamespaceRename Parse(const std::string& argument) {
         else
             name += argument[i];
     }
-    if (!split) throw CLI::ValidationError("OLD=NEW", "'" + argument + "' has no equals sign");
-    if (rename.oldName.empty() || rename.newName.empty()) throw CLI::ValidationError("OLD=NEW", "'" + argument + "' lacks a name");
+    if (!split) throw UsageError{"OLD=NEW", "'" + argument + "' has no equals sign"};
+    if (rename.oldName.empty() || rename.newName.empty()) throw UsageError{"OLD=NEW", "'" + argument + "' lacks a name"};
     return rename;
 }
 
@@ -43,7 +41,7 @@ int Rename(const Arguments& arguments, const std::vector<std::string>& words) {
     for (const std::string& argument : arguments.renames) {
         // a word in brackets has been taken apart as if it were a list; its new name would end with a bracket
         if (std::find(words.begin(), words.end(), argument) == words.end())
-            throw CLI::ValidationError("OLD=NEW", "a name cannot begin with a bracket when the other one ends with one");
+            throw UsageError{"OLD=NEW", "a name cannot begin with a bracket when the other one ends with one"};
         renames.push_back(Parse(argument));
     }
     int status = STATUS_CLEAN;
@@ -65,15 +63,14 @@ int Rename(const Arguments& arguments, const std::vector<std::string>& words) {
 
 }  // namespace
 
-void AddRename(CLI::App& app, int& status, const std::vector<std::string>& words) {
-    auto arguments = std::make_shared<Arguments>();
-    CLI::App* const command = app.add_subcommand("rename", "Rename namespaces, and carry their new names into the references that follow");
-    command->add_option("IN", arguments->in, "The document; - is standard input")->required();
-    command->add_option("OLD=NEW", arguments->renames, "Old and new name of a namespace; \\= stands for an equals sign in a name")
-        ->required();
-    command->add_option("-o,--output", arguments->out, "Where to write; - is standard output")->type_name("OUT")->required();
-    AddLossOption(*command, *arguments);
-    AddLimits(*command);
-    command->footer("The texts that still use an old name afterwards are listed: references of two parts are not renamed.");
-    command->callback([arguments, &status, &words] { status = Rename(*arguments, words); });
+void AddRename(const Command& app, const std::vector<std::string>& words) {
+    const auto [command, arguments] =
+        app.Add<Arguments>("rename", "Rename namespaces, and carry their new names into the references that follow",
+                           [&words](const Arguments& typed) { return Rename(typed, words); });
+    command.Argument("IN", arguments.in, "The document; - is standard input");
+    command.Arguments("OLD=NEW", arguments.renames, "Old and new name of a namespace; \\= stands for an equals sign in a name");
+    command.Option("-o,--output", "OUT", arguments.out, "Where to write; - is standard output", Command::Use::required);
+    AddLossOption(command, arguments);
+    AddLimits(command);
+    command.Footer("The texts that still use an old name afterwards are listed: references of two parts are not renamed.");
 }

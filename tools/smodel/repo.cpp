@@ -2,23 +2,20 @@
 
 #include "tools/smodel/commands.h"
 
-#include <CLI/CLI.hpp>
-
-void AddRepositoryOption(CLI::App& command, RepositoryArguments& arguments) {
-    command.add_option("REPO", arguments.repository, "The repository: a file name, sqlite:FILE, or postgresql://...")->required();
+void AddRepositoryOption(const Command& command, RepositoryArguments& arguments) {
+    command.Argument("REPO", arguments.repository, "The repository: a file name, sqlite:FILE, or postgresql://...");
 }
 
-void AddRepositoryOptions(CLI::App& command, RepositoryArguments& arguments) {
+void AddRepositoryOptions(const Command& command, RepositoryArguments& arguments) {
     AddRepositoryOption(command, arguments);
-    command.add_option("--project", arguments.project, "The id or name of the project, where there are several")->type_name("NAME|ID");
+    command.Option("--project", "NAME|ID", arguments.project, "The id or name of the project, where there are several");
 }
 
-void AddRepo(CLI::App& app, int& status) {
-    CLI::App* const repo = app.add_subcommand("repo", "Keep models in a repository, with their history");
-    repo->require_subcommand(1);
-    AddRepoPut(*repo, status);
-    AddRepoGet(*repo, status);
-    AddRepoHistory(*repo, status);
-    AddRepoRestore(*repo, status);
-    AddRepoVerify(*repo, status);
+void AddRepo(const Command& app) {
+    const Command repo = app.AddGroup("repo", "Keep models in a repository, with their history");
+    AddRepoPut(repo);
+    AddRepoGet(repo);
+    AddRepoHistory(repo);
+    AddRepoRestore(repo);
+    AddRepoVerify(repo);
 }

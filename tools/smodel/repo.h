@@ -2,22 +2,20 @@
 
 #include <string>
 
-namespace CLI {
-class App;
-}
+#include "tools/smodel/command.h"
 
 /** What every subcommand of "repo" is given. */
 struct RepositoryArguments {
     std::string repository, project;
 };
 
-void AddRepositoryOption(CLI::App& command, RepositoryArguments& arguments);
+void AddRepositoryOption(const Command& command, RepositoryArguments& arguments);
 /** The repository, and the project where it holds more than one. */
-void AddRepositoryOptions(CLI::App& command, RepositoryArguments& arguments);
+void AddRepositoryOptions(const Command& command, RepositoryArguments& arguments);
 
-// Each adds its subcommands to "repo"; `status` is borrowed as by the other commands.
-void AddRepoPut(CLI::App& repo, int& status);
-void AddRepoGet(CLI::App& repo, int& status);
-void AddRepoHistory(CLI::App& repo, int& status);
-void AddRepoRestore(CLI::App& repo, int& status);
-void AddRepoVerify(CLI::App& repo, int& status);
+// Each adds its subcommands to "repo".
+void AddRepoPut(const Command& repo);
+void AddRepoGet(const Command& repo);
+void AddRepoHistory(const Command& repo);
+void AddRepoRestore(const Command& repo);
+void AddRepoVerify(const Command& repo);

@@ -7,8 +7,6 @@
 #include "tools/smodel/repositories.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 struct Arguments : RepositoryArguments {
@@ -40,15 +38,11 @@ int Get(const Arguments& arguments) {
 
 }  // namespace
 
-void AddRepoGet(CLI::App& repo, int& status) {
-    auto arguments = std::make_shared<Arguments>();
-    CLI::App* const get = repo.add_subcommand("get", "Give back the document of a revision, byte for byte");
-    AddRepositoryOptions(*get, *arguments);
-    get->add_option("-o,--output", arguments->output, "Where to write; - is standard output")->type_name("OUT")->required();
-    get->add_option(
-           "--at", arguments->at,
-           "A revision, or a moment or day (2026-11-21T18:00:00, 2026-11-21, in UTC) for the newest up to it; by default the newest")
-        ->type_name("REV|TIME");
-    get->add_flag("--rows", arguments->rows, "Load the model from its rows, and write it as canonical document");
-    get->callback([arguments, &status] { status = Get(*arguments); });
+void AddRepoGet(const Command& repo) {
+    const auto [get, arguments] = repo.Add<Arguments>("get", "Give back the document of a revision, byte for byte", Get);
+    AddRepositoryOptions(get, arguments);
+    get.Option("-o,--output", "OUT", arguments.output, "Where to write; - is standard output", Command::Use::required);
+    get.Option("--at", "REV|TIME", arguments.at,
+               "A revision, or a moment or day (2026-11-21T18:00:00, 2026-11-21, in UTC) for the newest up to it; by default the newest");
+    get.Flag("--rows", arguments.rows, "Load the model from its rows, and write it as canonical document");
 }

@@ -10,8 +10,6 @@
 #include "tools/smodel/telling.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 using nlohmann::ordered_json;
@@ -146,17 +144,17 @@ int Prune(const Arguments& arguments) {
     return STATUS_CLEAN;
 }
 
-using Run = int (*)(const Arguments&);
+using Added = AddedCommand<Arguments>;
 
-CLI::App& Add(CLI::App& repo, int& status, const char* name, const char* about, const std::shared_ptr<Arguments>& arguments, Run run) {
-    CLI::App* const command = repo.add_subcommand(name, about);
-    AddRepositoryOptions(*command, *arguments);
-    command->callback([arguments, &status, run] { status = run(*arguments); });
-    return *command;
+/** A command on one project. */
+Added Add(const Command& repo, const char* name, const char* about, int (*run)(const Arguments&)) {
+    const Added added = repo.Add<Arguments>(name, about, run);
+    AddRepositoryOptions(added.command, added.arguments);
+    return added;
 }
 
-void AddJson(CLI::App& command, Arguments& arguments) {
-    command.add_flag("--json", arguments.json, "Print JSON");
+void AddJson(const Added& added) {
+    added.command.Flag("--json", added.arguments.json, "Print JSON");
 }
 
 constexpr const char* OBJECT_HELP =
@@ -164,34 +162,26 @@ constexpr const char* OBJECT_HELP =
 
 }  // namespace
 
-void AddRepoHistory(CLI::App& repo, int& status) {
-    auto listing = std::make_shared<Arguments>();
-    CLI::App* const ls = repo.add_subcommand("ls", "List the projects: number, name, id, newest revision, when (UTC), and by whom");
-    AddRepositoryOption(*ls, *listing);
-    AddJson(*ls, *listing);
-    ls->callback([listing, &status] { status = ListProjects(*listing); });
+void AddRepoHistory(const Command& repo) {
+    const Added ls =
+        repo.Add<Arguments>("ls", "List the projects: number, name, id, newest revision, when (UTC), and by whom", ListProjects);
+    AddRepositoryOption(ls.command, ls.arguments);
+    AddJson(ls);
 
-    auto logging = std::make_shared<Arguments>();
-    CLI::App& log = Add(repo, status, "log", "List the revisions, or those of an object, the newest first", logging, Log);
-    log.add_option("OBJECT", logging->object, OBJECT_HELP);
-    AddJson(log, *logging);
+    const Added log = Add(repo, "log", "List the revisions, or those of an object, the newest first", Log);
+    log.command.Argument("OBJECT", log.arguments.object, OBJECT_HELP, Command::Use::optional);
+    AddJson(log);
 
-    auto diffing = std::make_shared<Arguments>();
-    CLI::App& diff = Add(repo, status, "diff", "Tell what is different between two revisions, object by object", diffing, Diff);
-    diff.add_option("REV1", diffing->first, "A revision, a moment or a day")->required();
-    diff.add_option("REV2", diffing->second, "The same; by default the newest revision");
-    AddJson(diff, *diffing);
-    diff.footer("The exit status is 1 when there are differences.");
+    const Added diff = Add(repo, "diff", "Tell what is different between two revisions, object by object", Diff);
+    diff.command.Argument("REV1", diff.arguments.first, "A revision, a moment or a day");
+    diff.command.Argument("REV2", diff.arguments.second, "The same; by default the newest revision", Command::Use::optional);
+    AddJson(diff);
+    diff.command.Footer("The exit status is 1 when there are differences.");
 
-    auto blaming = std::make_shared<Arguments>();
-    CLI::App& blame = Add(repo, status, "blame", "Tell which revision set each value of an object", blaming, Blame);
-    blame.add_option("OBJECT", blaming->object, OBJECT_HELP)->required();
-    AddJson(blame, *blaming);
+    const Added blame = Add(repo, "blame", "Tell which revision set each value of an object", Blame);
+    blame.command.Argument("OBJECT", blame.arguments.object, OBJECT_HELP);
+    AddJson(blame);
 
-    auto pruning = std::make_shared<Arguments>();
-    CLI::App& prune = Add(repo, status, "prune", "Remove what only old revisions hold; nothing else ever removes", pruning, Prune);
-    prune.add_option("--keep", pruning->keep, "How many of the newest revisions stay")
-        ->type_name("N")
-        ->required()
-        ->check(CLI::PositiveNumber);
+    const Added prune = Add(repo, "prune", "Remove what only old revisions hold; nothing else ever removes", Prune);
+    prune.command.Number("--keep", "N", prune.arguments.keep, "How many of the newest revisions stay");
 }

@@ -13,8 +13,6 @@
 #include "tools/smodel/repositories.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 struct Arguments : RepositoryArguments, LossArguments {
@@ -67,21 +65,19 @@ int Put(const Arguments& arguments) {
 
 }  // namespace
 
-void AddRepoPut(CLI::App& repo, int& status) {
-    auto arguments = std::make_shared<Arguments>();
-    CLI::App* const put = repo.add_subcommand("put", "Save a model as a new revision, in a new repository if there is none");
-    AddRepositoryOptions(*put, *arguments);
-    put->add_option("MODEL", arguments->model, "The document; - is standard input")->required();
-    put->add_option("-m,--message", arguments->message, "Why; stands with the revision")->type_name("MESSAGE");
-    put->add_option("--author", arguments->author, "Who; by default the login name")->type_name("NAME");
-    put->add_option("--base", arguments->base, "The revision that the model was made from; by default the newest")->type_name("REV");
-    AddLossOption(*put, *arguments);
-    AddLimits(*put);
-    put->footer(
+void AddRepoPut(const Command& repo) {
+    const auto [put, arguments] = repo.Add<Arguments>("put", "Save a model as a new revision, in a new repository if there is none", Put);
+    AddRepositoryOptions(put, arguments);
+    put.Argument("MODEL", arguments.model, "The document; - is standard input");
+    put.Option("-m,--message", "MESSAGE", arguments.message, "Why; stands with the revision");
+    put.Option("--author", "NAME", arguments.author, "Who; by default the login name");
+    put.Option("--base", "REV", arguments.base, "The revision that the model was made from; by default the newest");
+    AddLossOption(put, arguments);
+    AddLimits(put);
+    put.Footer(
         "Prints the revision and how many objects it changes. Whatever the repository has now is replaced by the model: what others put "
         "since\n"
         "you got it is undone, unless --base names the revision that you got (get --at REV, edit, put --base REV).\n"
         "When the repository has moved on since the base, nothing is written, the\n"
         "objects that were changed by both are listed, and the exit status is 4.");
-    put->callback([arguments, &status] { status = Put(*arguments); });
 }

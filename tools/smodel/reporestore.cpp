@@ -12,8 +12,6 @@
 #include "tools/smodel/repositories.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 using namespace schema_002_000;
@@ -90,21 +88,17 @@ int Restore(const Arguments& arguments) {
 
 }  // namespace
 
-void AddRepoRestore(CLI::App& repo, int& status) {
-    auto arguments = std::make_shared<Arguments>();
-    CLI::App* const restore =
-        repo.add_subcommand("restore", "Put one object, with all below it, back to what it was in a revision, as a new revision");
-    AddRepositoryOptions(*restore, *arguments);
-    restore
-        ->add_option("OBJECT@REV", arguments->what,
-                     "Its object id, as '[namespace].[subject].[item]', or 'id:ID'; and a revision, a moment or a day")
-        ->required();
-    restore->add_option("-m,--message", arguments->message, "Why; by default what is restored")->type_name("MESSAGE");
-    restore->add_option("--author", arguments->author, "Who; by default the login name")->type_name("NAME");
-    restore->add_option("--base", arguments->base, "The revision that the new one is based on; by default the newest")->type_name("REV");
-    restore->footer(
+void AddRepoRestore(const Command& repo) {
+    const auto [restore, arguments] =
+        repo.Add<Arguments>("restore", "Put one object, with all below it, back to what it was in a revision, as a new revision", Restore);
+    AddRepositoryOptions(restore, arguments);
+    restore.Argument("OBJECT@REV", arguments.what,
+                     "Its object id, as '[namespace].[subject].[item]', or 'id:ID'; and a revision, a moment or a day");
+    restore.Option("-m,--message", "MESSAGE", arguments.message, "Why; by default what is restored");
+    restore.Option("--author", "NAME", arguments.author, "Who; by default the login name");
+    restore.Option("--base", "REV", arguments.base, "The revision that the new one is based on; by default the newest");
+    restore.Footer(
         "All else stays as it is. What stood below the object then and stands elsewhere now comes back to it. When the repository has "
         "moved\n"
         "on since the base, nothing is written, and the exit status is 4.");
-    restore->callback([arguments, &status] { status = Restore(*arguments); });
 }

@@ -13,8 +13,6 @@
 #include "tools/smodel/telling.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 using namespace schema_002_000;
@@ -144,14 +142,13 @@ int Verify(const Arguments& arguments) {
 
 }  // namespace
 
-void AddRepoVerify(CLI::App& repo, int& status) {
-    auto arguments = std::make_shared<Arguments>();
-    CLI::App* const verify = repo.add_subcommand("verify", "Hold the document of a revision against its rows, and a model against both");
-    AddRepositoryOptions(*verify, *arguments);
-    verify->add_option("MODEL", arguments->model, "A document to compare with; - is standard input");
-    verify->add_option("--at", arguments->at, "A revision, a moment or a day; by default the newest revision")->type_name("REV|TIME");
-    verify->add_flag("--all", arguments->all, "Each revision; goes with neither MODEL nor --at");
-    AddLimits(*verify);
-    verify->footer("The exit status is 0 when all is the same, 1 when there are differences.");
-    verify->callback([arguments, &status] { status = Verify(*arguments); });
+void AddRepoVerify(const Command& repo) {
+    const auto [verify, arguments] =
+        repo.Add<Arguments>("verify", "Hold the document of a revision against its rows, and a model against both", Verify);
+    AddRepositoryOptions(verify, arguments);
+    verify.Argument("MODEL", arguments.model, "A document to compare with; - is standard input", Command::Use::optional);
+    verify.Option("--at", "REV|TIME", arguments.at, "A revision, a moment or a day; by default the newest revision");
+    verify.Flag("--all", arguments.all, "Each revision; goes with neither MODEL nor --at");
+    AddLimits(verify);
+    verify.Footer("The exit status is 0 when all is the same, 1 when there are differences.");
 }

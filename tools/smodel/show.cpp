@@ -13,8 +13,6 @@
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 using nlohmann::ordered_json;
@@ -152,12 +150,11 @@ int Show(const Arguments& arguments) {
 
 }  // namespace
 
-void AddShow(CLI::App& app, int& status) {
-    auto arguments = std::make_shared<Arguments>();
-    CLI::App* const command = app.add_subcommand("show", "Show one object: its texts, its definition, what it holds, and who refers to it");
-    command->add_option("MODEL", arguments->model, "The document; - is standard input")->required();
-    command->add_option("OBJECT", arguments->object, "Its object id, as '[namespace].[subject].[item]'")->required();
-    command->add_flag("--json", arguments->json, "Print a JSON object");
-    AddLimits(*command);
-    command->callback([arguments, &status] { status = Show(*arguments); });
+void AddShow(const Command& app) {
+    const auto [command, arguments] =
+        app.Add<Arguments>("show", "Show one object: its texts, its definition, what it holds, and who refers to it", Show);
+    command.Argument("MODEL", arguments.model, "The document; - is standard input");
+    command.Argument("OBJECT", arguments.object, "Its object id, as '[namespace].[subject].[item]'");
+    command.Flag("--json", arguments.json, "Print a JSON object");
+    AddLimits(command);
 }

@@ -9,8 +9,6 @@
 #include "tools/smodel/models.h"
 #include "tools/smodel/terminal.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 struct Arguments : LossArguments {
@@ -40,23 +38,15 @@ int Split(const Arguments& arguments) {
 
 }  // namespace
 
-void AddSplit(CLI::App& app, int& status) {
-    auto arguments = std::make_shared<Arguments>();
-    CLI::App* const command = app.add_subcommand("split", "Write a model as a main document with files beside it");
-    command->add_option("IN", arguments->in, "The document; - is standard input")->required();
-    command->add_option("-d,--directory", arguments->directory, "Where to write; it is made if it is not there")
-        ->type_name("DIR")
-        ->required();
-    command->add_option("--by", arguments->by, "What gets files of its own: namespace, package, or both")
-        ->delimiter(',')
-        ->check(CLI::IsMember({"namespace", "package"}))
-        ->type_name("KIND,...")
-        ->capture_default_str();
-    command->add_option("--main", arguments->options.mainName, "The name of the main document")->type_name("NAME")->capture_default_str();
-    AddLossOption(*command, *arguments);
-    AddLimits(*command);
-    command->footer(
+void AddSplit(const Command& app) {
+    const auto [command, arguments] = app.Add<Arguments>("split", "Write a model as a main document with files beside it", Split);
+    command.Argument("IN", arguments.in, "The document; - is standard input");
+    command.Option("-d,--directory", "DIR", arguments.directory, "Where to write; it is made if it is not there", Command::Use::required);
+    command.Choice("--by", "KIND,...", arguments.by, {"namespace", "package"}, "What gets files of its own: namespace, package, or both");
+    command.Option("--main", "NAME", arguments.options.mainName, "The name of the main document");
+    AddLossOption(command, arguments);
+    AddLimits(command);
+    command.Footer(
         "Prints the files that are new or have changed; those that hold the same already are not touched. Notes tell what the\n"
         "files do not bring back.");
-    command->callback([arguments, &status] { status = Split(*arguments); });
 }

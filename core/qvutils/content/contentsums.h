@@ -7,8 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/qvutils/content/contenthasher.h"
-#include "core/qvutils/content/contentsink.h"
+#include "core/qvutils/content/hashingsink.h"
 
 namespace qv {
 
@@ -55,34 +54,27 @@ class ContentSums {
     std::size_t m_next = 0;
 };
 
-/** Adds the elements of a document to sums, or takes them away. The sums are settled when it goes. */
-class SummingSink final : public ContentSink {
+/**
+ * Adds the elements of a document to sums, or takes them away. The sums are settled when it goes. What a broken part has added stays: the
+ * document is not whole anyhow, and its places are looked for.
+ */
+class SummingSink final : public HashingSink {
   public:
     enum class Way { add, take };
     /** `sums` is borrowed. */
     SummingSink(ContentSums& sums, Way way) : m_sums(sums), m_way(way) {}
     ~SummingSink() override { m_sums.Settle(); }
 
-    void Start(std::string_view name) override { m_hasher.Start(name); }
-    void Attribute(std::string_view name, std::string_view value) override { m_hasher.Attribute(name, value); }
-    void Forget(std::string_view name, std::string_view value) override { m_hasher.Forget(name, value); }
-    void Text(std::string_view text) override { m_hasher.Text(text); }
-    void End() override {
-        const auto digests = m_hasher.End();
-        if (!digests || digests->isGiven) return;
-        Change(ContentSums::Kind::element, digests->bare);
-        for (const std::uint64_t given : m_hasher.Given()) Change(ContentSums::Kind::given, given);
-    }
-    void StartPart() override { m_hasher.StartPart(); }
-    /** What a broken part has added stays: the document is not whole anyhow, and its places are looked for. */
-    void EndPart(bool isWhole) override { m_hasher.EndPart(isWhole); }
-
   private:
+    void Take(const ContentHasher::Digests& element, const std::vector<std::uint64_t>& given) override {
+        if (element.isGiven) return;
+        Change(ContentSums::Kind::element, element.bare);
+        for (const std::uint64_t one : given) Change(ContentSums::Kind::given, one);
+    }
     void Change(ContentSums::Kind kind, std::uint64_t digest) { m_sums.Change(kind, digest, m_way == Way::add ? digest : 0 - digest); }
 
     ContentSums& m_sums;
     Way m_way;
-    ContentHasher m_hasher;
 };
 
 }  // namespace qv

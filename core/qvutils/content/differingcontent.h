@@ -7,8 +7,8 @@
 
 #include "core/qvutils/base/smapi.h"
 #include "core/qvutils/content/contenthasher.h"
-#include "core/qvutils/content/contentsink.h"
 #include "core/qvutils/content/contentsums.h"
+#include "core/qvutils/content/hashingsink.h"
 
 namespace qv {
 
@@ -45,26 +45,16 @@ class SM_API DifferingContent {
 };
 
 /** Tells what is given in the written document. */
-class GivenSink final : public ContentSink {
+class GivenSink final : public HashingSink {
   public:
     /** Borrowed, and settled when this goes. */
     explicit GivenSink(DifferingContent& differing) : m_differing(differing) {}
     ~GivenSink() override { m_differing.Settle(); }
 
-    void Start(std::string_view name) override { m_hasher.Start(name); }
-    void Attribute(std::string_view name, std::string_view value) override { m_hasher.Attribute(name, value); }
-    void Forget(std::string_view name, std::string_view value) override { m_hasher.Forget(name, value); }
-    void Text(std::string_view text) override { m_hasher.Text(text); }
-    void End() override {
-        m_hasher.End();
-        m_differing.AddWritten(m_hasher.Given());
-    }
-    void StartPart() override { m_hasher.StartPart(); }
-    void EndPart(bool isWhole) override { m_hasher.EndPart(isWhole); }
-
   private:
+    void Take(const ContentHasher::Digests&, const std::vector<std::uint64_t>& given) override { m_differing.AddWritten(given); }
+
     DifferingContent& m_differing;
-    ContentHasher m_hasher;
 };
 
 }  // namespace qv

@@ -91,14 +91,27 @@ SMSeverity SeverityOfLevel(LOG_LEVEL level) {
     return level == 1 ? SMSeverity::error : level == 3 ? SMSeverity::note : SMSeverity::warning;
 }
 
+namespace {
+
+/** Whether a text has the path, and not only as the beginning or the end of a longer one. */
+bool Names(std::string_view text, std::string_view path) {
+    for (std::size_t at = text.find(path); at != std::string_view::npos; at = text.find(path, at + 1)) {
+        const std::string_view behind = text.substr(at + path.size());
+        const bool isWithin = at > 0 && text[at - 1] == '.';
+        if (!isWithin && !behind.starts_with(".[") && !behind.starts_with(".(")) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
 std::string FormatDiagnostic(const SMDiagnostic& diagnostic) {
     std::string text = qv::PlaceText(diagnostic.file, diagnostic.line, diagnostic.column);
     if (!text.empty()) text += ": ";
     text.append(WordOf(diagnostic.severity));
     const bool isCoded = diagnostic.code.starts_with("SM");
     text.append(isCoded ? "[" + diagnostic.code + "] " : ": ").append(diagnostic.message);
-    const bool isNamed = diagnostic.message.find(diagnostic.objectPath) != std::string::npos;
-    if (!diagnostic.objectPath.empty() && !isNamed) text.append(" [").append(diagnostic.objectPath).append("]");
+    if (!diagnostic.objectPath.empty() && !Names(diagnostic.message, diagnostic.objectPath)) text.append(" [").append(diagnostic.objectPath).append("]");
     for (char& c : text)  // a diagnostic is one line, whatever stands in names and exceptions
         if (c == '\n' || c == '\r') c = ' ';
     return text;

@@ -94,6 +94,12 @@ TEST(SMDiagnostic, ShowsItsCodeInsteadOfAColon) {
     EXPECT_EQ(FormatDiagnostic(diagnostic), "error[SM0001] broken [[a].[b]]");
     diagnostic.message = "<c> in [a].[b] is not kept";
     EXPECT_EQ(FormatDiagnostic(diagnostic), "error[SM0001] <c> in [a].[b] is not kept");
+    diagnostic.message = "no object [a].[b].[c]";  // is not the object, but below it
+    EXPECT_EQ(FormatDiagnostic(diagnostic), "error[SM0001] no object [a].[b].[c] [[a].[b]]");
+    diagnostic.message = "no object [z].[a].[b]";
+    EXPECT_EQ(FormatDiagnostic(diagnostic), "error[SM0001] no object [z].[a].[b] [[a].[b]]");
+    diagnostic.message = "[a].[b].[c] is not in [a].[b]";
+    EXPECT_EQ(FormatDiagnostic(diagnostic), "error[SM0001] [a].[b].[c] is not in [a].[b]");
 }
 
 TEST(SMDiagnostic, IsOneLine) {

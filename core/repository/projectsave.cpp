@@ -126,7 +126,7 @@ void ProjectSave::Commit() {
         sameDocument = base && base->document == entry.document;
     }
     m_done = true;
-    if (m_writer.WroteNothing() && sameDocument) return;
+    if (m_writer.WroteNothing() && sameDocument && pieces.empty()) return;
     m_done = false;
     const std::string* const id = m_projectChanged ? &m_projectId : nullptr;
     const std::string* const name = m_projectChanged ? &m_projectName : nullptr;
@@ -144,8 +144,12 @@ void ProjectSave::Describe(std::string author, std::string message) {
 QvXMLFormatTarget& ProjectSave::RecordDocument() {
     std::unordered_set<std::string> known;
     try {
-        if (const std::optional<RevisionEntry> base = m_session.Revision(m_project, m_base); base && base->document)
-            DocumentReader(m_session, m_project).Collect(*base->document, known);
+        if (const std::optional<RevisionEntry> base = m_session.Revision(m_project, m_base); base && base->document) {
+            // of those that are there, the ones that the base needs: the others may go with a prune before the save does
+            std::unordered_set<std::string> needed;
+            DocumentReader(m_session, m_project).Collect(*base->document, needed);
+            m_session.EachPiece(m_project, [&](const std::string& digest) { known.insert(needed.extract(digest)); });
+        }
     } catch (const StoreError&) {
         known.clear();  // what cannot be read is written anew
     }

@@ -171,7 +171,14 @@ bool SMRepositoryHelper::ReadDocument(QvXMLFormatTarget& target) {
         const std::optional<qv::RevisionEntry> entry = m_state->session.Revision(ProjectNumber(), Revision());
         if (!entry) throw qv::StoreError("There is no revision " + std::to_string(Revision()) + ".");
         if (!entry->document) return false;
-        qv::DocumentReader(m_state->session, ProjectNumber()).Read(*entry->document, [&](std::string_view text) { target.write(text); });
+        try {
+            qv::DocumentReader(m_state->session, ProjectNumber()).Read(*entry->document, [&](std::string_view text) {
+                target.write(text);
+            });
+        } catch (const qv::StoreError&) {
+            m_state->session.RequireRevision(ProjectNumber(), Revision());  // a piece that went with its revision is no damage
+            throw;
+        }
         return true;
     });
 }

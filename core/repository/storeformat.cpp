@@ -77,6 +77,9 @@ void SettleStore(StoreBackend& backend, bool mayCreate) {
         Upgrade(*connection, format);
         format = FormatOf(*connection);
     }
+    if (format.empty())
+        throw StoreError("It does not tell its format: the row '" + std::string(STORE_FORMAT) +
+                         "' of REPO_STORE is missing, so it is damaged. Bring back a copy of it.");
     if (format != FORMAT)
         throw StoreError("It has the format " + format + "; this build reads and writes formats up to " + std::string(FORMAT) +
                          ". Use a newer release.");

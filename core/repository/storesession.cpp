@@ -109,6 +109,25 @@ std::optional<std::string> StoreSession::Piece(std::int64_t projectNo, const std
     return piece;
 }
 
+void StoreSession::EachPiece(std::int64_t projectNo, const std::function<void(const std::string&)>& take) {
+    using namespace piecetable;
+    RowSource& source = Prepared(m_pieceDigests, {&m_schema.pieces(), {digest}, {{project, Condition::equal}}});
+    const Cell parameters[] = {Cell::Number(projectNo)};
+    std::string text;
+    Cell row[1];
+    source.Start(parameters);
+    while (source.Next(row)) take(text.assign(row[0].view));
+}
+
+void StoreSession::RequireRevision(std::int64_t projectNo, std::int64_t revisionNo) {
+    if (Revision(projectNo, revisionNo)) return;
+    const std::optional<ProjectEntry> entry = Project(projectNo);
+    const bool isNewest = entry && entry->head == revisionNo;
+    throw StoreError("Revision " + std::to_string(revisionNo) +
+                         " is not in the repository; a prune may have removed it while it was read. Ask for one that is there.",
+                     isNewest ? StoreError::failed : StoreError::movedOn);
+}
+
 void StoreSession::CheckKinds(const RowTable& table, std::size_t heads) const {
     const auto check = [&](std::size_t at, bool takesText, std::string_view column) {
         if (m_cells[at].kind != Cell::null && (m_cells[at].kind == Cell::text) != takesText)
@@ -163,6 +182,7 @@ void StoreSession::FetchRows(const RowTable& table, std::int64_t project, std::i
     const Cell parameters[] = {Cell::Number(project), Cell::Number(revision), Cell::Number(revision)};
     source.Start(parameters);
     Take(table, source, arena, take);
+    if (revision > 0) RequireRevision(project, revision);
 }
 
 RowSource& StoreSession::EndedRows(const RowTable& table, std::int64_t project) {
@@ -224,6 +244,7 @@ void StoreSession::FetchOrders(std::int64_t projectNo, std::int64_t revision,
         take(row[0].view, row[1].view, row[2].number, row[3].view);
         ++m_counters.rowsRead;
     }
+    if (revision > 0) RequireRevision(projectNo, revision);
 }
 
 void StoreSession::InsertRow(const RowTable& table, std::int64_t project, std::int64_t revision, const char* row) {

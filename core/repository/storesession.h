@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "core/repository/documents/documentrecorder.h"
@@ -44,12 +45,20 @@ class StoreSession {
     std::optional<RevisionEntry> Revision(std::int64_t project, std::int64_t revision);
     /** A piece of a document, packed. */
     std::optional<std::string> Piece(std::int64_t project, const std::string& digest);
-    /** The rows of a table that stood in a revision. The compact rows are the receiver's. */
+    /** The digests of all pieces of a project's documents. */
+    void EachPiece(std::int64_t project, const std::function<void(const std::string& digest)>& take);
+    /**
+     * Raises StoreError when the revision is not there. As a prune takes a revision away together with its rows, what was read of it before
+     * is whole when it is still there.
+     */
+    void RequireRevision(std::int64_t project, std::int64_t revision);
+    /** The rows of a table that stood in a revision, which must still be there behind the last. The compact rows are the receiver's. */
     void FetchRows(const RowTable& table, std::int64_t project, std::int64_t revision, RowArena& arena,
                    const std::function<void(const char* row)>& take);
     /** The rows that fit the conditions; the statement is prepared for this once. */
     void FetchWhere(const RowTable& table, std::vector<Condition> where, const std::vector<Cell>& parameters, RowArena& arena,
                     const std::function<void(const char* row, std::int64_t first, std::int64_t end)>& take);
+    /** The orders that stood in a revision, which must still be there behind the last; 0 has none. */
     void FetchOrders(
         std::int64_t project, std::int64_t revision,
         const std::function<void(std::string_view parent, std::string_view table, std::int64_t first, std::string_view ids)>& take);
@@ -121,7 +130,7 @@ class StoreSession {
     std::unique_ptr<StoreConnection> m_connection;
     SMRepositoryCounters m_counters;
     std::vector<TableStatements> m_tables;
-    std::unique_ptr<RowSource> m_projects, m_project, m_revisions, m_revision, m_piece, m_orders, m_textOwners;
+    std::unique_ptr<RowSource> m_projects, m_project, m_revisions, m_revision, m_piece, m_pieceDigests, m_orders, m_textOwners;
     std::unique_ptr<RowChange> m_lockRegistry, m_advanceHead, m_nameProject, m_endOrder, m_endTexts;
     std::unique_ptr<RowInsert> m_insertProject, m_insertRevision, m_insertPiece, m_insertOrder;
     std::vector<Cell> m_cells;

@@ -1,5 +1,6 @@
 #include "tools/smodel/command.h"
 
+#include <charconv>
 #include <utility>
 
 #include "tools/smodel/status.h"
@@ -40,8 +41,14 @@ void Command::Option(const char* names, const char* placeholder, std::optional<s
     m_app->add_option(names, value, about)->type_name(placeholder);
 }
 
-void Command::Number(const char* names, const char* placeholder, long& value, const char* about) const {
-    m_app->add_option(names, value, about)->type_name(placeholder)->required()->check(CLI::PositiveNumber);
+void Command::Number(const char* names, const char* placeholder, long& value, const char* about, const char* wanted) const {
+    const auto check = [wanted](const std::string& text) {
+        long number = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+        const bool isNumber = error == std::errc() && end == text.data() + text.size() && number > 0;
+        return isNumber ? std::string() : "'" + text + "' is no " + wanted;
+    };
+    m_app->add_option(names, value, about)->type_name(placeholder)->required()->check(check);
 }
 
 void Command::Choice(const char* names, const char* placeholder, std::vector<std::string>& value, const std::vector<std::string>& all,

@@ -44,8 +44,8 @@ class Command {
     /** `names` as "-o,--output"; `placeholder` stands for the value in the help. */
     void Option(const char* names, const char* placeholder, std::string& value, const char* about, Use use = Use::optional) const;
     void Option(const char* names, const char* placeholder, std::optional<std::string>& value, const char* about) const;
-    /** A number above zero. */
-    void Number(const char* names, const char* placeholder, long& value, const char* about) const;
+    /** A number above zero; of anything else the user is told that it is "no ", and then `wanted`. */
+    void Number(const char* names, const char* placeholder, long& value, const char* about, const char* wanted) const;
     /** Some of `all`, with commas between them. */
     void Choice(const char* names, const char* placeholder, std::vector<std::string>& value, const std::vector<std::string>& all,
                 const char* about) const;

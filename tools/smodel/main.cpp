@@ -30,7 +30,11 @@ int Run(int argc, char** argv) {
     AddRepo(root);
     AddExplain(root);
     AddDemo(root);
-    return line.Run(argc, argv);
+    const int status = line.Run(argc, argv);
+    // a demonstration leaves the files of the models that it came to
+    if (Interrupted() && status == InterruptedStatus())
+        Complain(!words.empty() && words.front() == "demo" ? "interrupted" : "interrupted; nothing was written");
+    return status;
 }
 
 }  // namespace

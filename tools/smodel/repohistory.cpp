@@ -183,5 +183,6 @@ void AddRepoHistory(const Command& repo) {
     AddJson(blame);
 
     const Added prune = Add(repo, "prune", "Remove what only old revisions hold; nothing else ever removes", Prune);
-    prune.command.Number("--keep", "N", prune.arguments.keep, "How many of the newest revisions stay");
+    prune.command.Number("--keep", "N", prune.arguments.keep, "How many of the newest revisions stay",
+                         "number of revisions to keep; give one from 1 on, for the newest always stays");
 }

@@ -36,7 +36,8 @@ class NewFile {
             return;  // what cannot be looked at is left as it is
         }
         std::error_code ignored;
-        std::filesystem::remove(m_path, ignored);
+        // on a full disk what stands in the log cannot be brought into the file, so that closing it leaves both
+        for (const char* const end : {"", "-wal", "-shm"}) std::filesystem::remove(m_path + end, ignored);
     }
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;

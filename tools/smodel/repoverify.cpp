@@ -60,6 +60,14 @@ class Verification {
         Compare("the model is another than the rows:\n", model);
     }
 
+    /** Whether something was found that is no more than a prune taking the revision away meanwhile. */
+    bool WentMeanwhile() const {
+        if (m_findings.empty()) return false;
+        for (const SMRepositoryRevision& revision : m_repository.Revisions(m_project))
+            if (revision.number == m_revision.number) return false;
+        return true;
+    }
+
     int Status() const {
         Print("revision " + std::to_string(m_revision.number) + (m_findings.empty() ? ": clean\n" : ":\n" + m_findings));
         return m_findings.empty() ? STATUS_CLEAN : STATUS_FINDINGS;
@@ -113,13 +121,17 @@ class Verification {
     bool m_hasDocument = false;
 };
 
-int VerifyOne(SMRepository& repository, long project, const SMRepositoryRevision& revision, SMProject2* model) {
+int VerifyOne(SMRepository& repository, long project, const SMRepositoryRevision& revision, SMProject2* model, bool oneOfAll) {
     Verification verification(repository, project, revision);
     verification.Document();
     verification.Rows();
     verification.Store();
     if (model) verification.Model(*model);
-    return verification.Status();
+    if (!verification.WentMeanwhile()) return verification.Status();
+    const std::string told = "revision " + std::to_string(revision.number) + ": removed by a prune meanwhile";
+    if (!oneOfAll) throw TklRuntimeError(told + "; look at one that is there");
+    Print(told + "\n");
+    return STATUS_CLEAN;
 }
 
 int Verify(const Arguments& arguments) {
@@ -133,10 +145,10 @@ int Verify(const Arguments& arguments) {
     if (!arguments.model.empty() && !(loaded = ReadModel(arguments.model)).IsDone()) return StatusOf(loaded);
     SMRepository repository(arguments.repository);
     const long project = ContextOf(repository, arguments.project)->ProjectNumber();
-    if (!arguments.all) return VerifyOne(repository, project, RevisionAt(repository, project, arguments.at), loaded.project.get());
+    if (!arguments.all) return VerifyOne(repository, project, RevisionAt(repository, project, arguments.at), loaded.project.get(), false);
     int status = STATUS_CLEAN;
     for (const SMRepositoryRevision& revision : repository.Revisions(project))
-        status = Worse(status, VerifyOne(repository, project, revision, nullptr));
+        status = Worse(status, VerifyOne(repository, project, revision, nullptr, true));
     return status;
 }
 

@@ -133,17 +133,6 @@ std::int64_t HistoryRows::RemoveRevisionsBefore(std::int64_t oldest) {
         ->Run(parameters);
 }
 
-std::vector<std::string> HistoryRows::PieceDigests() {
-    const auto source =
-        m_session.connection().Prepare(Query{&Schema::Get().pieces(), {piecetable::digest}, {{piecetable::project, Condition::equal}}});
-    const Cell parameters[] = {Cell::Number(m_project)};
-    std::vector<std::string> digests;
-    Cell row[1];
-    source->Start(parameters);
-    while (source->Next(row)) digests.emplace_back(row[0].view);
-    return digests;
-}
-
 void HistoryRows::RemovePieces(const std::vector<std::string>& digests) {
     const auto removal = m_session.connection().Prepare(
         Removal{&Schema::Get().pieces(), {{piecetable::project, Condition::equal}, {piecetable::digest, Condition::equal}}});

@@ -32,7 +32,6 @@ class HistoryRows {
     /** Takes away the rows that had ended when `oldest` came. */
     std::int64_t RemoveEnded(const TableShape& table, std::size_t endColumn, std::int64_t oldest);
     std::int64_t RemoveRevisionsBefore(std::int64_t oldest);
-    std::vector<std::string> PieceDigests();
     void RemovePieces(const std::vector<std::string>& digests);
 
   private:

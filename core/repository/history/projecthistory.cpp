@@ -86,6 +86,7 @@ SMRepositoryChangeCounts ProjectHistory::CountChanges(std::int64_t from, std::in
     }
     for (const RowTable& table : Schema::Get().rowTables())
         if (IsOfObjects(table)) counts.added += static_cast<std::size_t>(m_rows.CountStanding(table, to));
+    m_session.RequireRevision(m_project, to);
     return counts;
 }
 
@@ -166,8 +167,10 @@ std::size_t ProjectHistory::RemovePieces(const std::vector<RevisionEntry>& kept)
     DocumentReader reader(m_session, m_project);
     for (const RevisionEntry& entry : kept)
         if (entry.document) reader.Collect(*entry.document, needed);
-    std::vector<std::string> unneeded = m_rows.PieceDigests();
-    std::erase_if(unneeded, [&](const std::string& digest) { return needed.count(digest) != 0; });
+    std::vector<std::string> unneeded;
+    m_session.EachPiece(m_project, [&](const std::string& digest) {
+        if (needed.count(digest) == 0) unneeded.push_back(digest);
+    });
     m_rows.RemovePieces(unneeded);
     return unneeded.size();
 }

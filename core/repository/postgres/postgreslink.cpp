@@ -23,6 +23,8 @@ constexpr const char* SETTINGS =
 
 /** How a server refuses a transaction that writes. */
 constexpr const char *STANDBY = "0A000", *READ_ONLY = "25006";
+/** How it tells that a table has nowhere to be made. */
+constexpr const char* NO_SCHEMA = "3F000";
 
 std::string Trimmed(const char* message) {
     std::string text = message ? message : "";
@@ -43,6 +45,10 @@ std::string Field(const PGresult* result, int field) {
     if (code == "40001" || code == "40P01") throw ServerError("Others were writing at the same time: " + message, StoreError::again, code);
     if (code == "55P03") throw ServerError("Another process is writing to the repository.", StoreError::busy, code);
     if (code == "23505") message += " (" + Field(result, PG_DIAG_MESSAGE_DETAIL) + ")";
+    if (code == NO_SCHEMA)
+        message +=
+            "; the first schema of the search path must be there: make it by CREATE SCHEMA, or name another one by the parameter"
+            " options=-csearch_path%3DNAME of the address";
     throw ServerError(message, StoreError::failed, code);
 }
 

@@ -3,11 +3,15 @@
 #include "core/repository/rowcodec.h"
 #include "core/repository/sqltext.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <optional>
 
 namespace qv {
@@ -57,6 +61,7 @@ std::string Told(sqlite3* database, int code) {
     case SQLITE_IOERR_WRITE: text += " while writing"; break;
     case SQLITE_IOERR_FSYNC:
     case SQLITE_IOERR_DIR_FSYNC: text += " while bringing what was written to the disk"; break;
+    case SQLITE_FULL: text += " while writing to the file or its log; make room, and do it again"; break;
     default: break;
     }
     const int system = sqlite3_system_errno(database);
@@ -67,6 +72,8 @@ std::string Told(sqlite3* database, int code) {
 [[noreturn]] void Raise(sqlite3* database, int code) {
     const int primary = code & 0xff;
     const bool busy = primary == SQLITE_BUSY || primary == SQLITE_LOCKED;
+    if (primary == SQLITE_READONLY)
+        throw StoreError("It can only be read: you may not write to the file, or to its directory, where its log stands.");
     throw StoreError(busy ? "Another process is writing to the repository." : Told(database, code),
                      busy ? StoreError::busy : StoreError::failed);
 }
@@ -109,17 +116,92 @@ bool IsAbsent(const std::string& path) {
     return stat(path.c_str(), &status) != 0 && errno == ENOENT;
 }
 
-Database OpenFile(const std::string& path, int flags) {
-    // a leading ':' or an empty name would mean a store in memory
-    const std::string file = path.empty() || path[0] == '/' ? path : "./" + path;
-    if (file.empty()) throw StoreError("A repository needs a file name.");
+/** 0, or why nobody with our rights can do that with the file or directory. */
+int WhyNot(const std::string& path, int access) {
+    return ::faccessat(AT_FDCWD, path.c_str(), access, AT_EACCESS) == 0 ? 0 : errno;
+}
+
+std::string DirectoryOf(const std::string& file) {
+    return std::filesystem::path(file).parent_path().string();
+}
+
+/** A leading ':' or an empty name would mean a store in memory. */
+std::string FileOf(const std::string& path) {
+    if (path.empty()) throw StoreError("A repository needs a file name.");
+    return path[0] == '/' ? path : "./" + path;
+}
+
+Database OpenFile(const std::string& file, int flags) {
     sqlite3* database = nullptr;
     const int code = sqlite3_open_v2(file.c_str(), &database, flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
     Database opened(database);
-    if (code != SQLITE_OK) throw StoreError(database ? sqlite3_errmsg(database) : sqlite3_errstr(code));
+    if (code != SQLITE_OK) {
+        int system = database ? sqlite3_system_errno(database) : 0;
+        if (const int why = WhyNot(DirectoryOf(file), W_OK | X_OK); why != 0 && (flags & SQLITE_OPEN_CREATE)) system = why;
+        const std::string reason = system != 0 ? std::string(": ") + std::strerror(system) : "";
+        throw StoreError((database ? sqlite3_errmsg(database) : sqlite3_errstr(code)) + reason);
+    }
     sqlite3_busy_timeout(database, BUSY_MILLISECONDS);
     return opened;
 }
+
+/** The address of a file that is taken for one that does not change, so that nothing needs to be made beside it. */
+std::string UnchangingAddress(const std::string& file) {
+    std::string address = "file:";
+    for (const char character : file) {
+        switch (character) {
+        case '%': address += "%25"; break;
+        case '?': address += "%3f"; break;
+        case '#': address += "%23"; break;
+        default: address += character;
+        }
+    }
+    return address + "?immutable=1";
+}
+
+/**
+ * A file of SQLite. Where nothing can be made beside it, reading it needs that no log stands there: then the file holds everything, and is
+ * read as one that does not change, which is looked at when all rows of a question have come.
+ */
+class StoreFile {
+  public:
+    StoreFile(const std::string& path, int flags) : m_file(FileOf(path)), m_stamp(Now()), m_database(OpenFile(m_file, flags)) {
+        constexpr const char* LOOK = "SELECT count(*) FROM sqlite_master";
+        const int looked = sqlite3_exec(get(), LOOK, nullptr, nullptr, nullptr), code = looked & 0xff;
+        if (code == SQLITE_IOERR || code == SQLITE_FULL) Raise(get(), looked);
+        std::error_code ignored;
+        const std::string real = std::filesystem::canonical(m_file, ignored).string();
+        const bool isWritable = WhyNot(real, W_OK) == 0 && WhyNot(DirectoryOf(real), W_OK | X_OK) == 0;
+        if ((code != SQLITE_CANTOPEN && code != SQLITE_READONLY) || isWritable) return;
+        if (const std::string log = real + "-wal"; !IsAbsent(log) && std::filesystem::file_size(log, ignored) != 0)
+            throw StoreError(
+                "It can only be read, and beside it stands its log, " + log +
+                ", which needs the right to write. Let somebody open it who has that, or copy both files to where you have it.");
+        m_database = OpenFile(UnchangingAddress(m_file), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+        m_isUnchanging = true;
+    }
+
+    sqlite3* get() const { return m_database.get(); }
+    bool IsReadOnly() const { return sqlite3_db_readonly(get(), "main") == 1; }
+    /** Called when something was read to its end. */
+    void Check() const {
+        if (m_isUnchanging && Now() != m_stamp) throw StoreError("The file changed while it was read. Read it again.");
+    }
+
+  private:
+    /** When the file was written to last, and how long it is. */
+    using Stamp = std::array<std::int64_t, 3>;
+    Stamp Now() const {
+        struct stat status {};
+        if (stat(m_file.c_str(), &status) != 0) return {};
+        return {status.st_mtim.tv_sec, status.st_mtim.tv_nsec, status.st_size};
+    }
+
+    const std::string m_file;
+    const Stamp m_stamp;
+    Database m_database;
+    bool m_isUnchanging = false;
+};
 
 /** Steps a statement and resets it when it ends or fails. */
 bool StepRow(sqlite3* database, sqlite3_stmt* statement) {
@@ -194,9 +276,10 @@ class Parameters {
 
 class SqliteSource : public RowSource {
   public:
-    SqliteSource(sqlite3* database, const Query& query)
-        : m_database(database),
-          m_statement(PrepareSql(database, SqlText(SQLITE).Select(query))),
+    SqliteSource(const StoreFile& file, const Query& query)
+        : m_file(file),
+          m_database(file.get()),
+          m_statement(PrepareSql(m_database, SqlText(SQLITE).Select(query))),
           m_parameters(*query.table, {}, query.where) {
         for (const std::size_t column : query.columns) m_types.push_back(query.table->columns[column].type);
     }
@@ -207,13 +290,17 @@ class SqliteSource : public RowSource {
     }
 
     bool Next(std::span<Cell> row) override {
-        if (!StepRow(m_database, m_statement.get())) return false;
+        if (!StepRow(m_database, m_statement.get())) {
+            m_file.Check();
+            return false;
+        }
         for (std::size_t at = 0; at < m_types.size(); ++at)
             row[at] = ReadCell(m_database, m_statement.get(), static_cast<int>(at), m_types[at]);
         return true;
     }
 
   private:
+    const StoreFile& m_file;
     sqlite3* m_database;
     PreparedStatement m_statement;
     Parameters m_parameters;
@@ -275,15 +362,15 @@ class SqliteInsert : public RowInsert {
 
 class SqliteConnection : public StoreConnection {
   public:
-    SqliteConnection(const std::string& path, int flags) : m_database(OpenFile(path, flags)) {
-        TurnLogOn(m_database.get());
+    SqliteConnection(const std::string& path, int flags) : m_database(path, flags) {
+        if (!m_database.IsReadOnly()) TurnLogOn(m_database.get());
         Execute(m_database.get(), "PRAGMA synchronous=FULL");
         Execute(m_database.get(), "PRAGMA cache_size=-65536");
         Execute(m_database.get(), "PRAGMA temp_store=MEMORY");
         Execute(m_database.get(), "PRAGMA trusted_schema=OFF");
     }
 
-    std::unique_ptr<RowSource> Prepare(const Query& query) override { return std::make_unique<SqliteSource>(m_database.get(), query); }
+    std::unique_ptr<RowSource> Prepare(const Query& query) override { return std::make_unique<SqliteSource>(m_database, query); }
     std::unique_ptr<RowChange> Prepare(const Change& change) override { return std::make_unique<SqliteChange>(m_database.get(), change); }
     std::unique_ptr<RowChange> Prepare(const Removal& removal) override {
         return std::make_unique<SqliteChange>(m_database.get(), removal);
@@ -313,7 +400,7 @@ class SqliteConnection : public StoreConnection {
     sqlite3* database() { return m_database.get(); }
 
   private:
-    Database m_database;
+    StoreFile m_database;
 };
 
 class SqliteBackend : public StoreBackend {
@@ -324,7 +411,7 @@ class SqliteBackend : public StoreBackend {
 
     State Inspect() override {
         if (IsAbsent(m_path)) return State::absent;
-        const Database database = OpenFile(m_path, SQLITE_OPEN_READWRITE);
+        const StoreFile database(m_path, SQLITE_OPEN_READWRITE);
         int code = SQLITE_OK;
         try {
             if (AskNumber(database.get(), "SELECT count(*) FROM sqlite_master") == 0) return State::empty;

@@ -107,6 +107,40 @@ TEST_P(RepositoryDocuments, ThatAreTheSameMakeNoRevision) {
     EXPECT_EQ(context->Revision(), 1);
 }
 
+TEST_P(RepositoryDocuments, AreMadeWholeByTheNextSaveWhereAPieceWasLost) {
+    const QvSmartPtr<TestNode> project = Sample();
+    std::string document = Prose(8, 500'000);
+    Put(*repository->NewProject(), *project, document);
+    const auto losePieces = [&] {
+        const auto connection = backend->Connect();
+        const qv::TableShape& pieces =
+            *std::find_if(plan->tables.begin(), plan->tables.end(), [](const qv::TableShape& shape) { return shape.name == "REPO_PIECE"; });
+        std::vector<std::string> digests;
+        {
+            const auto source = connection->Prepare(qv::Query{&pieces, {1}, {}});
+            source->Start({});
+            for (qv::Cell row[1]; source->Next(row);) digests.emplace_back(row[0].view);
+        }
+        connection->Begin();
+        const auto removal = connection->Prepare(qv::Removal{&pieces, {{1, qv::Condition::equal}}});
+        for (std::size_t at = 0; at < digests.size(); at += 5) {
+            const qv::Cell parameters[] = {qv::Cell::Text(digests[at])};
+            EXPECT_EQ(removal->Run(parameters), 1);
+        }
+        connection->Commit();
+        EXPECT_THROW(DocumentOf(*repository->OpenProject(1)), TklRuntimeError);
+    };
+    losePieces();
+    EXPECT_GT(Put(*repository->OpenProject(1), *project, document), REVISION) << "though it is the same";
+    EXPECT_TRUE(DocumentOf(*repository->OpenProject(1)) == document);
+    losePieces();
+    document.insert(250'000, "a word");
+    Put(*repository->OpenProject(1), *project, document);
+    EXPECT_TRUE(DocumentOf(*repository->OpenProject(1)) == document);
+    EXPECT_EQ(repository->Revisions(1).size(), 3u);
+    repository->Prune(1, 1);  // what the edit replaced is still lost to the older ones
+}
+
 TEST_P(RepositoryDocuments, AreNotThereForASaveWithoutOne) {
     const QvSmartPtr<TestNode> project = Sample();
     const auto context = repository->NewProject();

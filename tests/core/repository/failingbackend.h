@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/repository/backend.h"
@@ -18,6 +20,17 @@ struct FailurePlan {
 
     /** What the store was made of. */
     std::vector<qv::TableShape> tables;
+
+    /** Called once, before the n-th question is asked from now on, counted from 1. */
+    std::function<void()> meanwhile;
+    long questionsLeft = 0;
+    void Meanwhile(long n, std::function<void()> work) {
+        questionsLeft = n;
+        meanwhile = std::move(work);
+    }
+    void Question() {
+        if (meanwhile && --questionsLeft == 0) std::exchange(meanwhile, nullptr)();
+    }
 
     /** Statements that were prepared, and rows that went into each table and were changed in it. */
     long prepared = 0;
@@ -57,6 +70,7 @@ class FailingBackend : public qv::StoreBackend {
             : m_inner(std::move(inner)), m_plan(std::move(plan)) {}
         void Start(std::span<const qv::Cell> parameters) override {
             m_plan->Ask();
+            m_plan->Question();
             m_inner->Start(parameters);
         }
         bool Next(std::span<qv::Cell> row) override {

@@ -80,9 +80,19 @@ TEST_F(SMRepositoryFile, OfTheFormatBeforeGetsItsViewOfRoles) {
     Sql("SELECT ROLE_ID, NAME FROM current_item_role");
 }
 
+TEST_F(SMRepositoryFile, WithoutAFormatIsToldToBeDamaged) {
+    { SMRepository repository(file, SMRepository::createIfAbsent); }
+    Sql("DELETE FROM REPO_STORE");
+    EXPECT_EQ(FaultOf(file),
+              "Repository '" + file +
+                  "': It does not tell its format: the row 'format' of REPO_STORE is missing, so it is damaged. Bring back a "
+                  "copy of it.");
+}
+
 TEST_F(SMRepositoryFile, InADirectoryThatIsNotThereIsToldWithItsName) {
     const std::string absent = (m_directory / "absent" / "models.db").string();
-    EXPECT_NE(FaultOf(absent, SMRepository::createIfAbsent).find(absent), std::string::npos);
+    EXPECT_EQ(FaultOf(absent, SMRepository::createIfAbsent),
+              "Repository '" + absent + "': unable to open database file: No such file or directory");
     EXPECT_NE(FaultOf(m_directory.string()).find(m_directory.string()), std::string::npos);
 }
 

@@ -91,7 +91,9 @@ TEST(SmodelRepo, LeavesNothingOfAPutThatIsInterrupted) {
     while (directory.Files().size() < 2) ::usleep(1000);
     ::usleep(20'000);
     ::kill(tool.Process(), SIGINT);
-    EXPECT_EQ(tool.Wait().status, 130);
+    const ToolRun run = tool.Wait();
+    EXPECT_EQ(run.status, 130);
+    EXPECT_THAT(run.err, HasSubstr("interrupted; nothing was written\n"));
     EXPECT_THAT(directory.Files(), ElementsAre("in.xml"));
 }
 

@@ -188,6 +188,8 @@ TEST(SmodelRepoHistory, PrunesNothingWithoutANumberToKeep) {
     PutThree(repository);
     for (const std::vector<std::string>& words : {std::vector<std::string>{}, {"--keep", "0"}, {"--keep", "-1"}, {"--keep", "x"}})
         EXPECT_EQ(repository.Run("prune", words).status, 2);
+    EXPECT_THAT(repository.Run("prune", {"--keep", "0"}).err,
+                HasSubstr("--keep: '0' is no number of revisions to keep; give one from 1 on, for the newest always stays\n"));
     EXPECT_EQ(SMRepository(repository.Location()).Revisions(1).size(), 3u);
 }
 

@@ -1,4 +1,6 @@
 #include <chrono>
+#include <cstdlib>
+#include <filesystem>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -12,6 +14,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::MatchesRegex;
 using ::testing::Not;
 
 const std::string ORDERS = SubjectElement("Orders", {"Amount", "Day"});
@@ -55,6 +58,21 @@ TEST(SmodelRepoPut, WritesNothingForADocumentWithAnIdTwiceThatIsPutAgain) {
     EXPECT_EQ(repository.Put(model).out, "revision 1: 26 objects added, 0 changed, 0 removed\n");
     EXPECT_EQ(repository.Run("verify").out, "revision 1: clean\n");
     for (int i = 0; i < 2; ++i) EXPECT_EQ(repository.Put(model).out, "nothing changed; the newest revision is 1\n");
+}
+
+TEST(SmodelRepoPut, LeavesNothingBehindOnAFullDisk) {
+    const TestDirectory directory;
+    const std::string in = directory.Write("in.xml", BigModel(5'000)), disk = directory.Path("disk");
+    std::filesystem::create_directory(disk);
+    // a disk of so much room that goes with the shell: enough for the tables, and not for the model
+    const std::string script =
+        directory.Write("put.sh", "mount -t tmpfs -o size=260k none '" + disk + "' || exit 99\n'" SMODEL_TOOL "' repo put '" + disk +
+                                      "/new.db' '" + in + "'\necho \"status $?\"\nls -A '" + disk + "'\n");
+    const std::string told = directory.Path("told");
+    if (std::system(("unshare -m sh '" + script + "' >'" + told + "' 2>&1").c_str()) != 0) GTEST_SKIP() << "nothing can be mounted here";
+    EXPECT_THAT(directory.Read("told"),
+                MatchesRegex(".*database or disk is full while writing to the file or its log; make room, and do it "
+                             "again\nstatus 2\n"));
 }
 
 TEST(SmodelRepoPut, KeepsAuthorAndMessage) {

@@ -24,6 +24,8 @@ bool SettlesLater(std::string_view written);
 std::string CanonicalText(const schema_002_000::SMProject2& project);
 /** Shows where two texts begin to differ. */
 void RequireSame(std::string_view expected, std::string_view actual, const std::string& statement);
+/** The same for two readings of one document: what each of them renames, it stamps with its own second. */
+void RequireSameReading(std::string_view expected, std::string_view actual, const std::string& statement);
 /** An operation that did not end well says why. */
 void RequireReason(const schema_002_000::SMResult& result);
 /** A small document with an object of each kind. */

@@ -33,7 +33,7 @@ void RequireBoundsHold(std::string_view input, const fuzz::Model& model) {
     const SMLoadResult bounded = SMLoadModelBytes(input, options);
     fuzz::RequireReason(bounded);
     fuzz::Require(!bounded.IsDone() || model.project, "bounds let nothing through that is refused without them");
-    if (bounded.IsDone()) fuzz::RequireSame(model.text, fuzz::CanonicalText(*bounded.project), "bounds leave the model as it is");
+    if (bounded.IsDone()) fuzz::RequireSameReading(model.text, fuzz::CanonicalText(*bounded.project), "bounds leave the model as it is");
 }
 
 }  // namespace

@@ -1,10 +1,12 @@
 # The commands of the project. Each installs first what this machine lacks (see scripts/setup.sh).
 JOBS ?= $(shell nproc)
+# Tests also wait, for disks and servers.
+TEST_JOBS ?= $(shell expr $(JOBS) + 1)
 SETUP := @scripts/setup.sh
 
 # $(call tree,PRESET,TARGETS) configures and builds one tree under build/.
 tree = cmake --preset $(1) --log-level=WARNING && cmake --build --preset $(1) --parallel $(JOBS) --target $(2)
-tests = ctest --preset $(1) --parallel $(JOBS)
+tests = ctest --preset $(1) --parallel $(TEST_JOBS)
 
 # Seconds that the fuzz targets share.
 TIME ?= 600

@@ -70,9 +70,9 @@ SMAccountedResult ReadModelToWrite(const std::string& given, const LossArguments
     PrintDiagnostics(stderr, result.diagnostics, true);
     if (!result.IsDone()) return result;
     PrintDiagnostics(stderr, DiagnosticsOf(result.losses), false);
-    if (const std::size_t unread = result.project->m_partFiles.UnreadCount(); unread > 0 && !arguments.acceptLoss) {
+    if (const std::size_t unread = result.project->m_partFiles.UnreadCount(); unread > 0) {
         Complain("the model is not complete, so nothing was written: " + Counted(unread, "file") +
-                 " of it could not be read; mend what is told above, or give --accept-loss");
+                 " of it could not be read; mend what is told above, or take the placeholder out of the document");
         result.project = nullptr;
         status = STATUS_UNUSABLE;
         return result;

@@ -36,7 +36,8 @@ schema_002_000::SMCheckResult CheckModel(const std::string& given);
 
 /**
  * Reads a model that is to be written. What the reading found is printed, and so is the content that would be lost; unless that is
- * accepted, there is no project then. `status` tells how it ended.
+ * accepted, there is no project then; nor is there one when a separate file could not be read, whatever is accepted, since nobody has
+ * seen what the model lacks then. `status` tells how it ended.
  */
 schema_002_000::SMAccountedResult ReadModelToWrite(const std::string& given, const LossArguments& arguments, int& status);
 

@@ -69,6 +69,27 @@ TEST(SmodelFmt, DropsContentWhenThatIsAccepted) {
     EXPECT_THAT(run.out, ::testing::Not(HasSubstr("odd")));
 }
 
+/** Nobody has seen what a file holds that cannot be read, so nobody can accept its loss. */
+TEST(SmodelFmt, RefusesAModelThatLacksAFileAsAllCommandsThatWriteDo) {
+    const TestDirectory directory;
+    const std::string main = directory.Write("main.xml", ModelDocument("<smnamespacefile filename=\"gone.qvf\"></smnamespacefile>"));
+    const std::string out = directory.Path("out");
+    for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{{"fmt", main, "-o", out},
+                                                                                         {"join", main, "-o", out},
+                                                                                         {"split", main, "-d", out},
+                                                                                         {"rename", main, "A=B", "-o", out},
+                                                                                         {"repo", "put", out, main}})
+        for (const bool isAccepted : {false, true}) {
+            std::vector<std::string> words = command;
+            if (isAccepted) words.push_back("--accept-loss");
+            const ToolRun run = RunTool(words);
+            EXPECT_EQ(run.status, 2) << command[0] << run.err;
+            EXPECT_THAT(run.err, HasSubstr("error[SM3010] a separate file is missing")) << command[0];
+            EXPECT_THAT(run.err, HasSubstr("nothing was written: 1 file of it could not be read")) << command[0];
+            EXPECT_THAT(directory.Files(), ElementsAre("main.xml")) << command[0];
+        }
+}
+
 TEST(SmodelFmt, LeavesTheOutputAloneWhenTheInputIsBroken) {
     const TestDirectory directory;
     const std::string out = directory.Write("out.xml", "old");

@@ -66,7 +66,9 @@ const I18NString SMEnum_bool::s_true = I18NString::Immortal("true");
 const I18NString SMEnum_bool::s_false = I18NString::Immortal("false");
 
 bool SMEnum_bool::string2bool(const I18NString& text) {
-    return text.utf8() == "true";
+    if (text.utf8() == "true") return true;
+    if (text.utf8() != "false") qv::TellMisread(qv::ValueWitness::What::truth, text.utf8());
+    return false;
 }
 
 const I18NString& SMEnum_bool::bool2string(bool value) {

@@ -19,6 +19,7 @@
 #include "objects/face/smfindings_002_000.h"
 #include "objects/face/smguard_002_000.h"
 #include "objects/face/smlossreasons_002_000.h"
+#include "objects/face/smmodelwalk_002_000.h"
 #include "objects/face/smreading_002_000.h"
 
 namespace schema_002_000 {
@@ -31,6 +32,22 @@ using qv::ContentLoss;
 bool IsTag(std::string_view name) {
     const SMEnum_xmltag* tags = SMEnum_xmltag::GetInstance();
     return tags->_enum2string(tags->_string2enum(I18NString(name))).utf8() == name;
+}
+
+/** Namespaces and their names: a clash of names moves them from one namespace to another, so that all of them are looked at. */
+bool IsOfNamespace(const qv::EndedElement& element) {
+    const std::string_view tag = SMEnum_xmltag::GetInstance()->namespace_.utf8();
+    return element.name == tag || (element.outer == tag && element.name == "name");
+}
+
+/** The name of a namespace that had to get another one than the document has. */
+std::string NewNameOf(const qv::ContentNode& node) {
+    const auto* const object = node.object ? dynamic_cast<const SMObjectBase*>(&*node.object) : nullptr;
+    if (!object || object->GetSMType() != SMEnum_xmltag::Enum::namespace_) return {};
+    if (node.name != SMEnum_xmltag::GetInstance()->namespace_.utf8()) return {};
+    std::string name = SMNameOf(*object);
+    const bool isGiven = name == node.key || std::find(node.otherNames.begin(), node.otherNames.end(), name) != node.otherNames.end();
+    return isGiven ? std::string() : name;
 }
 
 /** Tells a sink the content of the document that a save would write. */
@@ -192,22 +209,29 @@ class Account {
             qv::GivenSink sink(differing);
             TellWritten(*m_result.project, m_options.control, sink);
         }
+        const bool hasClash = std::any_of(m_result.diagnostics.begin(), m_result.diagnostics.end(),
+                                          [](const SMDiagnostic& event) { return event.code == qv::code::NAME_CLASH; });
         qv::ContentTreeSink document(
-            [&](const auto& element, const auto& given, bool holds) { return differing.IsOfDocument(element, given, holds); },
+            [&](const qv::EndedElement& element) {
+                const bool differs = differing.IsOfDocument(element.digests, element.given, element.holds);
+                return differs || (hasClash && IsOfNamespace(element));
+            },
             witness.ForTree());
-        qv::ContentTreeSink written([&](const auto& element, const auto&, bool holds) { return differing.IsOfWritten(element, holds); });
+        qv::ContentTreeSink written([&](const qv::EndedElement& element) {
+            return differing.IsOfWritten(element.digests, element.holds) || (hasClash && IsOfNamespace(element));
+        });
         qv::ForkedSink both(document, places);
         SMLoadResult again = Reread(both);
         TellWritten(*m_result.project, m_options.control, written);
-        qv::FindContentLosses(
-            document.Document(), written.Document(), [](std::string_view name) { return IsTag(name); },
-            [&](const ContentLoss& found) {
-                m_result.losses.push_back(LossOf(found));
-                if (const SMFindingPlaces::Misread* const why = places.ReasonOf(found))
-                    SMGiveReason(m_result.losses.back(), SMToldMisread(*why));
-                const qv::ContentPlace& place = PlaceOf(found);
-                questions.push_back({witness.File(place.file), QuestionOf(found)});
-            });
+        const qv::ContentModel model{[&](const qv::ContentNode& node) { return IsTag(node.name) && !places.IsMisread(node); },
+                                     hasClash ? NewNameOf : std::function<std::string(const qv::ContentNode&)>()};
+        qv::FindContentLosses(document.Document(), written.Document(), model, [&](const ContentLoss& found) {
+            m_result.losses.push_back(LossOf(found));
+            if (const SMFindingPlaces::Misread* const why = places.ReasonOf(found))
+                SMGiveReason(m_result.losses.back(), SMToldMisread(*why));
+            const qv::ContentPlace& place = PlaceOf(found);
+            questions.push_back({witness.File(place.file), QuestionOf(found)});
+        });
         return again;
     }
 

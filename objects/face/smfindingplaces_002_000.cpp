@@ -48,6 +48,7 @@ SMDiagnostic SMToldMisread(const SMFindingPlaces::Misread& misread) {
         return SMToldFinding(qv::code::UNKNOWN_WORD,
                              text + " is none of the words that may stand here" + (misread.taken.empty() ? "" : ", and" + taken));
     case qv::ValueWitness::What::date: return SMToldFinding(qv::code::NO_DATE, text + " is no date");
+    case qv::ValueWitness::What::truth: return SMToldFinding(qv::code::NO_TRUTH, text + " is neither true nor false");
     case qv::ValueWitness::What::number: break;
     }
     return SMToldFinding(qv::code::NO_NUMBER, text + " is no whole number");

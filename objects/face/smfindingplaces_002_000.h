@@ -58,6 +58,8 @@ class SMFindingPlaces final : public qv::ContentSink, public qv::ValueWitness {
     const std::vector<Misread>& Misreads() const { return m_misreads; }
     /** The start tag of an object that is still there; null when it has none. */
     const qv::ContentPlace* PlaceOf(const IOObject* object) const;
+    /** Whether its name, its text or one of its attributes was misread. */
+    bool IsMisread(const qv::ContentNode& element) const { return !MisreadsAt(element).empty(); }
     /** What was misread so that content is lost; null when nothing was. From now on, a loss tells of all that was misread there. */
     const Misread* ReasonOf(const qv::ContentLoss& loss);
 

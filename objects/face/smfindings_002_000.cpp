@@ -25,9 +25,13 @@ std::string NameOf(const SMObjectBase& object) {
     return address.empty() ? SMDescribeObject(object).path : address;
 }
 
+std::string SideOf(bool isLeft) {
+    return isLeft ? "left" : "right";
+}
+
 std::string TellMissing(bool isLeft, bool lacksLeast, bool lacksMost) {
     const char* const what = lacksLeast && lacksMost ? "neither mincard nor maxcard" : lacksLeast ? "no mincard" : "no maxcard";
-    return std::string("the ") + (isLeft ? "left" : "right") + " end has " + what;
+    return "the " + SideOf(isLeft) + " end has " + what;
 }
 
 const SMObjectBase* ModelObject(const QvSmartPtr<IOObject>& held) {
@@ -110,8 +114,7 @@ void SMModelFindings::FindMissingCardinalities() {
         const auto& relationship = static_cast<const SMRelationshipBase2&>(*m_objects[i]);
         for (const bool isLeft : {true, false}) {
             const auto& end = isLeft ? relationship.GetLeft() : relationship.GetRight();
-            const bool isWhole = !Lacks(end.minCard) && !Lacks(end.maxCard);
-            if (isWhole || end.refobj.empty()) continue;  // an end that refers to nothing has none
+            if (!Lacks(end.minCard) && !Lacks(end.maxCard)) continue;
             Add(Finding::end, i, qv::code::NO_CARDINALITY, TellMissing(isLeft, Lacks(end.minCard), Lacks(end.maxCard))).isLeft = isLeft;
         }
     }
@@ -173,10 +176,13 @@ class SMModelFindings::Placing {
     /** What stands there and is no cardinality is lost, and told so. */
     void AddEnd(const Finding& finding) {
         const auto found = m_ends.find({ObjectOf(finding), finding.isLeft});
-        if (found == m_ends.end()) return AddAt(finding.told, ObjectOf(finding));
+        SMDiagnostic told = finding.told;
+        if (found == m_ends.end()) {
+            told.message = "there is no " + SideOf(finding.isLeft) + " end, and so no mincard and maxcard of it";
+            return AddAt(told, ObjectOf(finding));
+        }
         const SMFindingPlaces::RelationshipEnd& end = *found->second;
         if (end.hasLeast && end.hasMost) return;
-        SMDiagnostic told = finding.told;
         told.message = TellMissing(end.isLeft, !end.hasLeast, !end.hasMost);
         Put(std::move(told), end.place, What::element);
     }

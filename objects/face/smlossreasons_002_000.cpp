@@ -1,6 +1,7 @@
 #include "objects/face/smlossreasons_002_000.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -60,11 +61,19 @@ class Reasons {
         }
         return IsOfPlaceholder(event) ? FindPlaceholder(event) : nullptr;
     }
+    /** The loss in which the place of an event is that is not one itself; null when there is none. Losses do not stand in each other. */
+    const SMLoss* Around(const SMDiagnostic& event) const {
+        const auto next = FirstFrom(event);
+        return next == m_losses.begin() || std::prev(next)->file != event.file ? nullptr : &*std::prev(next);
+    }
 
   private:
-    SMLoss* FindPlaceholder(const SMDiagnostic& event) const {
+    std::vector<SMLoss>::iterator FirstFrom(const SMDiagnostic& event) const {
         const auto isBefore = [](const SMLoss& loss, const SMDiagnostic& at) { return PlaceKey(loss) < PlaceKey(at); };
-        auto found = std::lower_bound(m_losses.begin(), m_losses.end(), event, isBefore);
+        return std::lower_bound(m_losses.begin(), m_losses.end(), event, isBefore);
+    }
+    SMLoss* FindPlaceholder(const SMDiagnostic& event) const {
+        auto found = FirstFrom(event);
         for (; found != m_losses.end() && PlaceKey(*found) == PlaceKey(event); ++found)
             if (found->kind == SMLoss::element && found->why.empty()) return &*found;
         return nullptr;
@@ -73,6 +82,18 @@ class Reasons {
     std::vector<SMLoss>& m_losses;
     std::unordered_map<std::string, SMLoss*> m_clashes;
 };
+
+/**
+ * A placeholder that goes with another one, whose file could not be read, has a fault of its own and no loss. What it would fill has no
+ * name then.
+ */
+void Complete(SMDiagnostic& event, const SMLoss* around) {
+    const SMDiagnostic reason = ReasonOf(event);
+    event.code = reason.code;
+    event.severity = reason.severity;
+    event.message = reason.message;
+    if (around) event.objectPath = around->objectPath;
+}
 
 }  // namespace
 
@@ -90,6 +111,8 @@ void SMDropToldEvents(SMAccountedResult& result) {
         if (loss) SMGiveReason(*loss, ReasonOf(event));
         return loss != nullptr;
     });
+    for (SMDiagnostic& event : result.diagnostics)
+        if (IsOfPlaceholder(event)) Complete(event, reasons.Around(event));
 }
 
 }  // namespace schema_002_000

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <algorithm>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "core/qvutils/content/contenttree.h"
@@ -20,9 +20,9 @@ class SMReadWitness {
     qv::ContentPlace Place() {
         const SMSourceContext at = SMSourceFrame::Innermost()->Describe();
         if (m_files.empty() || m_files[m_last] != at.file) {
-            const auto found = std::find(m_files.begin(), m_files.end(), at.file);
-            m_last = static_cast<std::size_t>(found - m_files.begin());
-            if (found == m_files.end()) m_files.emplace_back(at.file);
+            const auto [found, isNew] = m_numbers.emplace(at.file, m_files.size());
+            m_last = found->second;
+            if (isNew) m_files.emplace_back(at.file);
         }
         return {m_last, at.line, at.column};
     }
@@ -34,6 +34,8 @@ class SMReadWitness {
 
   private:
     std::vector<std::string> m_files;
+    /** Of the files. */
+    std::unordered_map<std::string, std::size_t> m_numbers;
     std::size_t m_last = 0;
     qv::HeldObjects m_held;
 };

@@ -154,8 +154,10 @@ void SMDatasourceBuilder::AddName() {
 }
 
 void SMDatasourceBuilder::EndPropertyOrTarget() {
-    m_dataSource->SetTarget(TextAsBool());  // as the format has it: any property decides, the last one wins
-    if (m_property.name != m_tags->isTarget) EndProperty(*m_dataSource);
+    const bool isNamed = m_property.name == m_tags->isTarget;
+    // as the format has it: any property decides, the last one wins; but no other one has to be a truth value
+    m_dataSource->SetTarget(isNamed ? TextAsBool() : m_text == SMEnum_bool::bool2string(true));
+    if (!isNamed) EndProperty(*m_dataSource);
 }
 
 void SMDatasourceBuilder::realEndElement(const I18NString&, const I18NString& localName, const I18NString&) {

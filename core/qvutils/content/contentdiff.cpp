@@ -1,41 +1,52 @@
 #include "core/qvutils/content/contentdiff.h"
 
 #include <algorithm>
-#include <cctype>
 #include <map>
 #include <set>
+#include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 
 #include "core/qvutils/base/stack.h"
+#include "core/qvutils/text/asciifold.h"
 
 namespace qv {
 namespace {
 
-std::string_view Trimmed(std::string_view text) {
-    const std::size_t start = text.find_first_not_of(" \t\r\n");
-    if (start == std::string_view::npos) return {};
-    return text.substr(start, text.find_last_not_of(" \t\r\n") - start + 1);
+bool AreDigits(std::string_view text) {
+    return !text.empty() && std::all_of(text.begin(), text.end(), IsAsciiDigit);
 }
 
-/** A whole number without what does not count: a plus, leading zeros. Empty for other texts. */
-std::string_view DigitsOf(std::string_view text) {
-    if (text.starts_with('+')) text.remove_prefix(1);
-    if (text.empty() || !std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) return {};
-    return text.substr(std::min(text.find_first_not_of('0'), text.size() - 1));
+/** A whole number without what does not count: a plus, leading zeros, the sign of zero. Empty for other texts. */
+std::string PlainNumber(std::string_view text) {
+    const bool isNegative = text.starts_with('-');
+    const std::string_view digits = isNegative || text.starts_with('+') ? text.substr(1) : text;
+    if (!AreDigits(digits)) return {};
+    const std::size_t first = digits.find_first_not_of('0');
+    if (first == std::string_view::npos) return "0";
+    return std::string(isNegative ? "-" : "").append(digits.substr(first));
+}
+
+/** Whether it has the form of a date without a time of day. */
+bool IsDay(std::string_view text) {
+    return text.size() == 10 && text[4] == '-' && text[7] == '-' && AreDigits(text.substr(0, 4)) && AreDigits(text.substr(5, 2)) &&
+           AreDigits(text.substr(8));
+}
+
+/**
+ * What two spellings of one value have in common. Only what readers take for the same counts: whole numbers in any spelling, and a day
+ * for its midnight. All else is another value if it is another text, be it in a blank alone.
+ */
+std::string PlainValue(std::string_view text) {
+    std::string number = PlainNumber(text);
+    if (!number.empty()) return number;
+    return std::string(text).append(IsDay(text) ? "T00:00:00" : "");
 }
 
 /** Whether a value that was read as `written` has lost nothing but its spelling. */
 bool IsSameValue(std::string_view value, std::string_view written) {
-    value = Trimmed(value);
-    written = Trimmed(written);
-    if (value == written) return true;
-    const std::string_view digits = DigitsOf(value);
-    if (!digits.empty() && digits == DigitsOf(written)) return true;
-    std::string word(value);
-    std::transform(word.begin(), word.end(), word.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    if (written == "true") return word == "true" || word == "1" || word == "yes";
-    return written == "false" && (word == "false" || word == "0" || word == "no");
+    return value == written || PlainValue(value) == PlainValue(written);
 }
 
 std::string WholeText(const ContentNode& node) {
@@ -48,23 +59,81 @@ bool IsSimple(const ContentNode& node) {
     return node.children.empty();
 }
 
-const ContentAttribute* AttributeOf(const ContentNode& node, std::string_view name) {
-    const auto found = std::find_if(node.attributes.begin(), node.attributes.end(),
-                                    [&](const ContentAttribute& attribute) { return attribute.name == name; });
-    return found == node.attributes.end() ? nullptr : &*found;
-}
+/** The attributes of an element by their names. Most elements have so few that looking at each is fastest. */
+class AttributesByName {
+  public:
+    /** `node` is borrowed. */
+    explicit AttributesByName(const ContentNode& node) : m_attributes(node.attributes) {
+        if (m_attributes.size() <= FEW) return;
+        for (const ContentAttribute& attribute : m_attributes) m_byName.emplace(attribute.name, &attribute);
+    }
+    const ContentAttribute* Find(std::string_view name) const {
+        if (!m_byName.empty()) {
+            const auto found = m_byName.find(name);
+            return found == m_byName.end() ? nullptr : found->second;
+        }
+        const auto found = std::find_if(m_attributes.begin(), m_attributes.end(),
+                                        [&](const ContentAttribute& attribute) { return attribute.name == name; });
+        return found == m_attributes.end() ? nullptr : &*found;
+    }
+
+  private:
+    static constexpr std::size_t FEW = 16;
+    const std::vector<ContentAttribute>& m_attributes;
+    std::unordered_map<std::string_view, const ContentAttribute*> m_byName;
+};
 
 /** The name under which a simple element could also stand as an attribute. */
 std::string_view FieldName(const ContentNode& node) {
-    const ContentAttribute* const name = node.name == "property" ? AttributeOf(node, "name") : nullptr;
+    const ContentAttribute* const name = node.name == "property" ? AttributesByName(node).Find("name") : nullptr;
     return name ? std::string_view(name->value) : std::string_view(node.name);
 }
+
+/** The values of simple elements that only the written document has, for those that the other has in another form. */
+class AddedValues {
+  public:
+    /** `added` is borrowed, and looked at when a value is first asked for. */
+    explicit AddedValues(const std::vector<const ContentNode*>& added) : m_added(added) {}
+
+    /** Whether an element holds the value under the name. */
+    bool HasField(std::string_view name, std::string_view value) {
+        LookOnce();
+        const auto found = m_fields.find({std::string(name), PlainValue(value)});
+        return found != m_fields.end() && found->second > 0;
+    }
+    /** Takes an element that holds the text, whatever its name; false when there is none. */
+    bool Take(std::string_view text) {
+        LookOnce();
+        const auto found = m_byText.find(std::string(text));
+        if (found == m_byText.end() || found->second.empty()) return false;
+        --m_fields[{std::string(FieldName(*found->second.back())), PlainValue(text)}];
+        found->second.pop_back();
+        return true;
+    }
+
+  private:
+    void LookOnce() {
+        if (std::exchange(m_isLooked, true)) return;
+        for (const ContentNode* node : m_added) {
+            if (!IsSimple(*node)) continue;
+            std::string text = WholeText(*node);
+            ++m_fields[{std::string(FieldName(*node)), PlainValue(text)}];
+            m_byText[std::move(text)].push_back(node);
+        }
+    }
+
+    const std::vector<const ContentNode*>& m_added;
+    bool m_isLooked = false;
+    /** How many elements there are by their names and values. */
+    std::map<std::pair<std::string, std::string>, std::size_t> m_fields;
+    std::unordered_map<std::string, std::vector<const ContentNode*>> m_byText;
+};
 
 /** The comparison of one element with the one that was written for it. */
 class Comparison {
   public:
     struct Caller {
-        const std::function<bool(std::string_view)>& isKnown;
+        const ContentModel& model;
         const std::function<void(const ContentLoss&)>& tell;
     };
 
@@ -103,32 +172,22 @@ class Comparison {
         std::erase_if(rest, [&](const ContentNode* node) { return left.count(node) == 0; });
     }
 
-    /**
-     * Of several elements with one key, the first keeps it when the others come back with keys of their own: none of them is gone then,
-     * they are as many as before.
-     */
+    /** Pairs objects that got other names with what is written under these, whatever else has the names that they had. */
     void MatchRenamed(Nodes& rest) {
-        using Key = std::pair<std::string_view, std::string_view>;
-        std::map<std::string_view, std::ptrdiff_t> surplus;
-        std::map<Key, std::size_t> sharing;
-        std::multimap<Key, const ContentNode*> candidates;
-        for (const ContentNode* node : m_unmatched) {
-            ++surplus[node->name];
-            ++sharing[{node->name, node->key}];
-        }
+        if (!m_caller.model.newName) return;
+        std::multimap<std::string_view, const ContentNode*> written;
         for (const ContentNode* node : rest) {
-            --surplus[node->name];
-            candidates.emplace(Key(node->name, node->key), node);
+            written.emplace(node->key, node);
+            for (const std::string& name : node->otherNames) written.emplace(name, node);
         }
         std::set<const ContentNode*> taken;
         for (const ContentNode*& node : m_unmatched) {
-            const Key key(node->name, node->key);
-            const auto first = candidates.lower_bound(key);
-            if (node->key.empty() || surplus[node->name] != 0 || first == candidates.end() || first->first != key || sharing[key] == 1)
-                continue;
-            m_pairs.emplace_back(node, first->second);
-            taken.insert(first->second);
-            candidates.erase(first);
+            const std::string name = m_caller.model.newName(*node);
+            if (name.empty()) continue;
+            const auto [first, end] = written.equal_range(name);
+            const auto found = std::find_if(first, end, [&](const auto& one) { return one.second->name == node->name; });
+            if (found == end || !taken.insert(found->second).second) continue;
+            m_pairs.emplace_back(node, found->second);
             node = nullptr;
         }
         std::erase(m_unmatched, nullptr);
@@ -138,9 +197,9 @@ class Comparison {
     void MatchChildren() {
         for (const ContentNode& child : m_document.children) m_unmatched.push_back(&child);
         for (const ContentNode& child : m_written.children) m_added.push_back(&child);
+        MatchRenamed(m_added);
         Match(m_added, [](const ContentNode& node) { return node.digest; });
         Match(m_added, [](const ContentNode& node) { return node.bareDigest; });
-        MatchRenamed(m_added);
         Match(m_added, [](const ContentNode& node) { return std::make_pair(std::string_view(node.name), std::string_view(node.key)); });
         Match(m_added, [](const ContentNode& node) { return std::string_view(node.name); });
         std::reverse(m_pairs.begin(), m_pairs.end());
@@ -148,8 +207,8 @@ class Comparison {
 
     void CompareAttributes(const ContentNode* outer) {
         for (const ContentAttribute& attribute : m_document.attributes) {
-            const ContentAttribute* const written = AttributeOf(m_written, attribute.name);
-            if (written ? IsSameValue(attribute.value, written->value) : IsElement(attribute.name, attribute.value)) continue;
+            const ContentAttribute* const written = m_writtenAttributes.Find(attribute.name);
+            if (written ? IsSameValue(attribute.value, written->value) : m_values.HasField(attribute.name, attribute.value)) continue;
             m_caller.tell({ContentLoss::Kind::attribute, &m_document, outer, &attribute, nullptr, written ? &written->value : nullptr});
         }
     }
@@ -164,26 +223,10 @@ class Comparison {
             const std::size_t at = isValue ? std::string::npos : written.find(text.text, from);
             if (at != std::string::npos)
                 from = at + text.text.size();
-            else if (!IsChild(text.text))
+            else if (!m_values.Take(text.text))
                 m_caller.tell(
                     {ContentLoss::Kind::text, &m_document, outer, nullptr, &text, isValue ? &m_written.texts.front().text : nullptr});
         }
-    }
-
-    /** Whether the written element has the value in an element that the document had not. */
-    bool IsElement(std::string_view name, std::string_view value) const {
-        return std::any_of(m_added.begin(), m_added.end(), [&](const ContentNode* node) {
-            return IsSimple(*node) && FieldName(*node) == name && IsSameValue(value, WholeText(*node));
-        });
-    }
-
-    /** Whether the value stands in an element of another name that the document had not; each stands for one value. */
-    bool IsChild(std::string_view text) {
-        const auto found = std::find_if(m_added.begin(), m_added.end(),
-                                        [&](const ContentNode* node) { return IsSimple(*node) && WholeText(*node) == Trimmed(text); });
-        if (found == m_added.end()) return false;
-        m_added.erase(found);
-        return true;
     }
 
     bool StandsInAnotherForm(const ContentNode& child) {
@@ -191,9 +234,9 @@ class Comparison {
         if (!isPlain) return false;
         const std::string_view name = FieldName(child);
         const std::string value = WholeText(child);
-        const ContentAttribute* const attribute = AttributeOf(m_written, name);
-        if (attribute && !AttributeOf(m_document, name) && IsSameValue(value, attribute->value)) return true;
-        return !value.empty() && (IsElement(name, value) || (m_caller.isKnown(child.name) && IsChild(value)));
+        const ContentAttribute* const attribute = m_writtenAttributes.Find(name);
+        if (attribute && !m_documentAttributes.Find(name) && IsSameValue(value, attribute->value)) return true;
+        return !value.empty() && (m_values.HasField(name, value) || (m_caller.model.isRead(child) && m_values.Take(value)));
     }
 
     const ContentNode& m_document;
@@ -201,13 +244,15 @@ class Comparison {
     const Caller& m_caller;
     std::vector<std::pair<const ContentNode*, const ContentNode*>> m_pairs;
     Nodes m_unmatched, m_added;
+    AttributesByName m_documentAttributes{m_document}, m_writtenAttributes{m_written};
+    AddedValues m_values{m_added};
 };
 
 }  // namespace
 
-void FindContentLosses(const ContentNode& document, const ContentNode& written, const std::function<bool(std::string_view)>& isKnown,
+void FindContentLosses(const ContentNode& document, const ContentNode& written, const ContentModel& model,
                        const std::function<void(const ContentLoss&)>& tell) {
-    const Comparison::Caller caller{isKnown, tell};
+    const Comparison::Caller caller{model, tell};
     Comparison(document, written, caller).Run(nullptr);
 }
 

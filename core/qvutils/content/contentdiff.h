@@ -1,7 +1,7 @@
 #pragma once
 
 #include <functional>
-#include <string_view>
+#include <string>
 
 #include "core/qvutils/base/smapi.h"
 #include "core/qvutils/content/contenttree.h"
@@ -22,12 +22,20 @@ struct ContentLoss {
     const std::string* instead = nullptr;
 };
 
+/** What a comparison asks about the model. */
+struct ContentModel {
+    /** Whether an element was read as what its name and its text say; such a one may be written under another name. */
+    std::function<bool(const ContentNode&)> isRead;
+    /** Under which name an object is written that has another one in the document; empty for all others. Null: there is no such object. */
+    std::function<std::string(const ContentNode&)> newName;
+};
+
 /**
  * Finds what of a document is not in the one that was written for it. The written one may order siblings and attributes in its own way,
- * spell numbers and truth values in another one, hold as an attribute what was an element, or the other way round, and hold the value of
- * an element in one of another name; but an element that is not `isKnown` is lost even so.
+ * spell whole numbers in another one and a day as its midnight, hold as an attribute what was an element, or the other way round, and
+ * hold the value of an element that was read in one of another name. All is borrowed.
  */
-SM_API void FindContentLosses(const ContentNode& document, const ContentNode& written, const std::function<bool(std::string_view)>& isKnown,
+SM_API void FindContentLosses(const ContentNode& document, const ContentNode& written, const ContentModel& model,
                               const std::function<void(const ContentLoss&)>& tell);
 
 }  // namespace qv

@@ -8,12 +8,19 @@ namespace qv {
 namespace {
 
 /** What names an object among its siblings: its first name, or an attribute that every document uses so. */
-std::string KeyOf(const ContentNode& node, const std::string& name) {
-    if (!name.empty()) return name;
+void GiveKey(ContentNode& node, std::vector<std::string>& names) {
+    node.key.clear();
+    if (!names.empty()) {
+        node.key = std::move(names.front());
+        node.otherNames.assign(std::make_move_iterator(names.begin() + 1), std::make_move_iterator(names.end()));
+        return;
+    }
     for (const char* const naming : {"name", "locale", "id"})
         for (const ContentAttribute& attribute : node.attributes)
-            if (attribute.name == naming) return attribute.value;
-    return {};
+            if (attribute.name == naming) {
+                node.key = attribute.value;
+                return;
+            }
 }
 
 }  // namespace
@@ -34,7 +41,9 @@ void ContentTreeSink::Level::Clear() {
     node.attributes.clear();
     node.texts.clear();
     node.children.clear();
-    name.clear();
+    node.otherNames.clear();
+    node.object = nullptr;
+    names.clear();
     startsText = true;
     holds = false;
 }
@@ -77,24 +86,25 @@ void ContentTreeSink::End() {
     m_behindMarkup = Here();
     outer.startsText = true;
     ContentNode& node = level.node;
-    if (node.name == "name" && outer.name.empty() && !node.texts.empty()) outer.name = node.texts.front().text;
+    if (node.name == "name" && !node.texts.empty()) outer.names.push_back(node.texts.front().text);
     if (!digests) return Become(outer, level);
-    if (!digests->isGiven && !m_isChosen(*digests, m_hasher.Given(), level.holds)) return;
+    if (!digests->isGiven && !m_isChosen({*digests, m_hasher.Given(), level.holds, node.name, outer.node.name})) return;
     if (!digests->isGiven) outer.holds = true;
     std::erase_if(node.texts, [](const ContentText& text) { return IsLayout(text.text); });
     node.digest = digests->whole;
     node.bareDigest = digests->bare;
-    node.key = KeyOf(node, level.name);
+    GiveKey(node, level.names);
     if (m_witness.object && !digests->isGiven) {
-        node.object = m_witness.object();
+        if (!node.object) node.object = m_witness.object();
         for (ContentNode& child : node.children)
             if (!child.object) child.object = node.object;
     }
     outer.node.children.push_back(std::move(node));
 }
 
-void ContentTreeSink::Become(Level& placeholder, Level& root) {
+void ContentTreeSink::Become(Level& placeholder, Level& root) const {
     ContentNode& node = placeholder.node;
+    if (m_witness.object) node.object = m_witness.object();  // at the end of the placeholder, its object may be behind the parser
     const auto append = [](auto& to, auto& from) {
         to.insert(to.end(), std::make_move_iterator(from.begin()), std::make_move_iterator(from.end()));
     };
@@ -102,7 +112,7 @@ void ContentTreeSink::Become(Level& placeholder, Level& root) {
     append(node.attributes, root.node.attributes);
     append(node.texts, root.node.texts);
     append(node.children, root.node.children);
-    placeholder.name = std::move(root.name);
+    placeholder.names = std::move(root.names);
     placeholder.holds = placeholder.holds || root.holds;
 }
 

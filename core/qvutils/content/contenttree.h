@@ -48,6 +48,8 @@ struct SM_API ContentNode {
     std::uint64_t digest = 0, bareDigest = 0;
     /** What tells it from its siblings of the same name; empty when nothing does. */
     std::string key;
+    /** The texts of the elements "name" in it that are behind the first one: its names in other languages. */
+    std::vector<std::string> otherNames;
     /** Behind its start tag. */
     ContentPlace place;
     std::vector<ContentAttribute> attributes;
@@ -63,8 +65,19 @@ struct ContentWitness {
     std::function<QvSmartPtr<IOObject>()> object;
 };
 
+/** An element that ends. All is borrowed. */
+struct EndedElement {
+    const ContentHasher::Digests& digests;
+    /** What a save may have added right in it. */
+    const std::vector<std::uint64_t>& given;
+    /** Whether an element in it is chosen. */
+    bool holds;
+    /** Its name, and that of the element around it; empty around the root. */
+    std::string_view name, outer;
+};
+
 /** Whether an element that ends is chosen for the tree; what is around a chosen one has to be, too. */
-using ContentChoice = std::function<bool(const ContentHasher::Digests& element, const std::vector<std::uint64_t>& given, bool holds)>;
+using ContentChoice = std::function<bool(const EndedElement&)>;
 
 /** Builds the tree of the chosen elements of a document; it grows with these alone. */
 class SM_API ContentTreeSink final : public ContentSink {
@@ -87,8 +100,8 @@ class SM_API ContentTreeSink final : public ContentSink {
     /** An open element. Its memory is used again for the next one that opens there. */
     struct Level {
         ContentNode node;
-        /** The text of its first "name" element, which may not stay in the tree. */
-        std::string name;
+        /** The texts of its "name" elements, which may not stay in the tree. */
+        std::vector<std::string> names;
         bool startsText = true, holds = false;
 
         void Clear();
@@ -103,7 +116,7 @@ class SM_API ContentTreeSink final : public ContentSink {
     ContentPlace Here() const { return m_witness.place ? m_witness.place() : ContentPlace(); }
     Level& Innermost() { return m_open[m_depth - 1]; }
 
-    static void Become(Level& placeholder, Level& root);
+    void Become(Level& placeholder, Level& root) const;
 
     ContentChoice m_isChosen;
     ContentWitness m_witness;

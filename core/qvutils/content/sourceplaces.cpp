@@ -126,12 +126,13 @@ class Walk {
         element.start = start;
         for (PlaceQuestion* const question : asked) {
             if (question->what == PlaceQuestion::What::attribute)
-                AnswerAttribute(*question, start, tag);
+                m_attributeQuestions.emplace(question->name, question);
             else if (question->what == PlaceQuestion::What::text)
                 m_textQuestions.push_back(question);
             else
                 Answer(*question, start, start.offset, 0), element.waiting.push_back(question);
         }
+        if (!m_attributeQuestions.empty()) AnswerAttributes(start, tag);
         m_open.push_back(std::move(element));
         if (tag[tag.size() - 2] == '/') EndElement();
     }
@@ -162,15 +163,20 @@ class Walk {
         question.bytes = to > from ? to - from : 0;
     }
 
-    void AnswerAttribute(PlaceQuestion& question, const Spot& start, std::string_view tag) const {
+    /** All of one tag together, since it may have many attributes. */
+    void AnswerAttributes(const Spot& start, std::string_view tag) {
+        Spot spot = start;
         for (std::size_t at = tag.find_first_of(BLANKS); (at = tag.find_first_not_of(BLANKS, at)) != std::string_view::npos;) {
             const std::size_t open = tag.find_first_of("\"'", at);
-            if (open == std::string_view::npos) return;
+            if (open == std::string_view::npos || m_attributeQuestions.empty()) break;
             const std::size_t close = tag.find(tag[open], open + 1);
-            if (tag.substr(at, tag.find_first_of(" \t\r\n=", at) - at) == question.name)
-                return Answer(question, SpotAfter(start, start.offset + at), at, close + 1);
+            const auto [first, last] = m_attributeQuestions.equal_range(tag.substr(at, tag.find_first_of(" \t\r\n=", at) - at));
+            if (first != last) spot = SpotAfter(spot, start.offset + at);
+            for (auto asked = first; asked != last; ++asked) Answer(*asked->second, spot, at, close + 1);
+            m_attributeQuestions.erase(first, last);
             at = close + 1;
         }
+        m_attributeQuestions.clear();
     }
 
     void Section() {
@@ -221,6 +227,8 @@ class Walk {
     std::unordered_map<std::uint64_t, Questions> m_questions;
     Spot m_at;
     std::vector<Element> m_open;
+    /** Those of the tag that is looked at, by the names of attributes. */
+    std::unordered_multimap<std::string_view, PlaceQuestion*> m_attributeQuestions;
     Questions m_textQuestions;
     bool m_hasText = false, m_hasEntities = false;
     Spot m_textStart;

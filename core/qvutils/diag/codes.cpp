@@ -174,8 +174,8 @@ constexpr SMCodeInfo CODES[] = {
      "model.xml:210:24: error[SM1003] the text of <name> in [sales2] is not kept (5 bytes): error[SM3004] A namespace with name 'sales' "
      "already exists - renaming this namespace to 'sales2'."},
     {qv::code::NO_CARDINALITY, warning, "a cardinality is missing",
-     "An end of this relationship does not say how few, or how many, of its objects belong to one of the other end. Add mincard and "
-     "maxcard: zero, one or many.",
+     "An end of this relationship does not say how few, or how many, of its objects belong to one of the other end, or the whole end is "
+     "not there. Each relationship and scope relationship has two ends. Add mincard and maxcard: zero, one or many.",
      "model.xml:301:9: warning[SM3005] the left end has no maxcard [[sales].[orders to customers]]"},
     {qv::code::UNKNOWN_WORD, warning, "a word outside of its vocabulary",
      "Only certain words may stand here, and this is none of them, so it reads as unset, or by bad luck as another one. Usually the "
@@ -183,13 +183,14 @@ constexpr SMCodeInfo CODES[] = {
      "model.xml:41:7: error[SM1001] <usage> in [sales].[orders].[sum] is not kept (19 bytes): warning[SM3006] \"fakt\" is none of the "
      "words that may stand here"},
     {qv::code::NO_DATE, warning, "a date that does not parse",
-     "A date is written 2026-11-21T18:00:00, or 2026-11-21 alone. This text reads as no date at all. Usually the reason of a loss "
-     "(SM1001 to SM1003). Correct it, or take it out.",
+     "A date is written 2026-11-21T18:00:00, or 2026-11-21 alone, which is its midnight. This text reads as no date at all. Usually the "
+     "reason of a loss (SM1001 to SM1003). Correct it, or take it out.",
      "model.xml:42:18: error[SM1003] the text of <lastChanged> in [sales].[orders] is not kept (9 bytes): warning[SM3007] \"yesterday\" is "
      "no date"},
     {qv::code::NO_NUMBER, warning, "a number that does not parse",
-     "A whole number must stand here: digits, with a sign before them where it makes sense. This text reads as zero, as the greatest "
-     "number that can be held, or is passed over. Usually the reason of a loss (SM1001 to SM1003). Correct it, or take it out.",
+     "A whole number must stand here: digits, with a sign before them where it makes sense, and no blanks. This text reads as zero, as "
+     "the greatest number that can be held, or is passed over. Usually the reason of a loss (SM1001 to SM1003). Correct it, or take it "
+     "out.",
      "model.xml:43:13: error[SM1003] the text of <size> in [sales].[orders].[sum] is not kept (4 bytes): warning[SM3008] \"12.5\" is no "
      "whole number"},
     {qv::code::LOOK_ALIKE, warning, "a name that is taken for another one",
@@ -199,14 +200,15 @@ constexpr SMCodeInfo CODES[] = {
      "and taken for \"size\""},
     {qv::code::PART_MISSING, error, "a separate file is missing",
      "The file that a placeholder names cannot be opened: it is not there, may not be read, or lies outside of the directory of the "
-     "model. The model lacks what it holds, and commands that write refuse to work on it. The reason of a loss (SM1001), whose line ends "
-     "with the fault. Bring the file back.",
+     "model. The model lacks what it holds, and commands that write refuse to work on it, with --accept-loss too: nobody has seen what "
+     "would be lost. The reason of a loss (SM1001), whose line ends with the fault; a placeholder inside of such a one has a line of its "
+     "own. Bring the file back, or take the placeholder out.",
      "model.xml:57:5: error[SM1001] <smnamespacefile> in [sales] is not kept (86 bytes): error[SM3010] a separate file is missing: "
      "error[SM2021] Error reading SM model from XML: orders.qvf: cannot open: No such file or directory"},
     {qv::code::PART_BROKEN, error, "a separate file cannot be read",
      "The file that a placeholder names is there, but is no XML, holds something else than the placeholder says, or would be read inside "
-     "itself. The model lacks what it holds, and commands that write refuse to work on it. The reason of a loss (SM1001), whose line ends "
-     "with the fault and its place in that file.",
+     "itself. The model lacks what it holds, and commands that write refuse to work on it, with --accept-loss too. The reason of a loss "
+     "(SM1001), whose line ends with the fault and its place in that file. Mend the file, or take the placeholder out.",
      "model.xml:57:5: error[SM1001] <smnamespacefile> in [sales] is not kept (86 bytes): error[SM3011] a separate file cannot be read: "
      "error[SM2002] Error reading SM model from XML: orders.qvf:1:1: the document is empty"},
     {qv::code::EMPTY_PLACEHOLDER, warning, "an empty placeholder of a package",
@@ -231,6 +233,11 @@ constexpr SMCodeInfo CODES[] = {
      "The revision was saved without the document, so a document is written from its rows: with the same content, but the form of this "
      "library.",
      "note[SM3017] revision 3 was saved without its document, so it comes from its rows"},
+    {qv::code::NO_TRUTH, warning, "a truth value that does not parse",
+     "Either true or false must stand here, in small letters and without blanks. Any other text reads as false, TRUE, yes and 1 included. "
+     "Usually the reason of a loss (SM1001 to SM1003). Correct it, or take it out.",
+     "model.xml:45:12: error[SM1001] <hidden> in [sales].[orders].[sum] is not kept (20 bytes): warning[SM3018] \"yes\" is neither true "
+     "nor false"},
 };
 
 }  // namespace

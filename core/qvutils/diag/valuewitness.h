@@ -21,6 +21,8 @@ class SM_API ValueWitness {
         date,
         /** Reads as zero, or is not read. */
         number,
+        /** Reads as false. */
+        truth,
     };
 
     ValueWitness();

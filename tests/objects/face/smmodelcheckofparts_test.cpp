@@ -100,6 +100,22 @@ TEST_F(SMModelCheckOfParts, TellsWhatTheLaterObjectHasInCommonThere) {
                        code::NAME_CLASH);
 }
 
+TEST_F(SMModelCheckOfParts, KnowsEachNamesakeByTheNameThatItGot) {
+    for (const char* const name : {"a", "b", "c"})
+        m_directory.Write(std::string(name) + ".qvf",
+                          "<namespace>\n<name locale=\"en\">" + std::string(*name == 'c' ? "A1" : "A") + "</name></namespace>");
+    const SMCheckResult checked = SMCheckModel(
+        m_directory.Write("main.xml", ModelDocument(Named("namespace", "n", Placeholder("a") + Placeholder("b") + Placeholder("c")))));
+    EXPECT_THAT(checked.diagnostics, IsEmpty());
+    ASSERT_THAT(checked.losses, SizeIs(2));
+    for (std::size_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(checked.losses[i].reason, code::NAME_CLASH);
+        EXPECT_EQ(checked.losses[i].file, m_directory.Path(i == 0 ? "b.qvf" : "c.qvf"));
+        EXPECT_EQ(checked.losses[i].line, 2);
+        EXPECT_EQ(checked.losses[i].instead, i == 0 ? "A1" : "A2");
+    }
+}
+
 TEST_F(SMModelCheckOfParts, TellsWhatLeadsNowhereOrIsMissingThere) {
     TellsOnlyInThePart(Named("shortcut", "k", "<refobj>@[x]</refobj>"), code::DANGLING_REFERENCE);
     TellsOnlyInThePart(Relationship(End("left", ONE_TO_MANY, "[a].[s]"), "@" + End("right", "<mincard>one</mincard>", "[a].[s]")),
@@ -128,6 +144,37 @@ TEST_F(SMModelCheckOfParts, TellsWhatCannotBeReadInAPackage) {
     TellsOnlyAt(path, part, code::NO_DATE,
                 ModelDocument(Named("namespace", "n") +
                               "<packages><packagefile id=\"i\" name=\"p\" filename=\"p.qva\" filepath=\"\"></packagefile></packages>"));
+}
+
+TEST_F(SMModelCheckOfParts, NamesThePackageOfALoss) {
+    m_directory.Write("p.qva", "<package zz=\"y\"><name locale=\"en\">p</name><odd/><adminAccess></adminAccess></package>");
+    const SMCheckResult checked = SMCheckModel(m_directory.Write(
+        "main.xml",
+        ModelDocument(Named("namespace", "n") +
+                      "<packages><packagefile id=\"i\" name=\"p\" filename=\"p.qva\" filepath=\"\"></packagefile></packages>")));
+    ASSERT_THAT(checked.losses, SizeIs(2));
+    for (const SMLoss& loss : checked.losses) EXPECT_EQ(loss.objectPath, "(package).(p).()");
+}
+
+/** The inner one fills nothing that the model has; its fault is told all the same, with the object that lacks it. */
+TEST_F(SMModelCheckOfParts, TellsWhatIsWrongWithAFileBelowAMissingOne) {
+    const std::string inner = "<smnamespacefile id=\"j\" name=\"b\" filename=\"b.qvf\" filepath=\"\"></smnamespacefile>";
+    const Marked main(ModelDocument(Named(
+        "namespace", "n", "<smnamespacefile id=\"i\" name=\"a\" filename=\"a.qvf\" filepath=\"\">\n @" + inner + "</smnamespacefile>")));
+    for (const char* const code : {code::PART_MISSING, code::PART_BROKEN}) {
+        const SMCheckResult checked = SMCheckModel(m_directory.Write("main.xml", main.Text()));
+        ASSERT_THAT(checked.losses, SizeIs(1));
+        EXPECT_EQ(checked.losses[0].reason, code::PART_MISSING);
+        ASSERT_THAT(checked.diagnostics, SizeIs(1));
+        const SMDiagnostic& told = checked.diagnostics[0];
+        EXPECT_EQ(told.code, code);
+        EXPECT_EQ(told.line, main.line);
+        EXPECT_EQ(told.column, main.column);
+        EXPECT_EQ(told.objectPath, "[n]");
+        EXPECT_THAT(told.message, HasSubstr(": error[SM20"));
+        EXPECT_THAT(told.message, HasSubstr("b.qvf"));
+        m_directory.Write("b.qvf", "");
+    }
 }
 
 TEST_F(SMModelCheckOfParts, TellsWhatWasMisreadBeforeAFileBroke) {

@@ -1,7 +1,11 @@
 #include "core/qvutils/content/differingcontent.h"
 
+#include <ctime>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -44,8 +48,8 @@ class Compared {
     std::size_t ChosenWritten() { return NodesIn(m_written.Document()); }
     std::string Losses() {
         std::string told;
-        const auto isKnown = [](std::string_view) { return true; };
-        qv::FindContentLosses(m_document.Document(), m_written.Document(), isKnown, [&](const qv::ContentLoss& loss) {
+        const qv::ContentModel model{[](const qv::ContentNode&) { return true; }, nullptr};
+        qv::FindContentLosses(m_document.Document(), m_written.Document(), model, [&](const qv::ContentLoss& loss) {
             told += loss.element->name;
             if (loss.attribute) told += "@" + loss.attribute->name + "=" + loss.attribute->value;
             if (loss.text) told += ":" + loss.text->text;
@@ -58,8 +62,8 @@ class Compared {
     qv::ContentSums m_sums;
     qv::DifferingContent m_differing{m_sums};
     qv::ContentTreeSink m_document{
-        [&](const auto& element, const auto& given, bool holds) { return m_differing.IsOfDocument(element, given, holds); }};
-    qv::ContentTreeSink m_written{[&](const auto& element, const auto&, bool holds) { return m_differing.IsOfWritten(element, holds); }};
+        [&](const qv::EndedElement& element) { return m_differing.IsOfDocument(element.digests, element.given, element.holds); }};
+    qv::ContentTreeSink m_written{[&](const qv::EndedElement& element) { return m_differing.IsOfWritten(element.digests, element.holds); }};
 };
 
 }  // namespace
@@ -107,6 +111,73 @@ TEST(DifferingContent, IsAnObjectThatIsLostAmongMoreThanTheSumsTellApart) {
     Compared both(document + "</a>", written + "</a>");
     EXPECT_EQ(both.Losses(), "b ");
     EXPECT_LT(both.Chosen(), 100u);
+}
+
+namespace {
+
+/** Tells how long it took in seconds of the processor. */
+double SecondsOf(const std::function<void()>& work) {
+    const std::clock_t start = std::clock();
+    work();
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+constexpr int MANY = 100'000;
+/** What looks at each for each of so many takes minutes. */
+constexpr double FEW_SECONDS = 20;
+
+}  // namespace
+
+TEST(DifferingContent, IsFoundAmongVeryManyAttributesOfOneElement) {
+    std::string document = "<a><b", written = "<a><b";
+    for (int i = 0; i < MANY; ++i) {
+        document += " a" + std::to_string(i) + "=\"1\"";
+        if (i != 77'777) written += " a" + std::to_string(i) + "=\"1\"";
+    }
+    std::string losses;
+    EXPECT_LT(SecondsOf([&] { losses = Compared(document + "/>t</a>", written + "/>t</a>").Losses(); }), FEW_SECONDS);
+    EXPECT_EQ(losses, "b@a77777=1 ");
+}
+
+TEST(DifferingContent, IsNoneWhereVeryManyElementsHaveBecomeAttributesOrOtherElements) {
+    std::string elements, attributes, others;
+    for (int i = 0; i < MANY; ++i) {
+        const std::string number = std::to_string(i);
+        elements += "<e" + number + ">v" + number + "</e" + number + ">";
+        attributes += " e" + number + "=\"v" + number + "\"";
+        others += "<other>v" + number + "</other>";
+    }
+    const std::string asElements = "<a><b>" + elements + "</b>t</a>", asAttributes = "<a><b" + attributes + "></b>t</a>";
+    EXPECT_LT(SecondsOf([&] {
+                  EXPECT_EQ(Compared(asElements, asAttributes).Losses(), "");
+                  EXPECT_EQ(Compared(asAttributes, asElements).Losses(), "");
+                  EXPECT_EQ(Compared(asElements, "<a><b>" + others + "</b>t</a>").Losses(), "");
+                  EXPECT_EQ(Compared("<a><b>" + elements + "<e>v1</e></b>t</a>", "<a><b>" + others + "</b>t</a>").Losses(), "e ");
+              }),
+              4 * FEW_SECONDS);
+}
+
+/** Of a whole number the value counts, of a day its midnight, of all else the text. */
+TEST(DifferingContent, IsNoneInTheSpellingOfNumbersAndDays) {
+    const auto losses = [](const std::string& text, const std::string& written) {
+        return Compared("<a><b x=\"" + text + "\"/><c>" + text + "</c></a>", "<a><b x=\"" + written + "\"/><c>" + written + "</c></a>")
+            .Losses();
+    };
+    for (const auto& [text, written] : std::vector<std::pair<std::string, std::string>>{
+             {"08", "8"}, {"+8", "8"}, {"00", "0"}, {"-0", "0"}, {"-08", "-8"}, {"2026-11-21", "2026-11-21T00:00:00"}})
+        EXPECT_EQ(losses(text, written), "") << text;
+    for (const auto& [text, written] : std::vector<std::pair<std::string, std::string>>{{" hidden ", "hidden"},
+                                                                                        {"0 ", "0"},
+                                                                                        {" 8", "8"},
+                                                                                        {"8.0", "8"},
+                                                                                        {"-8", "8"},
+                                                                                        {"+", "0"},
+                                                                                        {"True", "true"},
+                                                                                        {"0", "false"},
+                                                                                        {"1", "true"},
+                                                                                        {"2026-11-21Z", "2026-11-21T00:00:00"},
+                                                                                        {"2026-11-21", "2026-11-21T00:00:01"}})
+        EXPECT_EQ(losses(text, written), "b@x=" + text + " c:" + text + " ") << text;
 }
 
 TEST(DifferingContent, ForgetsWhatABrokenPartHadGiven) {

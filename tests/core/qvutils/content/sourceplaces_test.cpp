@@ -1,5 +1,6 @@
 #include "core/qvutils/content/sourceplaces.h"
 
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,29 @@ TEST(SourcePlaces, FindTheFirstCharacterOfAnElement) {
 TEST(SourcePlaces, FindAnAttributeByItsName) {
     EXPECT_EQ(Ask("<a bc='1' b = \"2>\"/>", What::attribute, 1, 21, "b"), (Answer{1, 11, 8}));
     EXPECT_EQ(Ask("<a\n\tb='1'\n\tcd='2'>", What::attribute, 3, 9, "cd"), (Answer{3, 2, 6}));
+}
+
+/** All in one look at the tag: one look for each of them would take minutes. */
+TEST(SourcePlaces, FindEachOfVeryManyAttributesOfOneElement) {
+    constexpr long MANY = 100'000;
+    std::string document = "<a";
+    for (long i = 0; i < MANY; ++i) document += "\na" + std::to_string(i) + "=\"1\"";
+    document += "/>";
+    std::vector<qv::PlaceQuestion> questions;
+    for (long i = MANY - 1; i >= 0; --i) questions.push_back({What::attribute, MANY + 1, 13, "a" + std::to_string(i)});
+    const std::clock_t start = std::clock();
+    qv::AnswerPlaces(document, questions);
+    EXPECT_LT(std::clock() - start, 20 * CLOCKS_PER_SEC);
+    for (long i = 0; i < MANY; ++i) {
+        const qv::PlaceQuestion& answered = questions[static_cast<std::size_t>(MANY - 1 - i)];
+        ASSERT_EQ((Answer{answered.startLine, answered.startColumn, answered.bytes}), (Answer{i + 2, 1, 5 + std::to_string(i).size()}));
+    }
+}
+
+TEST(SourcePlaces, AnswerTwoQuestionsAboutOneAttribute) {
+    std::vector<qv::PlaceQuestion> questions(2, {What::attribute, 1, 10, "b"});
+    qv::AnswerPlaces("<a b='1'>", questions);
+    for (const qv::PlaceQuestion& answered : questions) EXPECT_EQ(answered.startColumn, 4);
 }
 
 TEST(SourcePlaces, FindTheFirstCharacterOfAText) {

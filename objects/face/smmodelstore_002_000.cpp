@@ -1,9 +1,14 @@
 #include "objects/face/smmodelstore_002_000.h"
 
+#include <algorithm>
+#include <map>
 #include <new>
+#include <string>
 
 #include "objects/face/smguard_002_000.h"
 #include "objects/face/smmodeldocument_002_000.h"
+#include "objects/face/smmodelwalk_002_000.h"
+#include "objects/query/smdefinition2_002_000.h"
 
 namespace schema_002_000 {
 
@@ -26,6 +31,31 @@ class Watch {
     IOHelper& m_context;
     SMTicker m_ticker;
 };
+
+/** What a definition logs of its row when that has no query. */
+std::string LoggedOfForm(const std::string& form) {
+    return "Constructing a definition with query type '" + form + "', which we don't know what to do with.";
+}
+
+/** The forms that have no columns are kept in records, which are read behind the row: of a definition that got its own nothing is lost. */
+void DropWhatIsToldOfKeptForms(const SMProject2& project, std::vector<SMDiagnostic>& told) {
+    const std::string beginning = LoggedOfForm("").substr(0, LoggedOfForm("").find('\'') + 1);
+    const auto isOfForm = [&](const SMDiagnostic& event) { return event.message.starts_with(beginning); };
+    if (std::none_of(told.begin(), told.end(), isOfForm)) return;
+    std::map<std::string, std::size_t> kept;
+    SMForEachObject(project, [&](const SMObjectBase& object, int) {
+        if (object.GetSMType() != SMEnum_xmltag::Enum::definition) return;
+        const auto& definition = static_cast<const SMDefinition2&>(object);
+        if (!definition.GetQuery() && (definition.mdQuery || definition.storedProcedure || definition.queryOperation))
+            ++kept[LoggedOfForm(std::string(definition.GetQueryTypeName().utf8()))];
+    });
+    std::erase_if(told, [&](const SMDiagnostic& event) {
+        const auto found = kept.find(event.message);
+        if (found == kept.end() || found->second == 0) return false;
+        --found->second;
+        return true;
+    });
+}
 
 }  // namespace
 
@@ -64,7 +94,9 @@ SMGetResult SMGetModel(IOHelper& context, const SMControl& control) {
         return project->read(context);
     });
     result.objects = watch.Count();
-    if (result.IsDone()) result.project = project;
+    if (!result.IsDone()) return result;
+    DropWhatIsToldOfKeptForms(*project, result.diagnostics);
+    result.project = project;
     return result;
 }
 

@@ -27,7 +27,10 @@ struct SMGetResult : SMResult {
  */
 SM_API SMPutResult SMPutModel(SMProject2& project, IOHelper& context, const SMControl& control = {},
                               const std::function<void()>& settle = {});
-/** Loads the whole model of a persistence context. */
+/**
+ * Loads the whole model of a persistence context. What the context is known not to hold is no finding (docs/losses.md); a query of a
+ * definition that should be in a record and is not there is one.
+ */
 SM_API SMGetResult SMGetModel(IOHelper& context, const SMControl& control = {});
 
 }  // namespace schema_002_000

@@ -34,6 +34,30 @@ TEST(SmodelRepoGet, GivesEachExampleBackByteForByte) {
         EXPECT_TRUE(repository.Get() == RunTool({"fmt", "--accept-loss", path}).out) << path;
     }
 }
+TEST(SmodelRepoGet, LoadsRowsWithoutAFindingThoughTheyDoNotCarryAll) {
+    for (const char* const name : {"foodmart.xml", "everything.xml", "tpcds.xml", "multifile/main.xml"}) {
+        const ToolRepository repository;
+        repository.Run("put", {MODELS + name});
+        const ToolRun rows = repository.Run("get", {"--rows", "-o", "-"});
+        EXPECT_EQ(rows.status, 0) << name;
+        EXPECT_EQ(rows.err, "") << name;
+        for (const char* const form : {"mdQuery", "storedProcedure", "queryOperation"})
+            EXPECT_EQ(rows.out.find(std::string("<") + form) == std::string::npos,
+                      repository.Get().find(std::string("<") + form) == std::string::npos)
+                << name << " " << form;
+    }
+}
+
+TEST(SmodelRepoGet, TellsOfAQueryThatItsRecordDoesNotHoldAnyMore) {
+    const ToolRepository repository;
+    repository.Run("put", {MODELS + "foodmart.xml"});
+    EXPECT_EQ(ChangeByHand(repository, "DELETE FROM SM_REMAIN_INFO WHERE NAME = 'mdQuery'"), 1);
+    const ToolRun rows = repository.Run("get", {"--rows", "-o", "-"});
+    EXPECT_EQ(rows.status, 1);
+    EXPECT_THAT(rows.err, HasSubstr("Constructing a definition with query type 'mdQuery', which we don't know what to do with."));
+    EXPECT_THAT(rows.err, Not(HasSubstr("'storedProcedure'"))) << "its own is there";
+}
+
 
 TEST(SmodelRepoGet, GivesEachRevisionBackByNumber) {
     const ToolRepository repository;

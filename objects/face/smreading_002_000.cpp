@@ -22,6 +22,8 @@
 #include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/xml/documentsource.h"
+#include "objects/containers/smfolder2_002_000.h"
+#include "objects/containers/smnamespace2_002_000.h"
 #include "objects/face/smguard_002_000.h"
 #include "objects/project/smprojectdocument_002_000.h"
 
@@ -95,6 +97,32 @@ class WatchedBuilder : public SMProjectBuilder {
 bool HasSeparateFiles(const SMProject2& project) {
     const SMEnum_xmltag* const tags = SMEnum_xmltag::GetInstance();
     return project.m_partFiles.ReadCount(tags->namespace_) + project.m_partFiles.ReadCount(tags->package) > 0;
+}
+
+void NumberSiblings(SMSectionType2& section) {
+    const std::vector<SMObjectBase*>& items = section.GetDisplayOrderItems();
+    const auto isAhead = [](const SMObjectBase* a, const SMObjectBase* b) { return a && b && a->displayOrder >= b->displayOrder; };
+    if (std::adjacent_find(items.begin(), items.end(), isAhead) == items.end()) return;
+    int number = 0;
+    for (SMObjectBase* const item : items)
+        if (item) item->displayOrder = number++;
+    while (section.TakeDisplayOrder() + 1 < number) continue;  // the next child comes behind them
+}
+
+/**
+ * A namespace that stands in a file of its own, or that a placeholder stands for, takes no number in the order of its siblings. They all
+ * get those of the one document that the model is written as, so that its rows tell the same, however it was read.
+ */
+void NumberSiblings(const SMProject2& project) {
+    std::vector<SMSectionType2*> sections;
+    if (SMNamespace2* const root = project.GetRootNamespace()) sections.push_back(root);
+    while (!sections.empty()) {
+        SMSectionType2& section = *sections.back();
+        sections.pop_back();
+        NumberSiblings(section);
+        for (const auto& below : section.GetNamespaces()) sections.push_back(below.get());
+        for (const auto& below : section.GetFolders()) sections.push_back(below.get());
+    }
 }
 
 std::string DirectoryOf(const std::string& path) {
@@ -233,6 +261,7 @@ SMLoadResult SMReading::Load(qv::ContentSink* sink) {
         files.SetWatch(nullptr);
         files.SetContentSource(nullptr);
         if (!HasSeparateFiles(*project)) builder.Dates().Undate(*project);
+        NumberSiblings(*project);
         return true;
     });
     if (result.IsDone()) result.project = project;

@@ -7,12 +7,15 @@
 #include <atomic>
 #include <csignal>
 #include <filesystem>
+#include <set>
 #include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "objects/containers/smfolder2_002_000.h"
 #include "objects/containers/smnamespace2_002_000.h"
+#include "objects/face/smmodelwalk_002_000.h"
 #include "objects/publication/smpackage2_002_000.h"
 #include "tests/support/facemodel.h"
 #include "tests/support/toolrun.h"
@@ -128,6 +131,37 @@ INSTANTIATE_TEST_SUITE_P(Document, SMModelFilesOf,
                                  name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
                              return name;
                          });
+
+/** The numbers of all objects, each behind what it stands in. */
+std::multiset<std::string> NumbersOf(const SMProject2& project) {
+    std::multiset<std::string> numbers;
+    std::vector<std::string> around;
+    SMForEachObject(project, [&](const SMObjectBase& object, int depth) {
+        around.resize(static_cast<std::size_t>(depth));
+        around.push_back((around.empty() ? "" : around.back() + " / ") + SMKindOf(object) + " " + SMNameOf(object));
+        numbers.insert(around.back() + " " + std::to_string(object.displayOrder));
+    });
+    return numbers;
+}
+
+TEST_P(SMModelFilesOf, NumberSiblingsAsTheirOneDocumentDoes) {
+    const SMLoadResult whole = SMLoadModel(MODELS + GetParam());
+    ASSERT_TRUE(SMSplitModel(*whole.project, m_dir.Path("parts")).IsDone());
+    const SMLoadResult parts = SMLoadModel(m_dir.Path("parts/main.xml"));
+    const SMLoadResult one = SMLoadModelBytes(CanonicalText(*parts.project));
+    EXPECT_EQ(NumbersOf(*parts.project), NumbersOf(*one.project));
+    for (const SMLoadResult* loaded : {&parts, &one}) {
+        SMNamespace2* const root = loaded->project->GetRootNamespace();
+        const auto last = static_cast<int>(root->GetDisplayOrderItems().size());
+        EXPECT_EQ(root->AddOrUpdateFolder("behind all others")->displayOrder, last);
+    }
+}
+
+TEST_F(SMModelFiles, NumberTheNamespaceOfAnEmptyPlaceholderToo) {
+    const SMLoadResult loaded = SMLoadModelBytes(
+        ModelDocument(NamespaceElement("R", FolderElement("A") + FolderElement("B") + "<smnamespacefile id=\"i\" name=\"N\"/>")));
+    EXPECT_EQ(NumbersOf(*loaded.project), NumbersOf(*SMLoadModelBytes(CanonicalText(*loaded.project)).project));
+}
 
 TEST_F(SMModelFiles, KeepAPlaceholderTreeInTheMainDocument) {
     SMSplitResult split;

@@ -3,18 +3,23 @@
 #include <algorithm>
 
 #include "core/qvutils/xml/qvsax2parser.h"
+#include "objects/face/smguard_002_000.h"
 #include "objects/project/smprojectdocument_002_000.h"
 
 namespace schema_002_000 {
 
 namespace {
 
+constexpr std::size_t ELEMENTS_PER_TICK = 4'096;
+
 /** Builds the project, and notes at each element whether a new object has begun with it. */
 class OutlineBuilder : public SMProjectBuilder {
   public:
-    OutlineBuilder(SMProject2* project, std::vector<SMModelOutline::Element>& elements) : SMProjectBuilder(project), m_elements(elements) {}
+    OutlineBuilder(SMProject2* project, std::vector<SMModelOutline::Element>& elements, const SMControl& control)
+        : SMProjectBuilder(project), m_elements(elements), m_ticker(control, SMProgress::elements, ELEMENTS_PER_TICK) {}
 
     void startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) override {
+        m_ticker.Add(1);
         SMProjectBuilder::startElement(uri, localName, qName, attrs);
         const IOObject* const around = m_open.empty() ? nullptr : m_open.back().object;
         const IOObject* const object = InnermostObject();
@@ -50,15 +55,16 @@ class OutlineBuilder : public SMProjectBuilder {
     }
 
     std::vector<SMModelOutline::Element>& m_elements;
+    SMTicker m_ticker;
     std::size_t m_count = 0;
     std::vector<Open> m_open;
 };
 
 }  // namespace
 
-SMModelOutline::SMModelOutline(std::string_view document) : m_document(document), m_project(new SMProject2) {
+SMModelOutline::SMModelOutline(std::string_view document, const SMControl& control) : m_document(document), m_project(new SMProject2) {
     m_project->m_partFiles.SetRoot(".");
-    OutlineBuilder builder(m_project, m_elements);
+    OutlineBuilder builder(m_project, m_elements, control);
     QvSAX2Parser parser;
     parser.setContentHandler(&builder);
     parser.parse(document.data(), document.size());

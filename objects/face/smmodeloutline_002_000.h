@@ -30,8 +30,8 @@ class SM_API SMModelOutline {
         bool Holds(std::size_t other) const { return other >= number && other < end; }
     };
 
-    /** Reads a model document, which is not copied. Raises TklRuntimeError when it is none. */
-    explicit SMModelOutline(std::string_view document);
+    /** Reads a model document, which is not copied. Raises TklRuntimeError when it is none, and SMCancelled. */
+    explicit SMModelOutline(std::string_view document, const SMControl& control = {});
 
     std::string_view Document() const { return m_document; }
     SMProject2& Project() const { return *m_project; }

@@ -217,7 +217,7 @@ void TakeIds(const SMModelOutline& then, const SMModelOutline& now, const SMMode
     }
 }
 
-void Restore(const SMModelOutline& then, const SMModelOutline& now, std::size_t place, SMRestoreResult& result,
+void Restore(const SMModelOutline& then, const SMModelOutline& now, std::size_t place, const SMControl& control, SMRestoreResult& result,
              std::vector<SMDiagnostic>& notes) {
     SMQuietSink quiet;  // what reading the models logs was told when they were put
     const SMLogScope scope(quiet);
@@ -227,7 +227,7 @@ void Restore(const SMModelOutline& then, const SMModelOutline& now, std::size_t 
     notes = planner.Notes();
     CheckNamespaces(then, now, element, plan);
     const SMSplice splice(now.Document(), then.Document(), plan);
-    const SMModelOutline restored(splice.Document());
+    const SMModelOutline restored(splice.Document(), control);
     const auto back = std::find_if(restored.Elements().begin(), restored.Elements().end(), [&](const Element& e) {
         const SMSplice::Origin origin = splice.OriginOf(e.number);
         return origin.isFromSource && origin.number == element.number;
@@ -241,14 +241,14 @@ void Restore(const SMModelOutline& then, const SMModelOutline& now, std::size_t 
 
 }  // namespace
 
-SMRestoreResult SMRestoreObject(const SMModelOutline& then, const SMModelOutline& now, const QvULString& id) {
+SMRestoreResult SMRestoreObject(const SMModelOutline& then, const SMModelOutline& now, const QvULString& id, const SMControl& control) {
     SMRestoreResult result;
     std::vector<SMDiagnostic> notes;
     SMRunGuarded(result, [&] {
         const std::size_t place = then.Find(id.utf8());
         if (place == NONE) throw TklRuntimeError("no object had the id '" + std::string(id.utf8()) + "' then");
         try {
-            Restore(then, now, place, result, notes);
+            Restore(then, now, place, control, result, notes);
         } catch (const TklRuntimeError& error) {
             throw TklRuntimeError("the " + NameOf(*then.Elements()[place].object) + " cannot be restored: " + error.message());
         }

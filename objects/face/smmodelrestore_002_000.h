@@ -21,6 +21,7 @@ struct SMRestoreResult : SMResult {
  * also name the references that lead nowhere because of it. Fails, and says what to do first, when what the object hung below is gone, and
  * when something else has its name by now.
  */
-SM_API SMRestoreResult SMRestoreObject(const SMModelOutline& then, const SMModelOutline& now, const QvULString& id);
+SM_API SMRestoreResult SMRestoreObject(const SMModelOutline& then, const SMModelOutline& now, const QvULString& id,
+                                       const SMControl& control = {});
 
 }  // namespace schema_002_000

@@ -6,6 +6,7 @@
 #include "objects/face/smguard_002_000.h"
 #include "objects/face/smmodelrestore_002_000.h"
 #include "objects/face/smreferences_002_000.h"
+#include "tools/smodel/interrupt.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/putting.h"
 #include "tools/smodel/repo.h"
@@ -16,6 +17,8 @@ namespace {
 
 using namespace schema_002_000;
 
+constexpr std::size_t OBJECTS_PER_TICK = 1'024;
+
 struct Arguments : RepositoryArguments {
     std::string what, message, base;
     /** Whoever asks the system for the login name looks into its files: not before it is needed. */
@@ -25,9 +28,13 @@ struct Arguments : RepositoryArguments {
 /** The model of a revision, its objects with the ids of their rows. */
 class Recorded {
   public:
-    Recorded(SMRepository& repository, long project, const SMRepositoryRevision& revision)
-        : m_context(repository.OpenProject(project)), m_document(Read(revision)), m_outline(*m_document) {
+    Recorded(SMRepository& repository, long project, const SMRepositoryRevision& revision, ProgressLine& line)
+        : m_context(repository.OpenProject(project)), m_document(Read(revision)), m_outline(*m_document, line.Control()) {
+        m_context->SetVisitor([&, compared = std::size_t{0}](const IOObject&) mutable {
+            if (++compared % OBJECTS_PER_TICK == 0) line.Show("objects", compared, 0);
+        });
         m_context->Compare(m_outline.Project());
+        m_context->SetVisitor(nullptr);
         m_outline.IndexIds();
     }
     const SMModelOutline& Outline() const { return m_outline; }
@@ -59,6 +66,17 @@ QvULString ObjectThen(SMRepository& repository, const SMRepositoryHelper& contex
     return id;
 }
 
+/** The model with the object back in it. Until it is put there is nothing to tidy up. */
+SMRestoreResult Prepare(SMRepository& repository, const SMRepositoryHelper& context, const std::string& object,
+                        const SMRepositoryRevision& base, const SMRepositoryRevision& revision) {
+    const LeaveAtOnce nothingToTidyUp;
+    ProgressLine line("restoring " + object);
+    const long project = context.ProjectNumber();
+    const Recorded now(repository, project, base, line), then(repository, project, revision, line);
+    const QvULString id = ObjectThen(repository, context, then.Outline(), object, revision.number);
+    return SMRestoreObject(then.Outline(), now.Outline(), id, line.Control());
+}
+
 int Restore(const Arguments& arguments) {
     const std::size_t at = arguments.what.rfind('@');
     if (at == std::string::npos || at == 0 || at + 1 == arguments.what.size())
@@ -70,14 +88,7 @@ int Restore(const Arguments& arguments) {
                                revision = RevisionAt(repository, project, arguments.what.substr(at + 1));
     context->ReadAt(base.number);
 
-    const std::string object = arguments.what.substr(0, at);
-    SMRestoreResult restored;
-    QvULString id;
-    {
-        const Recorded now(repository, project, base), then(repository, project, revision);
-        id = ObjectThen(repository, *context, then.Outline(), object, revision.number);
-        restored = SMRestoreObject(then.Outline(), now.Outline(), id);
-    }
+    const SMRestoreResult restored = Prepare(repository, *context, arguments.what.substr(0, at), base, revision);
     PrintDiagnostics(stderr, restored.diagnostics, false);
     if (!restored.IsDone()) return StatusOf(restored);
     const std::string message = arguments.message.empty() ? "restore " + arguments.what : arguments.message;

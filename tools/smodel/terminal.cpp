@@ -165,12 +165,18 @@ void ProgressLine::Show(const char* things, std::size_t done, std::size_t total)
         m_begin = now;
     }
     if (!m_isTerminal || now < m_next) return;
+        if (!m_things.empty()) m_counts[m_things].spent += now - m_begin;
     m_next = now + BETWEEN_UPDATES;
     m_shown = true;
     SetProgressShown(true);
+    Count& count = m_counts[m_things];
+    if (done < count.last) count.earlier += count.last;
+    count.last = done;
+    done += count.earlier;
+    if (total != 0) total += count.earlier;
     std::string line = "\r" + m_what + ": " + Grouped(done) + (total ? " of " + Grouped(total) : "") + " " + things;
     // the first count comes at once, and tells nothing of the speed
-    if (const double seconds = std::chrono::duration<double>(now - m_begin).count(); seconds > 0.05 && done > 0) {
+    if (const double seconds = std::chrono::duration<double>(count.spent + (now - m_begin)).count(); seconds > 0.05 && done > 0) {
         const double rate = static_cast<double>(done) / seconds;
         line += ", " + Grouped(static_cast<std::size_t>(rate)) + "/s";
         if (total >= done && total > 0) line += ", " + Clocked(static_cast<double>(total - done) / rate) + " left";

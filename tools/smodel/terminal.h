@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -50,7 +51,8 @@ class ProgressLine {
     schema_002_000::SMControl Control();
     /** How many objects there are, so that the time left can be told. */
     void SetObjects(std::size_t total) { m_objects = total; }
-    /** Tells how far it is: with how many things a second, and, where `total` is not 0, the time that is left. */
+    /** Tells how far it is, where a count that begins again goes on from what it had come to: with how many things a second, and, where
+     * `total` is not 0, the time that is left. */
     void Show(const char* things, std::size_t done, std::size_t total);
 
   private:
@@ -66,5 +68,12 @@ class ProgressLine {
     Clock::time_point m_begin;
 };
 
+    struct Count {
+        /** What was told last, and what counts had come to that have begun again since. */
+        std::size_t last = 0, earlier = 0;
+        /** Until other things were counted. */
+        Clock::duration spent{};
+    };
+    std::map<std::string, Count> m_counts;
 /** "0:07", "2:05:09": at least as much time as is given. */
 std::string Clocked(double seconds);

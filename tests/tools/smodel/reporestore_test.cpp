@@ -1,4 +1,7 @@
+#include <chrono>
+#include <csignal>
 #include <memory>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -92,6 +95,23 @@ TEST_P(SmodelRepoRestore, BringsBackWhatWasEditedAndNothingElse) {
     EXPECT_EQ(run.out, "revision 3: 0 objects added, 1 changed, 0 removed\n");
     EXPECT_THAT(repository.Run("log").out, HasSubstr("\trestore [Sales].[Orders].[Amount]@1\n"));
     EXPECT_EQ(repository.Get("2"), Formatted(SalesModel(Subject("Orders", Item("Amount", "", "2") + Item("Day", "", "3")))));
+}
+
+TEST_P(SmodelRepoRestore, EndsAtOnceWhenItsPreparationIsInterrupted) {
+    using Clock = std::chrono::steady_clock;
+    const std::string model = BigModel(4'000);
+    Put({model, std::string(model).replace(model.find(">n7<"), 4, ">seven<")});
+    repository.leftUnverified = true;
+    const auto start = Clock::now();
+    EXPECT_EQ(Restore("[none]@1").status, 2) << "it is told at the end of the preparation";
+    const auto prepared = Clock::now() - start;
+    RunningTool tool({"repo", "restore", repository.Location(), "[n7]@1"}, {});
+    std::this_thread::sleep_for(prepared / 5);
+    const auto interrupted = Clock::now();
+    ::kill(tool.Process(), SIGINT);
+    EXPECT_EQ(tool.Wait().status, 130);
+    EXPECT_LT(Clock::now() - interrupted, prepared / 4 + std::chrono::milliseconds(100));
+    EXPECT_EQ(SMRepository(repository.Location()).Revisions(1).size(), 2u);
 }
 
 TEST_P(SmodelRepoRestore, KeepsMessageAndAuthor) {

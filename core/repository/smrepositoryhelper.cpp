@@ -159,6 +159,10 @@ void SMRepositoryHelper::WatchSending(std::function<void(std::size_t, std::size_
     m_state->save.WatchSending(std::move(watcher));
 }
 
+void SMRepositoryHelper::WatchSaved(std::function<void(long)> watcher) {
+    m_state->save.WatchSaved(std::move(watcher));
+}
+
 long SMRepositoryHelper::Newest() {
     return qv::Naming(m_state->backend->Name(), [&] {
         const std::optional<qv::ProjectEntry> entry = m_state->session.Project(ProjectNumber());

@@ -55,6 +55,8 @@ class SM_API SMRepositoryHelper : public IOHelper {
      * watches.
      */
     void WatchSending(std::function<void(std::size_t done, std::size_t total)> watcher);
+    /** Called with its revision as soon as a save stands in the store, before the context has settled on it; it may not throw. */
+    void WatchSaved(std::function<void(long revision)> watcher);
     /** Loads, and what later saves are based on, are those of this revision from now on; a save then fails unless it is the newest. */
     void ReadAt(long revision);
     /** The newest revision that stands in the store now. */

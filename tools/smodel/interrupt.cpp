@@ -1,8 +1,11 @@
 #include "tools/smodel/interrupt.h"
 
 #include <csignal>
+#include <cstring>
 
 #include <unistd.h>
+
+#include "tools/smodel/status.h"
 
 namespace {
 
@@ -10,14 +13,23 @@ std::atomic<bool> g_interrupted{false};
 std::atomic<bool> g_leaveAtOnce{false};
 std::atomic<bool> g_progressShown{false};
 std::atomic<int> g_signal{SIGINT};
-static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free, "a signal handler may not wait");
+/** What has been done; null as long as nothing has. */
+std::atomic<const char*> g_done{nullptr};
+static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free &&
+                  std::atomic<const char*>::is_always_lock_free,
+              "a signal handler may not wait");
+
+void Tell(const char* text) {
+    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, text, std::strlen(text));
+}
 
 extern "C" void TakeSignal(int number) {
     g_signal = number;
     if (!g_interrupted.exchange(true) && !g_leaveAtOnce) return;
-    if (g_progressShown) [[maybe_unused]]
-        const ssize_t written = ::write(STDERR_FILENO, "\r\x1b[K", 4);
-    ::_exit(InterruptedStatus());
+    if (g_progressShown) Tell("\r\x1b[K");
+    const char* const done = g_done;
+    if (done) Tell(done);
+    ::_exit(done ? STATUS_CLEAN : InterruptedStatus());
 }
 
 }  // namespace
@@ -45,6 +57,10 @@ LeaveAtOnce::LeaveAtOnce(bool active) : m_outer(g_leaveAtOnce.exchange(active ||
 
 LeaveAtOnce::~LeaveAtOnce() {
     g_leaveAtOnce = m_outer;
+}
+
+void TellWhenInterrupted(const char* line) {
+    g_done = line;
 }
 
 void SetProgressShown(bool shown) {

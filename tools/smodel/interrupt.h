@@ -24,5 +24,11 @@ class LeaveAtOnce {
     bool m_outer;
 };
 
+/**
+ * From now on what the user asked for is done, though the command goes on for a while: the second signal says this, a whole line, and ends
+ * the process with status 0. Borrowed.
+ */
+void TellWhenInterrupted(const char* line);
+
 /** Whether a line of progress stands on standard error, to be wiped by whoever leaves. */
 void SetProgressShown(bool shown);

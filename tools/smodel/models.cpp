@@ -117,6 +117,12 @@ SMSaveResult SaveDocument(const std::function<void(QvXMLFormatTarget&)>& write, 
     return Save(given, [&](const SMSaveOptions& options) { return SMSaveDocument(OutputPath(given), write, options); });
 }
 
+void LeaveToTheSystem([[maybe_unused]] SMProject2& project) {
+#ifndef __SANITIZE_ADDRESS__
+    project.addReference();
+#endif
+}
+
 int StatusOf(const SMResult& result) {
     switch (result.status) {
     case SMStatus::done: return result.HasFindings() ? STATUS_FINDINGS : STATUS_CLEAN;

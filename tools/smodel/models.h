@@ -47,6 +47,12 @@ schema_002_000::SMSaveResult SaveModel(const schema_002_000::SMProject2& project
 /** The same for a document that `write` gives. */
 schema_002_000::SMSaveResult SaveDocument(const std::function<void(QvXMLFormatTarget&)>& write, const std::string& given);
 
+/**
+ * For a model that the process ends with: the system takes its memory back at once, while to free a million objects takes a second. A build
+ * that looks for leaks frees them.
+ */
+void LeaveToTheSystem(schema_002_000::SMProject2& project);
+
 /** The exit status that tells how an operation ended. */
 int StatusOf(const schema_002_000::SMResult& result);
 /** The one that weighs more. */

@@ -1,5 +1,6 @@
 #include "tools/smodel/putting.h"
 
+#include <cstdio>
 #include <set>
 
 #include <pwd.h>
@@ -20,6 +21,7 @@ namespace {
 void PrintWhatCame(SMRepository& repository, const SMRepositoryHelper& context, long base) {
     if (context.Revision() == base) return Print("nothing changed; the newest revision is " + std::to_string(base) + "\n");
     const std::string revision = "revision " + std::to_string(context.Revision());
+    if (Interrupted()) return Print(revision + ": saved; the interruption came too late\n");
     SMRepositoryChangeCounts counts;
     bool onlyDocument = false;
     try {
@@ -66,8 +68,14 @@ SMPutResult Send(const SMRepository& repository, SMRepositoryHelper& context, SM
         if (Interrupted()) throw SMCancelled();
         line.Show("rows", done, total);
     });
+    context.WatchSaved([](long revision) {
+        static char told[80];
+        std::snprintf(told, sizeof told, "smodel: revision %ld was saved before the interruption\n", revision);
+        TellWhenInterrupted(told);
+    });
     SMPutResult put = SMPutModel(project, context, line.Control(), settle);
     context.WatchSending(nullptr);
+    context.WatchSaved(nullptr);
     return put;
 }
 
@@ -98,5 +106,7 @@ int PutModel(SMRepository& repository, SMRepositoryHelper& context, SMProject2& 
         return STATUS_MOVED_ON;
     }
     if (put.IsDone()) PrintWhatCame(repository, context, base);
+    FlushOutput();
+    LeaveToTheSystem(project);
     return StatusOf(put);
 }

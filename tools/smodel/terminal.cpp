@@ -72,8 +72,12 @@ void Print(std::string_view text) {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() && g_outputError == 0) g_outputError = errno;
 }
 
-bool FinishOutput() {
+void FlushOutput() {
     if (std::fflush(stdout) != 0 && g_outputError == 0) g_outputError = errno;
+}
+
+bool FinishOutput() {
+    FlushOutput();
     if (g_outputError == 0) return true;
     Complain(std::string("cannot write standard output: ") + std::strerror(g_outputError));
     return false;
@@ -161,19 +165,19 @@ schema_002_000::SMControl ProgressLine::Control() {
 void ProgressLine::Show(const char* things, std::size_t done, std::size_t total) {
     const auto now = Clock::now();
     if (m_things != things) {
+        if (!m_things.empty()) m_counts[m_things].spent += now - m_begin;
         m_things = things;
         m_begin = now;
     }
-    if (!m_isTerminal || now < m_next) return;
-        if (!m_things.empty()) m_counts[m_things].spent += now - m_begin;
-    m_next = now + BETWEEN_UPDATES;
-    m_shown = true;
-    SetProgressShown(true);
     Count& count = m_counts[m_things];
     if (done < count.last) count.earlier += count.last;
     count.last = done;
     done += count.earlier;
     if (total != 0) total += count.earlier;
+    if (!m_isTerminal || now < m_next) return;
+    m_next = now + BETWEEN_UPDATES;
+    m_shown = true;
+    SetProgressShown(true);
     std::string line = "\r" + m_what + ": " + Grouped(done) + (total ? " of " + Grouped(total) : "") + " " + things;
     // the first count comes at once, and tells nothing of the speed
     if (const double seconds = std::chrono::duration<double>(count.spent + (now - m_begin)).count(); seconds > 0.05 && done > 0) {

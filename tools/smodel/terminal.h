@@ -20,6 +20,8 @@ std::string Paint(std::FILE* stream, Colour colour, std::string_view text);
 
 /** Standard output; failures show at `FinishOutput`. */
 void Print(std::string_view text);
+/** Brings what was printed out now; failures show at `FinishOutput`. */
+void FlushOutput();
 /** False, with the reason on standard error, when something printed did not reach its end. */
 bool FinishOutput();
 
@@ -66,8 +68,6 @@ class ProgressLine {
     /** What is counted now, and since when. */
     std::string m_things;
     Clock::time_point m_begin;
-};
-
     struct Count {
         /** What was told last, and what counts had come to that have begun again since. */
         std::size_t last = 0, earlier = 0;
@@ -75,5 +75,7 @@ class ProgressLine {
         Clock::duration spent{};
     };
     std::map<std::string, Count> m_counts;
+};
+
 /** "0:07", "2:05:09": at least as much time as is given. */
 std::string Clocked(double seconds);

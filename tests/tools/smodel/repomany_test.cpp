@@ -16,6 +16,7 @@
 
 namespace {
 
+using ::testing::AnyOf;
 using ::testing::HasSubstr;
 
 /** So many that each step of a put takes long enough to be told, or to be ended in. */
@@ -93,6 +94,33 @@ TEST_P(SmodelRepoMany, LeavesWhatStoodWhenThePutIsInterrupted) {
 
 TEST_P(SmodelRepoMany, LeavesWhatStoodWhenThePutIsTerminated) {
     EndBy(SIGTERM, 143);
+}
+
+TEST_P(SmodelRepoMany, TellsThatThePutStandsWhenItIsInterruptedBehindItsCommit) {
+    EXPECT_EQ(repository.Put(FIRST).status, 0);
+    RunningTool tool({"repo", "put", repository.Location(), repository.directory.Write("big.xml", BigModel(OBJECTS / 5))}, {});
+    while (SMRepository(repository.Location()).Revisions(1).size() < 2) ::usleep(1'000);
+    ::kill(tool.Process(), SIGINT);
+    const ToolRun run = tool.Wait();
+    EXPECT_EQ(run.status, 0) << run.err;
+    // where the signal comes later still, it is told what the put changed
+    EXPECT_THAT(run.out, AnyOf("revision 2: saved; the interruption came too late\n", HasSubstr(" objects added, ")));
+    repository.leftUnverified = true;
+}
+
+TEST_P(SmodelRepoMany, TellsThatThePutStandsWhenItIsInterruptedTwice) {
+    if (!schema) GTEST_SKIP() << "a file takes in its log between the commit that others see and its end";
+    EXPECT_EQ(repository.Put(FIRST).status, 0);
+    RunningTool tool({"repo", "put", repository.Location(), repository.directory.Write("big.xml", BigModel(OBJECTS / 5))}, {});
+    while (SMRepository(repository.Location()).Revisions(1).size() < 2) ::usleep(1'000);
+    for (int i = 0; i < 2; ++i) {
+        ::kill(tool.Process(), SIGINT);
+        ::usleep(2'000);
+    }
+    const ToolRun run = tool.Wait();
+    EXPECT_EQ(run.status, 0) << run.out << run.err;
+    EXPECT_THAT(run.out + run.err, HasSubstr("revision 2"));
+    repository.leftUnverified = true;
 }
 
 TEST_P(SmodelRepoMany, OfManyPutsOnOneBaseOneWins) {

@@ -39,10 +39,16 @@ void NumberedPuts::MakeFirst(const std::string& location) {
 }
 
 long NumberedPuts::PutNext(const std::string& location, std::string* told) {
+    std::unique_ptr<SMRepository> repository;
+    return PutNext(repository, location, told);
+}
+
+long NumberedPuts::PutNext(std::unique_ptr<SMRepository>& opened, const std::string& location, std::string* told) {
     CaughtLog log;
     long done = 0;
     try {
-        SMRepository repository(location);
+        if (!opened) opened = std::make_unique<SMRepository>(location);
+        SMRepository& repository = *opened;
         const auto context = repository.OpenProject(1);
         if (const QvSmartPtr<TestNode> project = ReadTestProject(*context)) {
             const long number = std::stol(NameOf(*project)) + 1;
@@ -55,6 +61,7 @@ long NumberedPuts::PutNext(const std::string& location, std::string* told) {
     } catch (const TklRuntimeError& error) {
         if (told) *told = error.what();
     }
+    if (done == 0) opened = nullptr;
     return done;
 }
 
@@ -87,8 +94,9 @@ Putter::Putter(const std::string& location) {
         ::fcntl(m_told, F_SETFL, O_NONBLOCK);
         return;
     }
+    std::unique_ptr<SMRepository> repository;
     for (;;) {
-        const long number = NumberedPuts::PutNext(location);
+        const long number = NumberedPuts::PutNext(repository, location);
         if (number == 0)
             ::usleep(5000);
         else if (::write(ends[1], &number, sizeof number) != sizeof number)

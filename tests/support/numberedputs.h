@@ -6,6 +6,7 @@
 
 #include <sys/types.h>
 
+#include "core/repository/smrepository.h"
 #include "tests/core/repository/testnode.h"
 
 /**
@@ -18,6 +19,8 @@ class NumberedPuts {
     static void MakeFirst(const std::string& location);
     /** One more. Gives its number when it was acknowledged, else 0, and in `told` why. */
     static long PutNext(const std::string& location, std::string* told = nullptr);
+    /** The same in a repository that stays open as long as puts are acknowledged; null: it is opened. */
+    static long PutNext(std::unique_ptr<SMRepository>& opened, const std::string& location, std::string* told = nullptr);
     /** The number of the put that stands, whole; a message in `fault` when it is a mixture. */
     static long Standing(const std::string& location, std::string& fault);
 };

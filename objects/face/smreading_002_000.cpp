@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -153,10 +154,27 @@ qv::Descriptor NamelessFile(const std::string& path) {
     return file;
 }
 
-/** Whether bytes can belong to no document: these come from a device that never ends. */
-bool IsNoText(std::string_view block) {
-    return block.find(std::string_view("\0\0\0\0", 4)) != std::string_view::npos;
-}
+/** Keeps in a file what is read from somewhere else. */
+class KeptSource final : public qv::DocumentSource {
+  public:
+    /** The file is borrowed. */
+    KeptSource(const std::string& path, int file) : m_source(path), m_path(path), m_file(file) {}
+    std::string_view Head() const override { return m_source.Head(); }
+    std::string_view NextBlock() override {
+        const std::string_view block = m_source.NextBlock();
+        for (std::string_view rest = block; !rest.empty();) {
+            const ssize_t count = ::write(m_file, rest.data(), rest.size());
+            if (count < 0 && errno != EINTR) FailToSpool(m_path);
+            if (count > 0) rest.remove_prefix(static_cast<std::size_t>(count));
+        }
+        return block;
+    }
+
+  private:
+    qv::FileSource m_source;
+    const std::string& m_path;
+    int m_file;
+};
 
 }  // namespace
 
@@ -176,37 +194,23 @@ SMModelInput SMModelInput::Bytes(std::string_view document, const SMLoadOptions&
     return input;
 }
 
-void SMModelInput::Parse(QvSAX2Parser& parser) const {
-    if (m_isBytes) {
-        parser.setSourceName(I18NString(std::string_view(m_path)));
-        parser.parse(m_bytes.data(), m_bytes.size());
-    } else if (m_file) {
-        if (::lseek(m_file.Get(), static_cast<off_t>(m_start), SEEK_SET) < 0) FailToSpool(m_path);
-        parser.parseOpenFile(m_file.Get(), I18NString(std::string_view(m_path)));
-    } else {
-        parser.parse(I18NString(std::string_view(m_path)));
-    }
+void SMModelInput::Parse(QvContentHandler& handler, const SMXMLLimits& limits, SMXMLTotals& totals) {
+    const auto parse = [&](qv::DocumentSource&& source) { qv::ParseSource(source, m_path, &handler, limits, &totals); };
+    if (m_isBytes) return parse(qv::MemorySource(m_bytes));
+    if (std::exchange(m_isToBeKept, false)) return parse(KeptSource(m_path, m_file.Get()));
+    if (!m_file) return parse(qv::FileSource(m_path));
+    if (::lseek(m_file.Get(), static_cast<off_t>(m_start), SEEK_SET) < 0) FailToSpool(m_path);
+    parse(qv::FileSource(m_file.Get(), m_path));
 }
 
 void SMModelInput::MakeRepeatable() {
     struct stat status {};
     if (m_isBytes || ::stat(m_path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) return;
-    if (S_ISREG(status.st_mode)) {
-        if (m_path == "/dev/stdin") ShareStandardInput();
-        return;
-    }
-    qv::FileSource source(m_path);
-    qv::Descriptor file = NamelessFile(m_path);
-    for (std::string_view block = source.NextBlock(); !block.empty(); block = source.NextBlock()) {
-        const bool isLast = IsNoText(block);
-        for (std::string_view rest = block; !rest.empty();) {
-            const ssize_t count = ::write(file.Get(), rest.data(), rest.size());
-            if (count < 0 && errno != EINTR) FailToSpool(m_path);
-            if (count > 0) rest.remove_prefix(static_cast<std::size_t>(count));
-        }
-        if (isLast) break;
-    }
-    m_file = std::move(file);
+    m_isToBeKept = !S_ISREG(status.st_mode);
+    if (m_isToBeKept)
+        m_file = NamelessFile(m_path);
+    else if (m_path == "/dev/stdin")
+        ShareStandardInput();
 }
 
 void SMModelInput::ShareStandardInput() {
@@ -251,13 +255,10 @@ SMLoadResult SMReading::Load(qv::ContentSink* sink) {
         files.SetLimits(m_options.limits);
         files.SetWatch([&] { builder.Watch(); });
         files.SetContentSource(source ? &*source : nullptr);
-        QvSAX2Parser parser;
-        parser.setLimits(m_options.limits);
-        parser.setTotals(&files.Totals());
         std::optional<qv::ContentTee> tee;
         if (source) tee.emplace(*source, builder);
-        parser.setContentHandler(tee ? static_cast<QvContentHandler*>(&*tee) : &builder);
-        ParseAll([&] { m_input.Parse(parser); });
+        QvContentHandler& handler = tee ? static_cast<QvContentHandler&>(*tee) : builder;
+        ParseAll([&] { m_input.Parse(handler, m_options.limits, files.Totals()); });
         files.SetWatch(nullptr);
         files.SetContentSource(nullptr);
         if (!HasSeparateFiles(*project)) builder.Dates().Undate(*project);

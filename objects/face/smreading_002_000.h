@@ -9,7 +9,8 @@
 #include "core/qvutils/content/contentsink.h"
 #include "core/qvutils/content/sourceplaces.h"
 #include "core/qvutils/io/descriptor.h"
-#include "core/qvutils/xml/qvsax2parser.h"
+#include "core/qvutils/xml/limits.h"
+#include "core/qvutils/xml/qvcontenthandler.h"
 #include "objects/face/smmodeldocument_002_000.h"
 
 namespace schema_002_000 {
@@ -20,8 +21,11 @@ class SMModelInput {
     static SMModelInput File(const std::string& path, const SMLoadOptions& options);
     static SMModelInput Bytes(std::string_view document, const SMLoadOptions& options);
 
-    void Parse(QvSAX2Parser& parser) const;
-    /** Puts what can be read only once, like a pipe, into a file without a name; that, or standard input itself, is read from then on. */
+    void Parse(QvContentHandler& handler, const SMXMLLimits& limits, SMXMLTotals& totals);
+    /**
+     * What can be read only once, like a pipe, goes into a file without a name while it is parsed for the first time, so that not more is
+     * read than the parser wants; that file, or standard input itself, is read from then on.
+     */
     void MakeRepeatable();
     /** Its whole text in UTF-8 for the time of the call; empty when it cannot be read again. */
     void ForText(const std::function<void(std::string_view)>& look) const;
@@ -39,7 +43,7 @@ class SMModelInput {
     SMModelInput(std::string path, const SMLoadOptions& options, std::string directory);
 
     std::string m_path, m_name, m_directory;
-    bool m_isBytes = false;
+    bool m_isBytes = false, m_isToBeKept = false;
     std::string_view m_bytes;
     /** An open file that is read instead of the path, from `m_start` on. */
     qv::Descriptor m_file;

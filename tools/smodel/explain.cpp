@@ -13,6 +13,12 @@ struct Arguments {
     bool all = false;
 };
 
+std::string InUpperCase(std::string code) {
+    for (char& c : code)
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    return code;
+}
+
 void PrintWhole(const SMCodeInfo& info) {
     const std::string heading = std::string("### ") + info.code + " — " + info.title;
     Print(Paint(stdout, Colour::bold, heading) + "\n\n" + info.explanation + "\n\n    " + info.example + "\n");
@@ -20,7 +26,7 @@ void PrintWhole(const SMCodeInfo& info) {
 
 int Explain(const Arguments& arguments) {
     if (!arguments.code.empty()) {
-        const SMCodeInfo* const info = SMFindCode(arguments.code);
+        const SMCodeInfo* const info = SMFindCode(InUpperCase(arguments.code));
         if (info) {
             PrintWhole(*info);
             return STATUS_CLEAN;

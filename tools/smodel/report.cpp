@@ -61,8 +61,9 @@ ordered_json FindingJson(const SMDiagnostic& found, const SMLoss* loss) {
     return json;
 }
 
-/** A path as a reference to a URI; an absolute one as the URI of a file. */
+/** A path as a reference to a URI; an absolute one as the URI of a file. Standard input is no file that a tool could open. */
 std::string UriOf(const std::string& path) {
+    if (path == "<stdin>") return "stdin:";
     static const char DIGITS[] = "0123456789ABCDEF";
     static const std::string PLAIN = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._~/";
     std::string uri = path.starts_with('/') ? "file://" : "";

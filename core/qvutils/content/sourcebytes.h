@@ -26,6 +26,6 @@ class SM_API SourceBytes {
 };
 
 /** The text of a document in another encoding, as its start names it; empty when that cannot be done. */
-std::string Utf8OfDocument(std::string_view document);
+SM_API std::string Utf8OfDocument(std::string_view document);
 
 }  // namespace qv

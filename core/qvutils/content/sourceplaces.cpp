@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <unordered_map>
 
+#include "core/qvutils/xml/markupwatcher.h"
+
 namespace qv {
 namespace {
 
@@ -16,7 +18,7 @@ struct Spot {
 
 using Questions = std::vector<PlaceQuestion*>;
 
-/** Walks the markup of a document, with a question at hand at each tag. */
+/** Walks the markup of a document from mark to mark: start tags, end tags and references to entities; there are questions behind them. */
 class Walk {
   public:
     Walk(std::string_view document, std::vector<PlaceQuestion>& questions) : m_document(document) {
@@ -25,16 +27,26 @@ class Walk {
             question.startColumn = question.column;
             m_questions[KeyOf(question.line, question.column)].push_back(&question);
         }
+        if (m_document.starts_with("\xEF\xBB\xBF")) m_at.offset = 3;
     }
 
-    void Run() {
-        if (m_document.starts_with("\xEF\xBB\xBF")) m_at.offset = 3;
+    /** Goes on until it is behind the next mark; false at the end of the document. */
+    bool ToMark() {
         while (m_at.offset < m_document.size()) {
-            if (m_document[m_at.offset] == '<')
-                Markup();
-            else
-                Characters(std::min(m_document.find('<', m_at.offset), m_document.size()));
+            const bool isMark = m_document[m_at.offset] == '<' ? Markup() : Characters();
+            if (isMark) return true;
         }
+        return false;
+    }
+
+    /** Answers what is asked behind the mark; the scanner may have another place for that than the walk. */
+    void Answer() { Answer(m_at.line, m_at.column); }
+    void Answer(long line, long column) {
+        const auto found = m_questions.find(KeyOf(line, column));
+        if (found != m_questions.end())
+            for (PlaceQuestion* const question : found->second) Answer(*question);
+        if (!m_attributeQuestions.empty()) AnswerAttributes();
+        if (m_mark.kind == Mark::Kind::end || m_mark.isEmpty) EndElement();
     }
 
   private:
@@ -44,14 +56,16 @@ class Walk {
         bool hasText = false, hasChildren = false;
     };
 
+    struct Mark {
+        enum class Kind { start, end, reference };
+        Kind kind = Kind::start;
+        Spot start;
+        std::string_view text;
+        bool isEmpty = false;
+    };
+
     static std::uint64_t KeyOf(long line, long column) {
         return static_cast<std::uint64_t>(line) << 32 ^ static_cast<std::uint64_t>(column);
-    }
-
-    const Questions& AskedHere() const {
-        static const Questions NONE;
-        const auto found = m_questions.find(KeyOf(m_at.line, m_at.column));
-        return found == m_questions.end() ? NONE : found->second;
     }
 
     /** The spot at `offset`, which is not before the one where the walk is. */
@@ -71,14 +85,20 @@ class Walk {
         return spot;
     }
 
-    void Markup() {
+    bool Markup() {
         const std::string_view rest = m_document.substr(m_at.offset);
-        if (rest.starts_with("<!--")) return Skip("-->", 4);
-        if (rest.starts_with("<?")) return Skip("?>", 2);
-        if (rest.starts_with("<![CDATA[")) return Section();
-        if (rest.starts_with("<!")) return Doctype();
-        if (rest.starts_with("</")) return EndTag();
-        StartTag(TagSize(rest));
+        if (rest.starts_with("</")) return EndTag(rest);
+        if (rest.starts_with("<!--"))
+            Skip("-->", 4);
+        else if (rest.starts_with("<?"))
+            Skip("?>", 2);
+        else if (rest.starts_with("<![CDATA["))
+            Section();
+        else if (rest.starts_with("<!"))
+            Doctype();
+        else
+            return StartTag(rest.substr(0, TagSize(rest)));
+        return false;
     }
 
     void Skip(std::string_view close, std::size_t from) {
@@ -104,6 +124,8 @@ class Walk {
                 if (c == quote) quote = 0;
             } else if (m_document.substr(at, 4) == "<!--") {
                 at = std::min(m_document.find("-->", at + 4), m_document.size() - 3) + 2;
+            } else if (m_document.substr(at, 2) == "<?") {
+                at = std::min(m_document.find("?>", at + 2), m_document.size() - 2) + 1;
             } else if (c == '"' || c == '\'') {
                 quote = c;
             } else if (c == '<' || c == '[') {
@@ -115,46 +137,47 @@ class Walk {
         m_at = SpotAt(std::min(at + 1, m_document.size()));
     }
 
-    void StartTag(std::size_t size) {
-        EndOfText();
-        if (!m_open.empty()) m_open.back().hasChildren = true;
-        const Spot start = m_at;
-        const std::string_view tag = m_document.substr(start.offset, size);
-        m_at = SpotAt(start.offset + size);
-        const Questions& asked = AskedHere();
-        Element element;
-        element.start = start;
-        for (PlaceQuestion* const question : asked) {
-            if (question->what == PlaceQuestion::What::attribute)
-                m_attributeQuestions.emplace(question->name, question);
-            else if (question->what == PlaceQuestion::What::text)
-                m_textQuestions.push_back(question);
-            else
-                Answer(*question, start, start.offset, 0), element.waiting.push_back(question);
-        }
-        if (!m_attributeQuestions.empty()) AnswerAttributes(start, tag);
-        m_open.push_back(std::move(element));
-        if (tag[tag.size() - 2] == '/') EndElement();
+    void ToMark(Mark::Kind kind, std::string_view text) {
+        m_mark = {kind, m_at, text, kind == Mark::Kind::start && text.ends_with("/>")};
+        m_at = SpotAt(m_at.offset + text.size());
     }
 
-    void EndTag() {
+    bool StartTag(std::string_view tag) {
         EndOfText();
-        Skip(">", 2);
-        if (m_open.empty()) return;
-        const Element element = m_open.back();
-        EndElement();
-        for (PlaceQuestion* const question : AskedHere()) {
-            if (question->what == PlaceQuestion::What::text)
-                m_textQuestions.push_back(question);
-            else if (question->what == PlaceQuestion::What::event)
-                Answer(*question, element.hasText && !element.hasChildren ? element.text : element.start, element.start.offset,
-                       m_at.offset);
-        }
+        if (!m_open.empty()) m_open.back().hasChildren = true;
+        m_open.emplace_back().start = m_at;
+        ToMark(Mark::Kind::start, tag);
+        return true;
+    }
+
+    bool EndTag(std::string_view rest) {
+        EndOfText();
+        ToMark(Mark::Kind::end, rest.substr(0, std::min(rest.find('>'), rest.size() - 1) + 1));
+        return !m_open.empty();
     }
 
     void EndElement() {
         for (PlaceQuestion* const question : m_open.back().waiting) question->bytes = m_at.offset - m_open.back().start.offset;
         m_open.pop_back();
+    }
+
+    void Answer(PlaceQuestion& question) {
+        const bool isReference = m_mark.kind == Mark::Kind::reference;
+        if (isReference) return Answer(question, m_mark.start, m_mark.start.offset, m_at.offset);
+        if (question.what == PlaceQuestion::What::text) return m_textQuestions.push_back(&question);
+        if (m_mark.kind == Mark::Kind::end) return AnswerAtEnd(question);
+        if (question.what == PlaceQuestion::What::attribute) {
+            m_attributeQuestions.emplace(question.name, &question);
+            return;
+        }
+        Answer(question, m_mark.start, m_mark.start.offset, 0);
+        m_open.back().waiting.push_back(&question);
+    }
+
+    void AnswerAtEnd(PlaceQuestion& question) const {
+        if (question.what != PlaceQuestion::What::event) return;
+        const Element& element = m_open.back();
+        Answer(question, element.hasText && !element.hasChildren ? element.text : element.start, element.start.offset, m_at.offset);
     }
 
     static void Answer(PlaceQuestion& question, const Spot& start, std::size_t from, std::size_t to) {
@@ -164,7 +187,9 @@ class Walk {
     }
 
     /** All of one tag together, since it may have many attributes. */
-    void AnswerAttributes(const Spot& start, std::string_view tag) {
+    void AnswerAttributes() {
+        const Spot& start = m_mark.start;
+        const std::string_view tag = m_mark.text;
         Spot spot = start;
         for (std::size_t at = tag.find_first_of(BLANKS); (at = tag.find_first_not_of(BLANKS, at)) != std::string_view::npos;) {
             const std::size_t open = tag.find_first_of("\"'", at);
@@ -176,6 +201,10 @@ class Walk {
             m_attributeQuestions.erase(first, last);
             at = close + 1;
         }
+        for (const auto& [name, question] : m_attributeQuestions) {
+            question->isDefault = true;
+            Answer(*question, start, 0, question->bytes);
+        }
         m_attributeQuestions.clear();
     }
 
@@ -186,16 +215,27 @@ class Walk {
         m_at = SpotAt(std::min(m_at.offset + 3, m_document.size()));
     }
 
-    void Characters(std::size_t end) {
-        if (!m_hasEntities) return Text(end);
-        while (m_at.offset < end) {
-            const std::size_t reference = std::min(m_document.find('&', m_at.offset), end);
-            Text(reference);
-            if (reference == end) return;
-            const Spot start = m_at;
-            Text(std::min(m_document.find(';', reference), end - 1) + 1);
-            for (PlaceQuestion* const question : AskedHere()) Answer(*question, start, start.offset, m_at.offset);
-        }
+    /** Up to the next markup, or to the reference to an entity that comes before. */
+    bool Characters() {
+        const std::size_t end = std::min(m_document.find('<', m_at.offset), m_document.size());
+        std::size_t at = m_hasEntities ? m_document.find('&', m_at.offset) : end;
+        while (at < end && IsCharacter(at)) at = m_document.find('&', at + 1);
+        Text(std::min(at, end));
+        if (at >= end) return false;
+        const std::size_t close = std::min(m_document.find(';', at), end - 1) + 1;
+        const Spot start = m_at;
+        Text(close);
+        m_mark = {Mark::Kind::reference, start, m_document.substr(at, close - at), false};
+        return true;
+    }
+
+    /** Whether a reference stands for a character that needs no entity. */
+    bool IsCharacter(std::size_t at) const {
+        const std::string_view rest = m_document.substr(at, 6);
+        if (rest.starts_with("&#")) return true;
+        for (const std::string_view known : {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"})
+            if (rest.starts_with(known)) return true;
+        return false;
     }
 
     void Text(std::size_t end) {
@@ -226,6 +266,7 @@ class Walk {
     std::string_view m_document;
     std::unordered_map<std::uint64_t, Questions> m_questions;
     Spot m_at;
+    Mark m_mark;
     std::vector<Element> m_open;
     /** Those of the tag that is looked at, by the names of attributes. */
     std::unordered_multimap<std::string_view, PlaceQuestion*> m_attributeQuestions;
@@ -235,10 +276,37 @@ class Walk {
     std::size_t m_textEnd = 0;
 };
 
+/** Has the scanner pass the marks together with a walk, so that its places need not be right: only the same as they were before. */
+class WatchedWalk final : public MarkupWatcher {
+  public:
+    explicit WatchedWalk(Walk& walk) : m_walk(walk) {}
+    void Mark(long line, long column) override {
+        const bool isInEntity = line == m_line && column == m_column;
+        m_line = line;
+        m_column = column;
+        if (!isInEntity && m_walk.ToMark()) m_walk.Answer(line, column);
+    }
+
+  private:
+    Walk& m_walk;
+    long m_line = 0, m_column = 0;
+};
+
+/** NEL and the line separator, which the scanner takes for line ends at times, and then for nothing: it counts neither line nor column. */
+bool HasUncounted(std::string_view document) {
+    return document.find("\xC2\x85") != std::string_view::npos || document.find("\xE2\x80\xA8") != std::string_view::npos;
+}
+
 }  // namespace
 
 void AnswerPlaces(std::string_view document, std::vector<PlaceQuestion>& questions) {
-    if (!questions.empty()) Walk(document, questions).Run();
+    if (questions.empty()) return;
+    Walk walk(document, questions);
+    if (HasUncounted(document)) {
+        WatchedWalk watched(walk);
+        return WatchMarkup(document, watched);
+    }
+    while (walk.ToMark()) walk.Answer();
 }
 
 }  // namespace qv

@@ -28,6 +28,8 @@ struct PlaceQuestion {
     /** Out: the first character, left as it is when nothing is found there, and the size in bytes. */
     long startLine = line, startColumn = column;
     std::size_t bytes = 0;
+    /** Out: the tag lacks the attribute, which the DOCTYPE gives it. The place is that of the element then, and `bytes` stays as it is. */
+    bool isDefault = false;
 };
 
 /**

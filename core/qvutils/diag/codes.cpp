@@ -238,6 +238,11 @@ constexpr SMCodeInfo CODES[] = {
      "Usually the reason of a loss (SM1001 to SM1003). Correct it, or take it out.",
      "model.xml:45:12: error[SM1001] <hidden> in [sales].[orders].[sum] is not kept (20 bytes): warning[SM3018] \"yes\" is neither true "
      "nor false"},
+    {qv::code::EXTERNAL_DTD, note, "an external DTD that is not opened",
+     "The DOCTYPE of the document names a DTD outside of it, which is never opened. Attributes that it may give by default are not read, "
+     "and "
+     "a reference to an entity that it declares is an error. A model needs no DOCTYPE; put what is needed into the document.",
+     "model.xml:2:36: note[SM3019] the external DTD \"model.dtd\" is not opened"},
 };
 
 }  // namespace

@@ -81,6 +81,7 @@ inline constexpr const char* ROLE_BASED_LOST = "SM3015";
 inline constexpr const char* PLACE_UNKNOWN = "SM3016";
 inline constexpr const char* NO_DOCUMENT = "SM3017";
 inline constexpr const char* NO_TRUTH = "SM3018";
+inline constexpr const char* EXTERNAL_DTD = "SM3019";
 
 }  // namespace qv::code
 

@@ -5,9 +5,11 @@
 #include <new>
 
 #include "core/qvutils/diag/codes.h"
+#include "core/qvutils/diag/qvlogevent.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/xml/documentsource.h"
 #include "core/qvutils/xml/errorcode.h"
+#include "core/qvutils/xml/markupwatcher.h"
 #include "core/qvutils/xml/utf16.h"
 
 #include <xercesc/framework/XMLErrorCodes.hpp>
@@ -265,6 +267,10 @@ void DocumentReader::FlushText() {
     if (m_handler) m_handler->characters(m_text);
 }
 
+void DocumentReader::TellMark() const {
+    if (m_watcher) m_watcher->Mark(Line(), Column());
+}
+
 void DocumentReader::docCharacters(const XMLCh* chars, XMLSize_t length, bool) {
     m_fedAtEvent = m_fed;
     if (m_open.empty()) return;
@@ -323,7 +329,8 @@ void DocumentReader::CheckAttributes(const ParsedAttributes::List& list, std::si
     for (std::size_t i = 0; i < count; ++i)
         if (Utf8Size(list.elementAt(i)->getValue()) > most)
             FailAt(most == m_limits.attributeBytes ? &SMXMLLimits::attributeBytes : &SMXMLLimits::textBytes,
-                   "an attribute value is longer than " + std::to_string(most) + " bytes");
+                   (most == m_limits.attributeBytes ? "an attribute value" : "a tag") +
+                       (" is longer than " + std::to_string(most) + " bytes"));
 }
 
 void DocumentReader::CheckElement(const ParsedAttributes::List& attributes, std::size_t count) {
@@ -344,6 +351,7 @@ void DocumentReader::CheckElement(const ParsedAttributes::List& attributes, std:
 void DocumentReader::startElement(const xercesc::XMLElementDecl& element, unsigned int, const XMLCh*,
                                   const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count, bool isEmpty, bool) {
     FlushText();
+    TellMark();
     const ElementName& name = m_names.Find(&element, element.getFullName());
     m_open.push_back(&name);
     CheckElement(attributes, count);
@@ -358,6 +366,7 @@ void DocumentReader::startElement(const xercesc::XMLElementDecl& element, unsign
 void DocumentReader::endElement(const xercesc::XMLElementDecl&, unsigned int, bool, const XMLCh*) {
     m_fedAtEvent = m_fed;
     FlushText();
+    TellMark();
     EndElement(*m_open.back());
 }
 
@@ -430,6 +439,7 @@ void DocumentReader::ChargeReferences(std::size_t count, std::size_t characters)
 
 void DocumentReader::startEntityReference(const xercesc::XMLEntityDecl& entity) {
     ChargeReferences(m_scanner->TakeReferences(), entity.getValueLen());
+    TellMark();
 }
 
 void DocumentReader::endEntityReference(const xercesc::XMLEntityDecl&) {}
@@ -446,9 +456,15 @@ void DocumentReader::startAttList(const xercesc::DTDElementDecl&) {
     if (m_hasEntities) Fail(code::PARAMETER_ENTITY, "attribute lists behind entities are not supported");
 }
 
-void DocumentReader::doctypeDecl(const xercesc::DTDElementDecl&, const XMLCh*, const XMLCh*, bool, bool) {
+void DocumentReader::doctypeDecl(const xercesc::DTDElementDecl&, const XMLCh*, const XMLCh* systemId, bool, bool) {
     // The external part is never read. A reference to what may stand there must be an error, or its text would vanish unseen.
     m_scanner->Xerces().setHasNoDTD(true);
+    if (!systemId || !*systemId || !m_handler) return;
+    constexpr LOG_LEVEL NOTICE = 3;
+    QvLogEvent event(NOTICE, "code", "QvOne", "documentreader", "DocumentReader", "doctypeDecl", 0,
+                     I18NString("the external DTD \"" + Utf8Of(systemId) + "\" is not opened"), I18NString());
+    event.code = code::EXTERNAL_DTD;
+    event.Log();
 }
 
 void DocumentReader::endIntSubset() {

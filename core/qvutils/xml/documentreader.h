@@ -19,6 +19,7 @@
 namespace qv {
 
 class DocumentSource;
+class MarkupWatcher;
 
 /** The scanner beneath: the fast one knows no DOCTYPE; the general one reads internal entities. */
 enum class ScannerKind { fast, general };
@@ -41,6 +42,9 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
      */
     void Read(DocumentSource& source, bool isUtf8, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits,
               SMXMLTotals& totals);
+
+    /** For the documents from now on. Borrowed; null at the start, and to end that. */
+    void SetWatcher(MarkupWatcher* watcher) noexcept { m_watcher = watcher; }
 
     /** Whether a document has left so much memory with this reader that another one had better be made. */
     bool IsBloated() const noexcept;
@@ -70,6 +74,7 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     /** Reads on, for an error that has been met already: whether the document ends before the tag does. */
     bool EndsWithinTag();
     void FlushText();
+    void TellMark() const;
     void EndElement(const ElementName& name);
     void CheckElement(const ParsedAttributes::List& attributes, std::size_t count);
     void CheckAttributes(const ParsedAttributes::List& list, std::size_t count);
@@ -131,6 +136,7 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     bool m_isUtf8 = false;
     Utf8Decoder m_decoder;
     QvContentHandler* m_handler = nullptr;
+    MarkupWatcher* m_watcher = nullptr;
     SMXMLLimits m_limits;
     SMXMLTotals* m_totals = nullptr;
     /** Elements open around this document. */

@@ -53,6 +53,14 @@ bool HasNoDoctype(std::string_view head) {
     return false;
 }
 
+/** Whether no document can begin so, in whatever encoding; one that says little is worth waiting for the rest of it. */
+bool IsHopeless(std::string_view head) {
+    if (StartsWith(head, "\xEF\xBB\xBF")) head.remove_prefix(3);
+    while (!head.empty() && IsBlank(head[0])) head.remove_prefix(1);
+    constexpr std::string_view MARKUP_OR_MARK("<\0\xEF\xFE\xFF\x4C", 6);  // the last one is the "<" of EBCDIC
+    return !head.empty() && MARKUP_OR_MARK.find(head[0]) == std::string_view::npos;
+}
+
 }  // namespace
 
 FileSource::FileSource(std::string path) : m_path(std::move(path)) {
@@ -89,7 +97,7 @@ void FileSource::FillHead() {
     m_room = BLOCK_SIZE;
     if (S_ISREG(status.st_mode) && status.st_size > 0) m_room = std::min(m_room, static_cast<std::size_t>(status.st_size));
     m_block.reset(new char[m_room]);
-    while (m_headSize < m_room) {
+    while (m_headSize < m_room && !IsHopeless(Head())) {
         const std::size_t count = ReadFile(m_block.get() + m_headSize, m_room - m_headSize);
         if (count == 0) break;
         m_headSize += count;

@@ -6,6 +6,9 @@
 #include <string_view>
 #include <utility>
 
+#include "core/qvutils/xml/limits.h"
+#include "core/qvutils/xml/qvcontenthandler.h"
+
 namespace qv {
 
 /** The bytes of one document, from first to last. */
@@ -63,5 +66,9 @@ struct Prolog {
 };
 
 Prolog LookAtProlog(std::string_view head);
+
+/** What QvSAX2Parser does with a document that comes from anywhere. All is borrowed; `handler` and `totals` may be null. */
+void ParseSource(DocumentSource& source, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits,
+                 SMXMLTotals* totals);
 
 }  // namespace qv

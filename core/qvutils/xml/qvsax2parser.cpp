@@ -1,5 +1,6 @@
 #include "core/qvutils/xml/qvsax2parser.h"
 
+#include <limits>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/xml/documentreader.h"
 #include "core/qvutils/xml/documentsource.h"
+#include "core/qvutils/xml/markupwatcher.h"
 #include "core/qvutils/xml/utf16.h"
 
 #include <xercesc/util/PlatformUtils.hpp>
@@ -70,27 +72,48 @@ class ParseFrame final : public SMSourceFrame {
     const QvContentHandler* m_handler;
 };
 
+SMXMLLimits NoLimits() {
+    constexpr std::size_t MOST = std::numeric_limits<std::size_t>::max();
+    SMXMLLimits limits;
+    for (const SMXMLLimitInfo& info : SMXMLLimitInfos()) limits.*info.bound = MOST;
+    return limits;
+}
+
 }  // namespace
+
+void qv::ParseSource(DocumentSource& source, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits,
+                     SMXMLTotals* totals) {
+    const std::string_view head = source.Head();
+    if (head.empty()) throw TklRuntimeError("the document is empty", name, 1, 1, code::EMPTY_DOCUMENT);
+    if (head.starts_with(std::string_view("\0\0\0\0", 4)))
+        throw TklRuntimeError("a NUL character is not allowed", name, 1, 1, code::NUL_CHARACTER);
+    StartXerces();
+    const Prolog prolog = LookAtProlog(head);
+    const ScannerKind kind = prolog.isPlain ? ScannerKind::fast : ScannerKind::general;
+    std::unique_ptr<DocumentReader> reader = BorrowReader(kind);
+    {
+        SMXMLTotals own;
+        const ParseFrame frame(*reader, name, handler);
+        reader->Read(source, prolog.isUtf8, name, handler, limits, totals ? *totals : own);
+    }
+    ReturnReader(kind, std::move(reader));
+}
+
+void qv::WatchMarkup(std::string_view document, MarkupWatcher& watcher) {
+    StartXerces();
+    DocumentReader reader(LookAtProlog(document).isPlain ? ScannerKind::fast : ScannerKind::general);
+    reader.SetWatcher(&watcher);
+    MemorySource source(document);
+    SMXMLTotals totals;
+    reader.Read(source, true, {}, nullptr, NoLimits(), totals);
+}
 
 QvSAX2Parser::QvSAX2Parser() = default;
 
 QvSAX2Parser::~QvSAX2Parser() = default;
 
 void QvSAX2Parser::Parse(qv::DocumentSource& source, const std::string& name) {
-    const std::string_view head = source.Head();
-    if (head.empty()) throw TklRuntimeError("the document is empty", name, 1, 1, qv::code::EMPTY_DOCUMENT);
-    if (head.starts_with(std::string_view("\0\0\0\0", 4)))
-        throw TklRuntimeError("a NUL character is not allowed", name, 1, 1, qv::code::NUL_CHARACTER);
-    StartXerces();
-    const qv::Prolog prolog = qv::LookAtProlog(head);
-    const ScannerKind kind = prolog.isPlain ? ScannerKind::fast : ScannerKind::general;
-    std::unique_ptr<DocumentReader> reader = BorrowReader(kind);
-    {
-        SMXMLTotals own;
-        const ParseFrame frame(*reader, name, m_handler);
-        reader->Read(source, prolog.isUtf8, name, m_handler, m_limits, m_totals ? *m_totals : own);
-    }
-    ReturnReader(kind, std::move(reader));
+    qv::ParseSource(source, name, m_handler, m_limits, m_totals);
 }
 
 void QvSAX2Parser::parse(const I18NString& path) {

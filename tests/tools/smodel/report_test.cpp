@@ -159,6 +159,27 @@ TEST(SmodelCheckReport, ReadsFromAPipeAndWritesIntoOne) {
     for (const json& found : report.at("findings")) EXPECT_EQ(found.at("file"), "<stdin>");
 }
 
+TEST(SmodelCheckReport, EndsSoonWhereAnEndlessInputGoesWrong) {
+    const TestDirectory directory;
+    for (const std::string endless : {"yes", "yes \"<a>\"", "yes \"<project>\"", "cat /dev/urandom", "cat /dev/zero"}) {
+        const std::string script = endless + " | timeout 60 " SMODEL_TOOL " check - 2>" + directory.Path("err");
+        const int status = std::system(("sh -c '" + script + "'").c_str());
+        EXPECT_EQ(WEXITSTATUS(status), 2) << endless;
+        EXPECT_THAT(directory.Read("err"), testing::ContainsRegex("^<stdin>:[0-9]+:[0-9]+: error\\[SM2")) << endless;
+    }
+}
+
+TEST(SmodelExplain, TakesACodeInLowerCase) {
+    const ToolRun run = RunTool({"explain", "sm1001"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.out, StartsWith("### SM1001"));
+}
+
+TEST(SmodelCheckReport, CallsStandardInputByAUriThatIsNoFile) {
+    const json log = json::parse(RunTool({"check", "--sarif", "-"}, ODD).out);
+    EXPECT_EQ(log.at("runs")[0].at("results")[0].at("locations")[0].at("physicalLocation").at("artifactLocation").at("uri"), "stdin:");
+}
+
 TEST(SmodelCheckReport, IsOneDocumentWhateverBytesStandInTheModel) {
     const std::string latin = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + ODD.substr(ODD.find("?>") + 2);
     EXPECT_EQ(json::parse(RunTool({"check", "--json", "-"}, latin).out).at("findings").size(), 3u);

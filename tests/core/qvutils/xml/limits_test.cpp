@@ -79,6 +79,8 @@ TEST(SMXMLLimits, TellHowToRaiseThem) {
               WithBound(&SMXMLLimits::depth, 2, "<a><b><c></c></b></a>"));
     EXPECT_EQ("SM2106 a text is longer than 1024 bytes; where that is meant, raise the limit, as by --limits text=2K",
               WithBound(&SMXMLLimits::textBytes, 1024, "<a>" + std::string(1025, 'x') + "</a>"));
+    EXPECT_EQ("SM2106 a tag is longer than 5 bytes; where that is meant, raise the limit, as by --limits text=10",
+              WithBound(&SMXMLLimits::textBytes, 5, "<a b='123456'/>"));
 }
 
 TEST(SMXMLLimits, CountTheDocumentsOfOneReadTogether) {

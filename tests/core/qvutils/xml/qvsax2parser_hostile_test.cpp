@@ -187,8 +187,8 @@ TEST(QvSAX2ParserLimits, BoundTexts) {
     EXPECT_THAT(VerdictOf("<a>" + full + "x</a>", limits), HasSubstr("a text is longer than 100 bytes"));
     EXPECT_THAT(VerdictOf("<a>" + full + "<![CDATA[x]]></a>", limits), HasSubstr("a text is longer than 100 bytes"));
     EXPECT_THAT(VerdictOf("<a>" + Repeat("\xC3\xA9", 51) + "</a>", limits), HasSubstr("a text is longer than 100 bytes"));
-    EXPECT_THAT(VerdictOf("<a y='" + full + "x'/>", limits), HasSubstr("an attribute value is longer than 100 bytes"));
-    EXPECT_THAT(VerdictOf("<a y='" + Repeat("\xC3\xA9", 51) + "'/>", limits), HasSubstr("an attribute value is longer than 100 bytes"));
+    EXPECT_THAT(VerdictOf("<a y='" + full + "x'/>", limits), HasSubstr("a tag is longer than 100 bytes"));
+    EXPECT_THAT(VerdictOf("<a y='" + Repeat("\xC3\xA9", 51) + "'/>", limits), HasSubstr("a tag is longer than 100 bytes"));
 }
 
 TEST(QvSAX2ParserLimits, BoundWhatTheScannerGathersUnseen) {

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string_view>
+
+namespace qv {
+
+/**
+ * Told where the scanner stands behind each start tag, each end tag, and each reference to an entity in content. All that an entity
+ * holds has the place of the reference.
+ */
+class MarkupWatcher {
+  public:
+    virtual ~MarkupWatcher() = default;
+    virtual void Mark(long line, long column) = 0;
+};
+
+/** Scans a document in UTF-8, whatever encoding it names, and without limits. `watcher` is borrowed. */
+void WatchMarkup(std::string_view document, MarkupWatcher& watcher);
+
+}  // namespace qv

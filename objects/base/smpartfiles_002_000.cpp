@@ -87,7 +87,7 @@ bool IsAbsolute(const I18NString& path) {
 bool SMPartFiles::Read(const Part& part, QvContentHandler& handler) {
     if (!m_source) return ReadContent(part, handler);
     const SMEnum_xmltag* tags = SMEnum_xmltag::GetInstance();
-    m_source->StartPart({tags->id, tags->name, tags->filename, tags->filepath});
+    m_source->StartPart({tags->filename, tags->filepath}, {tags->id, tags->name});
     const bool isWhole = ReadContent(part, handler);
     m_source->EndPart(isWhole);
     return isWhole;

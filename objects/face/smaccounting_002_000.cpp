@@ -11,6 +11,7 @@
 #include "core/qvutils/content/contenttree.h"
 #include "core/qvutils/content/differingcontent.h"
 #include "core/qvutils/content/forkedsink.h"
+#include "core/qvutils/content/movedcontent.h"
 #include "core/qvutils/content/writtencontent.h"
 #include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/heldobjects.h"
@@ -71,9 +72,20 @@ void TellWritten(const SMProject2& project, const SMControl& control, qv::Conten
     project.WriteXMLDocument(nullptr, &content, content.Target());
 }
 
+const qv::ContentPlace& PlaceOf(const ContentLoss& found) {
+    if (found.kind == ContentLoss::Kind::text) return found.text->place;
+    return found.kind == ContentLoss::Kind::attribute ? found.attribute->place : found.element->place;
+}
+
+/** Whether it is an attribute or a text of a placeholder, and not of the root of the file for which that stands. */
+bool IsOfPlaceholder(const ContentLoss& found) {
+    const qv::ContentNode& element = *found.element;
+    return found.kind != ContentLoss::Kind::element && !element.placeholder.empty() && PlaceOf(found).file == element.place.file;
+}
+
 SMLoss LossOf(const ContentLoss& found) {
     SMLoss loss;
-    loss.elementName = found.element->name;
+    loss.elementName = IsOfPlaceholder(found) ? found.element->placeholder : found.element->name;
     const qv::ContentNode* holder = found.element;
     switch (found.kind) {
     case ContentLoss::Kind::element:
@@ -84,6 +96,8 @@ SMLoss LossOf(const ContentLoss& found) {
         loss.kind = SMLoss::attribute;
         loss.attributeName = found.attribute->name;
         loss.value = found.attribute->value;
+        if (IsOfPlaceholder(found) && (loss.attributeName == "id" || loss.attributeName == "name"))
+            loss.why = "the file behind the placeholder does not say so";
         break;
     case ContentLoss::Kind::text:
         loss.kind = SMLoss::text;
@@ -95,18 +109,18 @@ SMLoss LossOf(const ContentLoss& found) {
     return loss;
 }
 
-const qv::ContentPlace& PlaceOf(const ContentLoss& found) {
-    if (found.kind == ContentLoss::Kind::text) return found.text->place;
-    return found.kind == ContentLoss::Kind::attribute ? found.attribute->place : found.element->place;
-}
-
 qv::PlaceQuestion QuestionOf(const ContentLoss& found) {
     using What = qv::PlaceQuestion::What;
     const qv::ContentPlace& place = PlaceOf(found);
     const What what = found.kind == ContentLoss::Kind::text        ? What::text
                       : found.kind == ContentLoss::Kind::attribute ? What::attribute
                                                                    : What::element;
-    return {what, place.line, place.column, found.attribute ? found.attribute->name : std::string()};
+    qv::PlaceQuestion question{what, place.line, place.column, {}};
+    if (found.kind == ContentLoss::Kind::attribute) {
+        question.name = found.attribute->name;
+        question.bytes = question.name.size() + std::string_view("=\"\"").size() + found.attribute->value.size();  // as a tag would have it
+    }
+    return question;
 }
 
 /** Counts what is misread. */
@@ -225,13 +239,15 @@ class Account {
         TellWritten(*m_result.project, m_options.control, written);
         const qv::ContentModel model{[&](const qv::ContentNode& node) { return IsTag(node.name) && !places.IsMisread(node); },
                                      hasClash ? NewNameOf : std::function<std::string(const qv::ContentNode&)>()};
-        qv::FindContentLosses(document.Document(), written.Document(), model, [&](const ContentLoss& found) {
+        std::vector<ContentLoss> losses;
+        qv::FindContentLosses(document.Document(), written.Document(), model, [&](const ContentLoss& found) { losses.push_back(found); });
+        qv::DropMovedContent(losses);
+        for (const ContentLoss& found : losses) {
             m_result.losses.push_back(LossOf(found));
             if (const SMFindingPlaces::Misread* const why = places.ReasonOf(found))
                 SMGiveReason(m_result.losses.back(), SMToldMisread(*why));
-            const qv::ContentPlace& place = PlaceOf(found);
-            questions.push_back({witness.File(place.file), QuestionOf(found)});
-        });
+            questions.push_back({witness.File(PlaceOf(found).file), QuestionOf(found)});
+        }
         return again;
     }
 
@@ -240,6 +256,7 @@ class Account {
         for (std::size_t i = 0; i < losses; ++i) {
             PutPlace(m_result.losses[i], answered[i]);
             m_result.losses[i].bytes = answered[i].place.bytes;
+            if (answered[i].place.isDefault && m_result.losses[i].why.empty()) m_result.losses[i].why = "it is a default of the DOCTYPE";
         }
         for (std::size_t i = losses; i < answered.size(); ++i) PutPlace(m_result.findings[i - losses], answered[i]);
         SortByPlace(m_result.losses);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <string>
 #include <vector>
 
 #include "core/qvutils/base/smapi.h"
@@ -15,18 +17,34 @@ class SM_API ContentSource {
     explicit ContentSource(ContentSink& sink) : m_sink(sink) {}
 
     void Start(const I18NString& localName, const QvXMLAttributes& attributes);
-    void Text(const I18NString& text) { m_sink.Text(text.utf8()); }
-    void End() { m_sink.End(); }
+    void Text(const I18NString& text);
+    void End();
 
     /**
-     * What follows is the document for which the element stands that has just been started; its attributes of these names only lead
-     * there, and are no content.
+     * What follows is the document for which the element stands that has just been started. Its attributes `leading` only lead there, and
+     * are no content. Those of the names `repeated` repeat what the root of that document has in an element or property of the name; one
+     * that says something else is content, and told at the end.
      */
-    void StartPart(const std::vector<I18NString>& leading);
-    void EndPart(bool isWhole) { m_sink.EndPart(isWhole); }
+    void StartPart(const std::vector<I18NString>& leading, const std::vector<I18NString>& repeated);
+    void EndPart(bool isWhole);
 
   private:
+    struct Attribute {
+        std::string name, value;
+    };
+    struct Part {
+        /** Those of which the document has not said the same yet. */
+        std::vector<Attribute> repeated;
+        std::size_t depth = 0;
+        /** The element or property right in the root that is open, if it is one of those names. */
+        std::string name, text;
+    };
+
+    void StartInPart(Part& part, const I18NString& localName, const QvXMLAttributes& attributes);
+    void Forget(const I18NString& name);
+
     ContentSink& m_sink;
+    std::vector<Part> m_parts;
     /** Those of the innermost element, borrowed for the time of its start event. */
     const QvXMLAttributes* m_attributes = nullptr;
 };

@@ -38,6 +38,7 @@ ContentTreeSink::ContentTreeSink(ContentChoice isChosen, ContentWitness witness)
     : m_isChosen(std::move(isChosen)), m_witness(std::move(witness)), m_open(1) {}
 
 void ContentTreeSink::Level::Clear() {
+    node.placeholder.clear();
     node.attributes.clear();
     node.texts.clear();
     node.children.clear();
@@ -108,7 +109,7 @@ void ContentTreeSink::Become(Level& placeholder, Level& root) const {
     const auto append = [](auto& to, auto& from) {
         to.insert(to.end(), std::make_move_iterator(from.begin()), std::make_move_iterator(from.end()));
     };
-    node.name = std::move(root.node.name);
+    node.placeholder = std::exchange(node.name, std::move(root.node.name));
     append(node.attributes, root.node.attributes);
     append(node.texts, root.node.texts);
     append(node.children, root.node.children);

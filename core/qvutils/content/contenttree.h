@@ -44,6 +44,8 @@ struct SM_API ContentNode {
     ~ContentNode();
 
     std::string name;
+    /** That of the placeholder which became this one; empty when it was none. Its attributes and texts are then in the file of `place`. */
+    std::string placeholder;
     /** With all that is in it; and without what a save may have added. */
     std::uint64_t digest = 0, bareDigest = 0;
     /** What tells it from its siblings of the same name; empty when nothing does. */

@@ -64,6 +64,11 @@ std::string qv::QuietPathOf(const IOObject& object) {
     const SMLogScope scope(quiet);
     try {
         I18NString path;
+        for (const IOObject* at = &object; at; at = at->parent) {
+            at->getPath(path);
+            const bool isNamed = !path.utf8().ends_with(".().()");
+            if (isNamed) return std::string(path.utf8());
+        }
         object.getPath(path);
         return std::string(path.utf8());
     } catch (const std::exception&) {

@@ -28,7 +28,10 @@ class HeldObjects {
     QvSmartVector<IOObject> m_objects;
 };
 
-/** The path of an object that may be half built: what asking for it logs is dropped, and a failure leaves the path empty. */
+/**
+ * The path of an object that may be half built; of one with neither name nor id, that of the nearest object around it that has one. What
+ * asking for it logs is dropped, and a failure leaves the path empty.
+ */
 SM_API std::string QuietPathOf(const IOObject& object);
 
 }  // namespace qv

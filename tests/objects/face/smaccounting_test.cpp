@@ -272,6 +272,51 @@ TEST(SMAccounting, ReadsAPipeOnce) {
     EXPECT_THAT(Told(result), ElementsAre(HasSubstr("<colour> in [n].[s] is not kept (9 bytes)")));
 }
 
+TEST(SMAccounting, TellsExactPlacesBehindLineEndsOfOtherVersionsOfXml) {
+    for (const std::string odd : {"\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"})
+        for (const std::string& markup : {"<!-- " + odd + odd + " -->", "<?p " + odd + odd + " ?>", "<zz a=\"" + odd + odd + "\"/>"}) {
+            const std::string document =
+                Subject("\n" + markup + "<description locale=\"en\" zy=\"1\">8</description>" + markup + "<zx>q</zx>");
+            std::vector<std::string> lost;
+            for (const SMLoss& loss : SMLoadModelBytesAccounted(document).losses) {
+                const std::string line = document.substr(document.find(markup));
+                std::size_t at = 0;
+                for (long column = 1; column < loss.column; ++at) column += (line[at + 1] & 0xC0) != 0x80;
+                lost.push_back(line.substr(at, loss.bytes));
+            }
+            std::vector<std::string> expected{"zy=\"1\"", "<zx>q</zx>"};
+            if (markup.starts_with("<zz")) expected = {markup, expected[0], markup, expected[1]};
+            EXPECT_EQ(lost, expected) << markup;
+        }
+}
+
+TEST(SMAccounting, TellsADefaultOfTheDoctypeAtItsElement) {
+    std::string document = Subject("\n  <description locale=\"en\">8</description>");
+    document.insert(document.find("<project"), "<!DOCTYPE project [<!ATTLIST description zz CDATA 'four'>]>\n");
+    const long line = std::count(document.begin(), document.begin() + static_cast<long>(document.find("<description")), '\n') + 1;
+    EXPECT_THAT(LossesOf(document),
+                ElementsAre(std::to_string(line) +
+                            ":3 SM1002 the attribute zz of <description> in [n].[s] is not kept (9 bytes): it is a default of "
+                            "the DOCTYPE"));
+}
+
+TEST(SMAccounting, TakesADefaultOfTheDoctypeForContent) {
+    std::string document = Subject("");
+    document.replace(document.find(" status=\"valid\""), std::string(" status=\"valid\"").size(), "");
+    document.insert(document.find("<project"), "<!DOCTYPE project [<!ATTLIST querySubject status CDATA 'valid'>]>");
+    EXPECT_THAT(LossesOf(document), IsEmpty());
+}
+
+TEST(SMAccounting, NotesAnExternalDtd) {
+    std::string document = Subject("");
+    document.insert(document.find("<project"), "<!DOCTYPE project SYSTEM 'm.dtd'>");
+    const SMAccountedResult result = SMLoadModelBytesAccounted(document);
+    ASSERT_THAT(result.diagnostics, SizeIs(1));
+    EXPECT_EQ(result.diagnostics[0].code, "SM3019");
+    EXPECT_EQ(result.diagnostics[0].message, "the external DTD \"m.dtd\" is not opened");
+    EXPECT_FALSE(result.HasFindings());
+}
+
 TEST(SMAccounting, GivesUpOnADeviceThatNeverEnds) {
     EXPECT_FALSE(SMLoadModelAccounted("/dev/zero").IsDone());
 }
@@ -282,6 +327,51 @@ TEST(SMAccounting, FindsPlacesInOtherEncodings) {
     std::string wide = "\xFF\xFE";
     for (const char c : std::string("<project>\n <colour/></project>")) wide.append(1, c).append(1, '\0');
     EXPECT_THAT(LossesOf(wide), ElementsAre(HasSubstr("2:2 SM1001 <colour>")));
+}
+
+TEST(SMAccounting, TellsWhatAPlaceholderSaysOtherThanItsFile) {
+    TempDir directory;
+    for (const auto& entry : fs::directory_iterator(MODELS + "multifile"))
+        fs::copy_file(entry.path(), fs::path(directory.Path()) / entry.path().filename());
+    const std::string path = directory.Path("main.xml"), main = directory.Read("main.xml");
+    EXPECT_THAT(SMLoadModelAccounted(path).losses, IsEmpty());
+    const auto told = [&](const std::string& attribute, const std::string& other) {
+        std::string text = main;
+        const std::size_t at = text.find(" " + attribute + "=\"", text.find("<smnamespacefile"));
+        const std::size_t value = text.find('"', at) + 1;
+        text.replace(value, text.find('"', value) - value, other);
+        directory.Write("main.xml", text);
+        return Told(SMLoadModelAccounted(path));
+    };
+    EXPECT_THAT(told("id", "other"),
+                ElementsAre(testing::AllOf(HasSubstr(" SM1002 the attribute id of <smnamespacefile> in [Northwind] is not"),
+                                           HasSubstr("(10 bytes): the file behind the placeholder does not say so"))));
+    EXPECT_THAT(told("name", "other"),
+                ElementsAre(HasSubstr("the attribute name of <smnamespacefile> in [Northwind] is not kept (12 bytes)")));
+    EXPECT_THAT(told("filepath", "."), IsEmpty());
+}
+
+TEST(SMAccounting, LeavesOutWhatAReaderTakesForAValueFurtherOut) {
+    TempDir directory;
+    for (const auto& entry : fs::directory_iterator(MODELS + "multifile"))
+        fs::copy_file(entry.path(), fs::path(directory.Path()) / entry.path().filename());
+    const std::string main = directory.Read("main.xml");
+    const std::string end = "</packagefile>";
+    for (const std::string last : {"first", "last"}) {
+        std::string text = main;
+        text.insert(text.find(end), "<name>first</name>");
+        text.insert(text.rfind(end), "<name>" + last + "</name>");
+        directory.Write("main.xml", text);
+        const SMAccountedResult result = SMLoadModelAccounted(directory.Path("main.xml"));
+        EXPECT_THAT(Told(result),
+                    ElementsAre(testing::StartsWith("3:"), testing::AllOf(testing::StartsWith("57:"), HasSubstr("SM1001 <name>"))));
+    }
+}
+
+TEST(SMAccounting, TellsTheNearestObjectThatHasAName) {
+    const SMAccountedResult result = SMLoadModelBytesAccounted(Subject("<determinants><determinant><zz/></determinant></determinants>"));
+    ASSERT_THAT(result.losses, testing::Not(IsEmpty()));
+    EXPECT_EQ(result.losses[0].objectPath, "[n].[s]");
 }
 
 TEST(SMAccounting, TellsOfSeparateFilesByTheirNames) {

@@ -23,8 +23,9 @@ namespace code = qv::code;
 /** A namespace of the root in a file of its own. */
 class SMModelCheckOfParts : public testing::Test {
   protected:
-    static std::string Placeholder(const std::string& name) {
-        return "<smnamespacefile id=\"i\" name=\"" + name + "\" filename=\"" + name + ".qvf\" filepath=\"\"></smnamespacefile>";
+    static std::string Placeholder(const std::string& name) { return Placeholder(name, name); }
+    static std::string Placeholder(const std::string& name, const std::string& file) {
+        return "<smnamespacefile name=\"" + name + "\" filename=\"" + file + ".qvf\" filepath=\"\"></smnamespacefile>";
     }
 
     /** All that is told of a namespace in a file of its own is this, at the mark in that file. */
@@ -104,8 +105,8 @@ TEST_F(SMModelCheckOfParts, KnowsEachNamesakeByTheNameThatItGot) {
     for (const char* const name : {"a", "b", "c"})
         m_directory.Write(std::string(name) + ".qvf",
                           "<namespace>\n<name locale=\"en\">" + std::string(*name == 'c' ? "A1" : "A") + "</name></namespace>");
-    const SMCheckResult checked = SMCheckModel(
-        m_directory.Write("main.xml", ModelDocument(Named("namespace", "n", Placeholder("a") + Placeholder("b") + Placeholder("c")))));
+    const SMCheckResult checked = SMCheckModel(m_directory.Write(
+        "main.xml", ModelDocument(Named("namespace", "n", Placeholder("A", "a") + Placeholder("A", "b") + Placeholder("A1", "c")))));
     EXPECT_THAT(checked.diagnostics, IsEmpty());
     ASSERT_THAT(checked.losses, SizeIs(2));
     for (std::size_t i = 0; i < 2; ++i) {
@@ -143,15 +144,14 @@ TEST_F(SMModelCheckOfParts, TellsWhatCannotBeReadInAPackage) {
     const std::string path = m_directory.Write("p.qva", part.Text());
     TellsOnlyAt(path, part, code::NO_DATE,
                 ModelDocument(Named("namespace", "n") +
-                              "<packages><packagefile id=\"i\" name=\"p\" filename=\"p.qva\" filepath=\"\"></packagefile></packages>"));
+                              "<packages><packagefile name=\"p\" filename=\"p.qva\" filepath=\"\"></packagefile></packages>"));
 }
 
 TEST_F(SMModelCheckOfParts, NamesThePackageOfALoss) {
     m_directory.Write("p.qva", "<package zz=\"y\"><name locale=\"en\">p</name><odd/><adminAccess></adminAccess></package>");
     const SMCheckResult checked = SMCheckModel(m_directory.Write(
-        "main.xml",
-        ModelDocument(Named("namespace", "n") +
-                      "<packages><packagefile id=\"i\" name=\"p\" filename=\"p.qva\" filepath=\"\"></packagefile></packages>")));
+        "main.xml", ModelDocument(Named("namespace", "n") +
+                                  "<packages><packagefile name=\"p\" filename=\"p.qva\" filepath=\"\"></packagefile></packages>")));
     ASSERT_THAT(checked.losses, SizeIs(2));
     for (const SMLoss& loss : checked.losses) EXPECT_EQ(loss.objectPath, "(package).(p).()");
 }

@@ -21,7 +21,7 @@ void BM_Put(benchmark::State& state) {
     const bench::SqliteFloor floor(store.Path());
     const QvSmartPtr<SMProject2> project = bench::StoredModel();
     state.counters["rows"] = static_cast<double>(floor.Rows());
-    bench::Ratio ratio(state, 1.8, 1.4);
+    bench::Ratio ratio(state, 1.8, 1.3);
     ratio.Run(
         [&] {
             plain.Remove();
@@ -42,7 +42,7 @@ void BM_Get(benchmark::State& state) {
     }
     const bench::SqliteFloor floor(store.Path());
     SMRepository repository(store.Path());
-    bench::Ratio ratio(state, 4.5, 3.0);
+    bench::Ratio ratio(state, 4.0, 2.5);
     ratio.Run([&] { benchmark::DoNotOptimize(floor.Step(store.Path())); },
               [&] {
                   const auto context = repository.OpenProject(1);

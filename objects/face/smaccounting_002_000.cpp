@@ -237,8 +237,8 @@ class Account {
         qv::ForkedSink both(document, places);
         SMLoadResult again = Reread(both);
         TellWritten(*m_result.project, m_options.control, written);
-        const qv::ContentModel model{[&](const qv::ContentNode& node) { return IsTag(node.name) && !places.IsMisread(node); },
-                                     hasClash ? NewNameOf : std::function<std::string(const qv::ContentNode&)>()};
+        qv::ContentModel model{[&](const qv::ContentNode& node) { return IsTag(node.name) && !places.IsMisread(node); }, nullptr};
+        if (hasClash) model.newName = [](const qv::ContentNode& node) { return NewNameOf(node); };
         std::vector<ContentLoss> losses;
         qv::FindContentLosses(document.Document(), written.Document(), model, [&](const ContentLoss& found) { losses.push_back(found); });
         qv::DropMovedContent(losses);

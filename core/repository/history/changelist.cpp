@@ -12,10 +12,6 @@ std::size_t CellNamed(const RowTable& table, std::string_view name) {
     return cell;
 }
 
-std::optional<std::string> CellText(const RowTable& table, const char* row, std::size_t cell) {
-    return row ? TextOf(rowcodec::BodyCell(table, row, cell), table.columns[cell]->kind) : std::nullopt;
-}
-
 void AddValue(std::string_view name, const std::optional<std::string>& before, const std::optional<std::string>& after,
               std::vector<SMRepositoryValue>& values) {
     if (before == after) return;
@@ -39,7 +35,7 @@ ChangeList::~ChangeList() {
     for (const char* const row : m_shared) RowArena::Release(row);
 }
 
-void ChangeList::Take(const RowTable& table, const char* row, const char* Side::*side) {
+void ChangeList::Take(const RowTable& table, const char* row, Version Side::*side) {
     RowArena::Share(row);
     m_shared.push_back(row);
     const RowHead head = rowcodec::Head(table, row);
@@ -52,56 +48,94 @@ void ChangeList::Take(const RowTable& table, const char* row, const char* Side::
     } else {
         place = &m_objects[std::string(head.id)].row;
     }
-    place->table = &table;
-    place->*side = row;
+    place->*side = {&table, row};
 }
 
 void ChangeList::TextStands(const RowTable& texts, const char* row) {
     const auto owner = m_objects.find(std::string(rowcodec::Head(texts, row).id));
-    if (owner != m_objects.end() && owner->second.row.before) Before(texts, row);
+    if (owner != m_objects.end() && owner->second.row.before.row) Before(texts, row);
 }
 
 void ChangeList::AddNames(NameIndex& names) const {
     for (const auto& [id, object] : m_objects)
-        if (object.row.after) names.Add(*object.row.table, object.row.after);
+        if (const auto& [table, row] = object.row.after; row) names.Add(*table, row);
+}
+
+ChangeList::Object ChangeList::Object::Half(Version Side::*side) const {
+    Object half;
+    half.row.*side = row.*side;
+    const auto take = [side](const Parts& from, Parts& to) {
+        for (const auto& [name, part] : from)
+            if ((part.*side).row) to[name].*side = part.*side;
+    };
+    take(records, half.records);
+    take(texts, half.texts);
+    return half;
 }
 
 void ChangeList::AddColumns(const Side& side, std::vector<SMRepositoryValue>& values) {
-    if (!side.table) return;
-    const RowTable& table = *side.table;
-    if (table.hasParent) {
-        const auto parent = [&](const char* row) {
-            return row ? std::optional(std::string(rowcodec::ParentId(table, row))) : std::nullopt;
+    const RowTable* const table = side.after.table ? side.after.table : side.before.table;
+    if (!table) return;
+    if (table->hasParent) {
+        const auto parent = [](const Version& version) {
+            return version.row ? std::optional(std::string(rowcodec::ParentId(*version.table, version.row))) : std::nullopt;
         };
-        AddValue(table.catalogue->parentId, parent(side.before), parent(side.after), values);
+        AddValue(table->catalogue->parentId, parent(side.before), parent(side.after), values);
     }
-    for (const std::size_t cell : table.body)
-        AddValue(table.columns[cell]->name, CellText(table, side.before, cell), CellText(table, side.after, cell), values);
+    const auto text = [](const Version& version, std::size_t cell) {
+        return version.row ? TextOf(rowcodec::BodyCell(*version.table, version.row, cell), version.table->columns[cell]->kind)
+                           : std::nullopt;
+    };
+    for (const std::size_t cell : table->body)
+        AddValue(table->columns[cell]->name, text(side.before, cell), text(side.after, cell), values);
 }
 
-void ChangeList::AddPart(const std::string& name, const Side& side, std::size_t cell, std::vector<SMRepositoryValue>& values) {
-    AddValue(name, CellText(*side.table, side.before, cell), CellText(*side.table, side.after, cell), values);
+void ChangeList::AddPart(const std::string& name, const Side& side, std::vector<SMRepositoryValue>& values) {
+    const auto text = [](const Version& version) {
+        if (!version.row) return std::optional<std::string>();
+        const std::size_t cell = CellNamed(*version.table, "VALUE");
+        return TextOf(rowcodec::BodyCell(*version.table, version.row, cell), version.table->columns[cell]->kind);
+    };
+    AddValue(name, text(side.before), text(side.after), values);
+}
+
+void ChangeList::AddChange(const std::string& id, const Object& object, const NameIndex& names, std::vector<SMRepositoryChange>& changes) {
+    SMRepositoryChange change;
+    AddColumns(object.row, change.values);
+    for (const auto& [name, side] : object.texts) AddPart(name, side, change.values);
+    for (const auto& [name, side] : object.records) AddPart("record " + name, side, change.values);
+    change.order = object.order;
+    const auto& [before, after] = object.row;
+    if (after.row && !before.row) change.what = SMRepositoryChange::added;
+    if (before.row && !after.row) change.what = SMRepositoryChange::removed;
+    if (change.what == SMRepositoryChange::changed && change.values.empty() && !change.order) return;
+    change.id = QvULString(std::string_view(id));
+    const Version& own = after.row ? after : before;
+    std::optional<NameIndex::Place> place;
+    if (own.row)
+        place = NameIndex::PlaceOf(*own.table, own.row);
+    else if (const NameIndex::Place* const known = names.Find(id))
+        place = *known;
+    if (place) {
+        change.kind = QvULString(std::string_view(place->kind));
+        change.parentId = QvULString(std::string_view(place->parent));
+        change.name = I18NString(std::string_view(place->name));
+        for (const std::string& name : names.Path(*place)) change.path.push_back(I18NString(std::string_view(name)));
+    }
+    changes.push_back(std::move(change));
 }
 
 std::vector<SMRepositoryChange> ChangeList::Build(const NameIndex& names) const {
     std::vector<SMRepositoryChange> changes;
     for (const auto& [id, object] : m_objects) {
-        SMRepositoryChange change;
-        AddColumns(object.row, change.values);
-        for (const auto& [name, side] : object.texts) AddPart(name, side, CellNamed(*side.table, "VALUE"), change.values);
-        for (const auto& [name, side] : object.records) AddPart("record " + name, side, CellNamed(*side.table, "VALUE"), change.values);
-        change.order = object.order;
-        if (object.row.table && !object.row.before) change.what = SMRepositoryChange::added;
-        if (object.row.table && !object.row.after) change.what = SMRepositoryChange::removed;
-        if (change.what == SMRepositoryChange::changed && change.values.empty() && !change.order) continue;
-        change.id = QvULString(std::string_view(id));
-        if (const NameIndex::Place* const place = names.Find(id)) {
-            change.kind = QvULString(std::string_view(place->kind));
-            change.parentId = QvULString(std::string_view(place->parent));
-            change.name = I18NString(std::string_view(place->name));
+        if (!object.IsAnotherNow()) {
+            AddChange(id, object, names, changes);
+            continue;
         }
-        for (const std::string& name : names.Path(id)) change.path.push_back(I18NString(std::string_view(name)));
-        changes.push_back(std::move(change));
+        AddChange(id, object.Half(&Side::before), names, changes);
+        Object now = object.Half(&Side::after);
+        now.order = object.order;
+        AddChange(id, now, names, changes);
     }
     std::stable_sort(changes.begin(), changes.end(), [](const auto& a, const auto& b) { return a.path < b.path; });
     return changes;

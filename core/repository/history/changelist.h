@@ -35,21 +35,31 @@ class ChangeList {
     std::vector<SMRepositoryChange> Build(const NameIndex& names) const;
 
   private:
-    /** A row on each side; null where there is none. */
-    struct Side {
+    /** A row with the table that tells its form; null where there is none. */
+    struct Version {
         const RowTable* table = nullptr;
-        const char *before = nullptr, *after = nullptr;
+        const char* row = nullptr;
     };
+    /** The tables differ where an id went to an object of another kind. */
+    struct Side {
+        Version before, after;
+    };
+    using Parts = std::map<std::string, Side>;
     struct Object {
         Side row;
         /** Records by name, and texts by column and locale. */
-        std::map<std::string, Side> records, texts;
+        Parts records, texts;
         bool order = false;
+
+        bool IsAnotherNow() const { return row.before.row && row.after.row && row.before.table != row.after.table; }
+        /** What it has on one side only. */
+        Object Half(Version Side::*side) const;
     };
 
-    void Take(const RowTable& table, const char* row, const char* Side::*side);
+    void Take(const RowTable& table, const char* row, Version Side::*side);
     static void AddColumns(const Side& side, std::vector<SMRepositoryValue>& values);
-    static void AddPart(const std::string& name, const Side& side, std::size_t cell, std::vector<SMRepositoryValue>& values);
+    static void AddPart(const std::string& name, const Side& side, std::vector<SMRepositoryValue>& values);
+    static void AddChange(const std::string& id, const Object& object, const NameIndex& names, std::vector<SMRepositoryChange>& changes);
 
     std::map<std::string, Object> m_objects;
     std::vector<const char*> m_shared;

@@ -41,10 +41,14 @@ void NameIndex::Fetch(StoreSession& session, std::int64_t project, std::int64_t 
     }
 }
 
-void NameIndex::Add(const RowTable& table, const char* row) {
+NameIndex::Place NameIndex::PlaceOf(const RowTable& table, const char* row) {
     Place place{&table, {}, std::string(rowcodec::ParentId(table, row)), KindOf(table, row)};
     if (table.nameColumn >= 0) place.name = rowcodec::BodyCell(table, row, static_cast<std::size_t>(table.nameColumn)).view;
-    m_places[std::string(rowcodec::Id(row))] = std::move(place);
+    return place;
+}
+
+void NameIndex::Add(const RowTable& table, const char* row) {
+    m_places[std::string(rowcodec::Id(row))] = PlaceOf(table, row);
 }
 
 const NameIndex::Place* NameIndex::Find(std::string_view id) const {
@@ -52,12 +56,17 @@ const NameIndex::Place* NameIndex::Find(std::string_view id) const {
     return found == m_places.end() ? nullptr : &found->second;
 }
 
-std::vector<std::string> NameIndex::Path(std::string_view id) const {
+std::vector<std::string> NameIndex::Path(const Place& innermost) const {
     std::vector<std::string> path;
-    for (const Place* place = Find(id); place && path.size() < DEEPEST; place = Find(place->parent))
+    for (const Place* place = &innermost; place && path.size() < DEEPEST; place = Find(place->parent))
         path.push_back(place->name.empty() ? place->kind : place->name);
     std::reverse(path.begin(), path.end());
     return path;
+}
+
+std::vector<std::string> NameIndex::Path(std::string_view id) const {
+    const Place* const place = Find(id);
+    return place ? Path(*place) : std::vector<std::string>();
 }
 
 }  // namespace qv

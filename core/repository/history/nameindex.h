@@ -28,7 +28,11 @@ class NameIndex {
     /** Null when the id is not known. */
     const Place* Find(std::string_view id) const;
     /** The names from the outermost object down to this one; an object without a name counts with its kind. */
+    std::vector<std::string> Path(const Place& place) const;
+    /** Empty when the id is not known. */
     std::vector<std::string> Path(std::string_view id) const;
+
+    static Place PlaceOf(const RowTable& table, const char* row);
 
   private:
     std::unordered_map<std::string, Place> m_places;

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "core/qvutils/io/qvxmlformattarget.h"
 #include "core/qvutils/text/tklbytebuffer.h"
 #include "tests/core/repository/repositorytest.h"
@@ -97,6 +99,23 @@ TEST_P(RepositoryHistory, TellsWhatTwoRevisionsHaveDifferent) {
     EXPECT_EQ(Tell(repository->Changes(number, 3, 1)),
               "changed m: NAME=Renamed->Map\nadded e2:\nchanged r: record property=<a></a>->null\n");
     EXPECT_EQ(Tell(repository->Changes(number, 2, 2)), "");
+}
+
+TEST_P(RepositoryHistory, TellsThatAnObjectOfAnotherKindTookAnId) {
+    const long number = Put(*project);
+    project->children.pop_back();
+    project->AddSection("Section", "m");
+    Save(*project, number);
+    EXPECT_EQ(Tell(repository->Changes(number, 1, 2)), "removed m:\nadded m:\nremoved e1:\nremoved e2:\nremoved e3:\n");
+    EXPECT_EQ(Tell(repository->Changes(number, 2, 1)), "added m:\nadded e1:\nadded e2:\nadded e3:\nremoved m:\n");
+    for (const auto& [kind, path] : {std::pair("parameterMap", "Map"), std::pair("namespace", "Section")}) {
+        const std::vector<SMRepositoryChange> changes = repository->Changes(number, 1, 2);
+        const auto found =
+            std::find_if(changes.begin(), changes.end(), [&](const auto& change) { return change.path.back() == I18NString(path); });
+        ASSERT_NE(found, changes.end()) << path;
+        EXPECT_EQ(found->name, I18NString(path));
+        EXPECT_EQ(found->kind, QvULString(kind));
+    }
 }
 
 TEST_P(RepositoryHistory, TellsWhereAChangedObjectStands) {

@@ -7,6 +7,14 @@
 
 #include <CLI/CLI.hpp>
 
+namespace {
+
+std::string RefuseEmpty(const std::string& text) {
+    return text.empty() ? "is given an empty text: give a value (is a variable unset?), or leave it out where it is optional" : "";
+}
+
+}  // namespace
+
 Command Command::AddGroup(const char* name, const char* about) const {
     CLI::App* const group = m_app->add_subcommand(name, about);
     group->require_subcommand(1);
@@ -26,7 +34,7 @@ Command Command::AddRunning(const char* name, const char* about, std::function<i
 }
 
 void Command::Argument(const char* name, std::string& value, const char* about, Use use) const {
-    m_app->add_option(name, value, about)->required(use == Use::required);
+    m_app->add_option(name, value, about)->required(use == Use::required)->check(RefuseEmpty);
 }
 
 void Command::Arguments(const char* name, std::vector<std::string>& values, const char* about) const {
@@ -34,10 +42,18 @@ void Command::Arguments(const char* name, std::vector<std::string>& values, cons
 }
 
 void Command::Option(const char* names, const char* placeholder, std::string& value, const char* about, Use use) const {
-    m_app->add_option(names, value, about)->type_name(placeholder)->required(use == Use::required)->capture_default_str();
+    m_app->add_option(names, value, about)
+        ->type_name(placeholder)
+        ->required(use == Use::required)
+        ->check(RefuseEmpty)
+        ->capture_default_str();
 }
 
-void Command::Option(const char* names, const char* placeholder, std::optional<std::string>& value, const char* about) const {
+void Command::Text(const char* names, const char* placeholder, std::string& value, const char* about) const {
+    m_app->add_option(names, value, about)->type_name(placeholder);
+}
+
+void Command::Text(const char* names, const char* placeholder, std::optional<std::string>& value, const char* about) const {
     m_app->add_option(names, value, about)->type_name(placeholder);
 }
 

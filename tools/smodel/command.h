@@ -38,12 +38,15 @@ class Command {
         return {AddRunning(name, about, [arguments, run] { return run(*arguments); }), *arguments};
     }
 
+    /** What stands for something must be given by more than an empty text, as an unset variable of a shell is one; so must options. */
     void Argument(const char* name, std::string& value, const char* about, Use use = Use::required) const;
     /** One or more. */
     void Arguments(const char* name, std::vector<std::string>& values, const char* about) const;
     /** `names` as "-o,--output"; `placeholder` stands for the value in the help. */
     void Option(const char* names, const char* placeholder, std::string& value, const char* about, Use use = Use::optional) const;
-    void Option(const char* names, const char* placeholder, std::optional<std::string>& value, const char* about) const;
+    /** An option whose text may be empty. */
+    void Text(const char* names, const char* placeholder, std::string& value, const char* about) const;
+    void Text(const char* names, const char* placeholder, std::optional<std::string>& value, const char* about) const;
     /** A number above zero; of anything else the user is told that it is "no ", and then `wanted`. */
     void Number(const char* names, const char* placeholder, long& value, const char* about, const char* wanted) const;
     /** Some of `all`, with commas between them. */

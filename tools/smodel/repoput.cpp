@@ -70,8 +70,8 @@ void AddRepoPut(const Command& repo) {
     const auto [put, arguments] = repo.Add<Arguments>("put", "Save a model as a new revision, in a new repository if there is none", Put);
     AddRepositoryOptions(put, arguments);
     put.Argument("MODEL", arguments.model, "The document; - is standard input");
-    put.Option("-m,--message", "MESSAGE", arguments.message, "Why; stands with the revision");
-    put.Option("--author", "NAME", arguments.author, "Who; by default the login name");
+    put.Text("-m,--message", "MESSAGE", arguments.message, "Why; stands with the revision");
+    put.Text("--author", "NAME", arguments.author, "Who; by default the login name");
     put.Option("--base", "REV", arguments.base, "The revision that the model was made from; by default the newest");
     AddLossOption(put, arguments);
     AddLimits(put);

@@ -105,8 +105,8 @@ void AddRepoRestore(const Command& repo) {
     AddRepositoryOptions(restore, arguments);
     restore.Argument("OBJECT@REV", arguments.what,
                      "Its object id, as '[namespace].[subject].[item]', or 'id:ID'; and a revision, a moment or a day");
-    restore.Option("-m,--message", "MESSAGE", arguments.message, "Why; by default what is restored");
-    restore.Option("--author", "NAME", arguments.author, "Who; by default the login name");
+    restore.Text("-m,--message", "MESSAGE", arguments.message, "Why; by default what is restored");
+    restore.Text("--author", "NAME", arguments.author, "Who; by default the login name");
     restore.Option("--base", "REV", arguments.base, "The revision that the new one is based on; by default the newest");
     restore.Footer(
         "All else stays as it is. What stood below the object then and stands elsewhere now comes back to it. When the repository has "

@@ -26,6 +26,29 @@ TEST(Smodel, EndsWithStatusTwoOnWrongUsage) {
     }
 }
 
+TEST(Smodel, RefusesAnEmptyTextForWhatNamesSomething) {
+    const TestDirectory directory;
+    const std::string repository = directory.Path("r.db"), model = SMODEL_SOURCE_DIR "/examples/models/minimal.xml";
+    ASSERT_EQ(RunTool({"repo", "put", repository, model, "-m", "", "--author", ""}).status, 0) << "these are texts";
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"repo", "put", repository, model, "--base", ""},
+                                                  {"repo", "put", repository, model, "--base="},
+                                                  {"repo", "put", repository, model, "--project", ""},
+                                                  {"repo", "get", repository, "-o", "-", "--at", ""},
+                                                  {"repo", "get", repository, "-o", ""},
+                                                  {"repo", "verify", repository, "--at", ""},
+                                                  {"repo", "verify", repository, ""},
+                                                  {"repo", "log", repository, ""},
+                                                  {"repo", "diff", repository, "1", ""},
+                                                  {"repo", "restore", repository, "[minimal]@1", "--base", ""},
+                                                  {"fmt", model, "-o", ""}}) {
+        const ToolRun run = RunTool(words);
+        EXPECT_EQ(run.status, 2) << words[1] << run.out;
+        EXPECT_THAT(run.out, IsEmpty());
+        EXPECT_NE(run.err, "");
+    }
+    EXPECT_THAT(RunTool({"repo", "put", repository, model, "--base", ""}).err, HasSubstr("--base: is given an empty text"));
+}
+
 TEST(Smodel, PrintsHelpAndVersionWhenAsked) {
     const ToolRun help = RunTool({"--help"});
     EXPECT_EQ(help.status, 0);

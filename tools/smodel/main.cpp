@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/qvutils/diag/tklerrors.h"
+#include "objects/face/smguard_002_000.h"
 #include "tools/smodel/command.h"
 #include "tools/smodel/commands.h"
 #include "tools/smodel/interrupt.h"
@@ -12,6 +13,14 @@
 #include "tools/smodel/terminal.h"
 
 namespace {
+
+int RunToItsEnd(CommandLine& line, int argc, char** argv) {
+    try {
+        return line.Run(argc, argv);
+    } catch (const schema_002_000::SMCancelled&) {
+        return InterruptedStatus();
+    }
+}
 
 int Run(int argc, char** argv) {
     const std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
@@ -30,7 +39,7 @@ int Run(int argc, char** argv) {
     AddRepo(root);
     AddExplain(root);
     AddDemo(root);
-    const int status = line.Run(argc, argv);
+    const int status = RunToItsEnd(line, argc, argv);
     // a demonstration leaves the files of the models that it came to
     if (Interrupted() && status == InterruptedStatus())
         Complain(!words.empty() && words.front() == "demo" ? "interrupted" : "interrupted; nothing was written");
@@ -50,6 +59,8 @@ int main(int argc, char** argv) {
         Complain("out of memory");
     } catch (const std::exception& error) {
         Complain(error.what());
+    } catch (...) {
+        Complain("the command ended by an exception of an unknown kind");
     }
     return FinishOutput() ? status : STATUS_UNUSABLE;
 }

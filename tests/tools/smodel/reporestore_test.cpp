@@ -114,6 +114,19 @@ TEST_P(SmodelRepoRestore, EndsAtOnceWhenItsPreparationIsInterrupted) {
     EXPECT_EQ(SMRepository(repository.Location()).Revisions(1).size(), 2u);
 }
 
+TEST(SmodelRepoRestoring, EndsOrderlyWhenItIsInterruptedBeforeItsPreparation) {
+    const ToolRepository repository;
+    repository.Put(SalesModel(Subject("Orders", Item("Amount"))));
+    sqlite3* database = nullptr;
+    ASSERT_EQ(sqlite3_open(repository.Location().c_str(), &database), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(database, "PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    RunningTool tool({"repo", "restore", repository.Location(), "[Sales].[Orders]@1"}, {});
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));  // until it waits for the file
+    ::kill(tool.Process(), SIGINT);
+    sqlite3_close(database);
+    EXPECT_EQ(tool.Wait().status, 130);
+}
+
 TEST_P(SmodelRepoRestore, KeepsMessageAndAuthor) {
     Put({SalesModel(Subject("Orders", "")), SalesModel("")});
     EXPECT_EQ(Restore("[Sales].[Orders]@1", {"-m", "back", "--author", "ada", "--project", "p"}).status, 0);

@@ -1,10 +1,6 @@
-#include <exception>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <system_error>
 
 #include "tools/smodel/limits.h"
 #include "tools/smodel/models.h"
@@ -21,41 +17,14 @@ struct Arguments : RepositoryArguments, LossArguments {
     std::optional<std::string> author;
 };
 
-/** Takes a repository's file away again, if it was not there before and nobody has put anything into it. */
-class NewFile {
-  public:
-    explicit NewFile(const std::string& location)
-        : m_path(location.starts_with(PREFIX) ? location.substr(PREFIX.size()) : location),
-          m_wasThere(location.starts_with("postgresql:") || location.starts_with("postgres:") || IsThere()) {}
-    ~NewFile() {
-        if (m_wasThere || !IsThere()) return;
-        try {
-            // others may have found it, and put their models there
-            if (!SMRepository(std::string(PREFIX) + m_path, SMRepository::createIfAbsent).Projects().empty()) return;
-        } catch (const std::exception&) {
-            return;  // what cannot be looked at is left as it is
-        }
-        std::error_code ignored;
-        // on a full disk what stands in the log cannot be brought into the file, so that closing it leaves both
-        for (const char* const end : {"", "-wal", "-shm"}) std::filesystem::remove(m_path + end, ignored);
-    }
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
-
-  private:
-    static constexpr std::string_view PREFIX = "sqlite:";
-    bool IsThere() const { return std::filesystem::exists(std::filesystem::symlink_status(m_path)); }
-
-    std::string m_path;
-    bool m_wasThere;
-};
-
 int Put(const Arguments& arguments) {
     int readStatus = STATUS_CLEAN;
     const schema_002_000::SMAccountedResult loaded = ReadModelToWrite(arguments.model, arguments, readStatus);
     if (!loaded.project) return readStatus;
-    const NewFile file(arguments.repository);
-    SMRepository repository(arguments.repository, SMRepository::createIfAbsent);
+    // What fails behind the opening leaves a new repository, empty: whether others are putting into it already cannot be known. So none is
+    // made where it is clear before that it must be there.
+    const bool isKnown = !arguments.project.empty() || !arguments.base.empty();
+    SMRepository repository(arguments.repository, isKnown ? SMRepository::existing : SMRepository::createIfAbsent);
     const std::unique_ptr<SMRepositoryHelper> context =
         arguments.project.empty() ? ContextFor(repository, *loaded.project) : ContextOf(repository, arguments.project);
     if (!arguments.base.empty()) context->ReadAt(RevisionAt(repository, context->ProjectNumber(), arguments.base).number);

@@ -1,3 +1,5 @@
+#include <csignal>
+#include <memory>
 #include <string>
 
 #include <unistd.h>
@@ -6,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "core/repository/smrepository.h"
+#include "objects/face/smmodelstore_002_000.h"
 #include "tests/tools/smodel/repomodel.h"
 
 namespace {
@@ -84,17 +87,51 @@ TEST(SmodelRepo, MakesNoRepositoryForABrokenDocument) {
     EXPECT_THAT(directory.Files(), IsEmpty());
 }
 
-TEST(SmodelRepo, LeavesNothingOfAPutThatIsInterrupted) {
-    const TestDirectory directory;
-    const std::string in = directory.Write("in.xml", BigModel(100'000));
-    RunningTool tool({"repo", "put", directory.Path("r.db"), in}, {});
-    while (directory.Files().size() < 2) ::usleep(1000);
+/** So many that a put takes a while to look at them. */
+#ifdef NDEBUG
+constexpr int OBJECTS = 100'000;
+#else
+constexpr int OBJECTS = 15'000;
+#endif
+
+/** Begins the first put into a repository, and ends it by a signal when the repository is there. `meanwhile` comes before that. */
+template <class Meanwhile>
+ToolRun InterruptFirstPut(const TestDirectory& directory, const Meanwhile& meanwhile) {
+    const std::string in = directory.Write("in.xml", BigModel(OBJECTS)), repository = directory.Path("r.db");
+    RunningTool tool({"repo", "put", repository, in}, {});
+    while (directory.Files().size() < 2) ::usleep(1'000);
     ::usleep(20'000);
+    meanwhile(repository);
     ::kill(tool.Process(), SIGINT);
-    const ToolRun run = tool.Wait();
+    return tool.Wait();
+}
+
+TEST(SmodelRepo, LeavesAnEmptyRepositoryOfAFirstPutThatIsInterrupted) {
+    const TestDirectory directory;
+    const ToolRun run = InterruptFirstPut(directory, [](const std::string&) {});
     EXPECT_EQ(run.status, 130);
     EXPECT_THAT(run.err, HasSubstr("interrupted; nothing was written\n"));
-    EXPECT_THAT(directory.Files(), ElementsAre("in.xml"));
+    const std::string repository = directory.Path("r.db");
+    EXPECT_TRUE(SMRepository(repository).Projects().empty());
+    EXPECT_EQ(RunTool({"repo", "put", repository, MODELS + "minimal.xml"}).status, 0);
+    EXPECT_THAT(directory.Files(), ElementsAre("in.xml", "r.db"));
+}
+
+TEST(SmodelRepo, KeepsWhatAnotherPutsWhileTheFirstPutFails) {
+    const TestDirectory directory;
+    std::unique_ptr<SMRepository> other;
+    InterruptFirstPut(directory, [&](const std::string& repository) {
+        other = std::make_unique<SMRepository>(repository, SMRepository::createIfAbsent);
+    });
+    const auto context = other->NewProject();
+    ASSERT_TRUE(schema_002_000::SMPutModel(*schema_002_000::SMLoadModel(MODELS + "minimal.xml").project, *context).IsDone());
+    EXPECT_EQ(SMRepository(directory.Path("r.db")).Projects().size(), 1u);
+}
+
+TEST(SmodelRepo, MakesNoRepositoryForAProjectThatMustBeThere) {
+    const TestDirectory directory;
+    EXPECT_EQ(RunTool({"repo", "put", directory.Path("r.db"), MODELS + "minimal.xml", "--project", "nobody"}).status, 2);
+    EXPECT_THAT(directory.Files(), IsEmpty());
 }
 
 TEST(SmodelRepo, WritesNothingWhenNothingChanged) {

@@ -60,14 +60,14 @@ TEST(SmodelRepoPut, WritesNothingForADocumentWithAnIdTwiceThatIsPutAgain) {
     for (int i = 0; i < 2; ++i) EXPECT_EQ(repository.Put(model).out, "nothing changed; the newest revision is 1\n");
 }
 
-TEST(SmodelRepoPut, LeavesNothingBehindOnAFullDisk) {
+TEST(SmodelRepoPut, TellsAFullDiskAndLeavesAnEmptyRepository) {
     const TestDirectory directory;
     const std::string in = directory.Write("in.xml", BigModel(5'000)), disk = directory.Path("disk");
     std::filesystem::create_directory(disk);
     // a disk of so much room that goes with the shell: enough for the tables, and not for the model
     const std::string script =
         directory.Write("put.sh", "mount -t tmpfs -o size=260k none '" + disk + "' || exit 99\n'" SMODEL_TOOL "' repo put '" + disk +
-                                      "/new.db' '" + in + "'\necho \"status $?\"\nls -A '" + disk + "'\n");
+                                      "/new.db' '" + in + "'\necho \"status $?\"\n'" SMODEL_TOOL "' repo ls '" + disk + "/new.db'\n");
     const std::string told = directory.Path("told");
     if (std::system(("unshare -m sh '" + script + "' >'" + told + "' 2>&1").c_str()) != 0) GTEST_SKIP() << "nothing can be mounted here";
     EXPECT_THAT(directory.Read("told"),

@@ -28,6 +28,26 @@ class Verification {
     Verification(SMRepository& repository, long project, const SMRepositoryRevision& revision)
         : m_repository(repository), m_project(project), m_revision(revision) {}
 
+    /** Takes all steps. False when a prune took the revision away meanwhile: then what was found, and what failed, is no more than that. */
+    bool Look(SMProject2* model) {
+        try {
+            Document();
+            Rows();
+            Store();
+            if (model) Model(*model);
+        } catch (const TklRuntimeError&) {
+            if (IsThere()) throw;
+            return false;
+        }
+        return m_findings.empty() || IsThere();
+    }
+
+    int Status() const {
+        Print("revision " + std::to_string(m_revision.number) + (m_findings.empty() ? ": clean\n" : ":\n" + m_findings));
+        return m_findings.empty() ? STATUS_CLEAN : STATUS_FINDINGS;
+    }
+
+  private:
     void Document() {
         if (!m_revision.hasDocument) return;
         try {
@@ -60,20 +80,11 @@ class Verification {
         Compare("the model is another than the rows:\n", model);
     }
 
-    /** Whether something was found that is no more than a prune taking the revision away meanwhile. */
-    bool WentMeanwhile() const {
-        if (m_findings.empty()) return false;
+    bool IsThere() const {
         for (const SMRepositoryRevision& revision : m_repository.Revisions(m_project))
-            if (revision.number == m_revision.number) return false;
-        return true;
+            if (revision.number == m_revision.number) return true;
+        return false;
     }
-
-    int Status() const {
-        Print("revision " + std::to_string(m_revision.number) + (m_findings.empty() ? ": clean\n" : ":\n" + m_findings));
-        return m_findings.empty() ? STATUS_CLEAN : STATUS_FINDINGS;
-    }
-
-  private:
     std::unique_ptr<SMRepositoryHelper> Context() const {
         std::unique_ptr<SMRepositoryHelper> context = m_repository.OpenProject(m_project);
         context->ReadAt(m_revision.number);
@@ -123,11 +134,7 @@ class Verification {
 
 int VerifyOne(SMRepository& repository, long project, const SMRepositoryRevision& revision, SMProject2* model, bool oneOfAll) {
     Verification verification(repository, project, revision);
-    verification.Document();
-    verification.Rows();
-    verification.Store();
-    if (model) verification.Model(*model);
-    if (!verification.WentMeanwhile()) return verification.Status();
+    if (verification.Look(model)) return verification.Status();
     const std::string told = "revision " + std::to_string(revision.number) + ": removed by a prune meanwhile";
     if (!oneOfAll) throw TklRuntimeError(told + "; look at one that is there");
     Print(told + "\n");

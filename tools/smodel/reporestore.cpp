@@ -33,7 +33,7 @@ class Recorded {
         m_context->SetVisitor([&, compared = std::size_t{0}](const IOObject&) mutable {
             if (++compared % OBJECTS_PER_TICK == 0) line.Show("objects", compared, 0);
         });
-        m_context->Compare(m_outline.Project());
+        Compare(revision.number);
         m_context->SetVisitor(nullptr);
         m_outline.IndexIds();
     }
@@ -45,6 +45,17 @@ class Recorded {
         std::unique_ptr<std::string> document = DocumentAt(*m_context, revision);
         if (!document) throw TklRuntimeError("revision " + std::to_string(revision.number) + " cannot be read");
         return document;
+    }
+
+    void Compare(long revision) {
+        SMDiagnosticCollector told;
+        try {
+            const SMLogScope scope(told);
+            m_context->Compare(m_outline.Project());
+        } catch (const TklRuntimeError&) {
+            PrintDiagnostics(stderr, told.Finish(), true);
+            throw TklRuntimeError("revision " + std::to_string(revision) + " cannot be compared with its rows, as told above");
+        }
     }
 
     SMQuietSink m_quiet;  // what reading the model logs was told when it was put

@@ -114,6 +114,16 @@ TEST_P(SmodelRepoRestore, EndsAtOnceWhenItsPreparationIsInterrupted) {
     EXPECT_EQ(SMRepository(repository.Location()).Revisions(1).size(), 2u);
 }
 
+TEST(SmodelRepoRestoring, TellsWhyARevisionCannotBeCompared) {
+    const ToolRepository repository;
+    repository.Put(SalesModel(Subject("Orders", Item("Amount"))));
+    repository.Put(SalesModel(Subject("Orders", "")));
+    ChangeByHand(repository, "DROP VIEW current_filter; DROP TABLE SM_FILTER");
+    const ToolRun run = repository.Run("restore", {"[Sales].[Orders].[Amount]@1"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.err, AllOf(HasSubstr("no such table: SM_FILTER"), HasSubstr("error: revision 2 cannot be compared with its rows")));
+}
+
 TEST(SmodelRepoRestoring, EndsOrderlyWhenItIsInterruptedBeforeItsPreparation) {
     const ToolRepository repository;
     repository.Put(SalesModel(Subject("Orders", Item("Amount"))));

@@ -204,7 +204,7 @@ TEST_P(OutOfMemory, TellsThatAPutIsDoneWhenItStands) {
     std::string twins = SMALL;
     twins.insert(twins.find("</definition>") + 13,
                  "<queryItem><name locale=\"en\">twin</name><property name=\"id\">i</property></queryItem>");
-    // from the second put on it finds that one again, so that each put takes the same memory
+    // from the second put on it finds that one again, so that each put takes about the same memory
     ASSERT_TRUE(SMPutModel(*SMLoadModelBytes(twins).project, *repository->NewProject()).IsDone());
     int puts = 1000000;
     bool done = false;
@@ -220,12 +220,15 @@ TEST_P(OutOfMemory, TellsThatAPutIsDoneWhenItStands) {
     long most = 1;
     while (fails(most)) most *= 2;
     for (long least = most / 2; most - least > 1;) (fails((least + most) / 2) ? least : most) = (least + most) / 2;
+    // few allocations lie behind the commit, and a put in which a table grows takes one more than its neighbours
     int toldInSpite = 0;
-    for (long n = most - 20; n < most; ++n) {
-        const long before = repository->Projects().front().revision;
-        const bool failed = fails(n);
-        ASSERT_EQ(done, repository->Projects().front().revision > before) << n << " of " << most;
-        toldInSpite += failed && done;
+    for (int pass = 0; pass < 20 && toldInSpite == 0; ++pass) {
+        for (long n = most - 20; n < most + 4; ++n) {
+            const long before = repository->Projects().front().revision;
+            const bool failed = fails(n);
+            ASSERT_EQ(done, repository->Projects().front().revision > before) << n << " of " << most;
+            toldInSpite += failed && done;
+        }
     }
     EXPECT_GT(toldInSpite, 0);
 }

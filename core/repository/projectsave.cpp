@@ -134,7 +134,6 @@ void ProjectSave::Commit() {
     m_project = m_writer.project();
     m_base = m_writer.revision();
     m_done = true;
-    if (m_savedWatcher) m_savedWatcher(static_cast<long>(m_base));
 }
 
 void ProjectSave::Describe(std::string author, std::string message) {

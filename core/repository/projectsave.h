@@ -41,7 +41,7 @@ class ProjectSave {
 
     /** What the revisions of the saves to come tell of themselves. */
     void WatchSending(RowWriter::Watcher watcher) { m_writer.WatchSending(std::move(watcher)); }
-    void WatchSaved(std::function<void(long revision)> watcher) { m_savedWatcher = std::move(watcher); }
+    void WatchSaved(std::function<void(long revision)> watcher) { m_writer.WatchSaved(std::move(watcher)); }
     void Describe(std::string author, std::string message);
     /** A target for the document of what the next save writes. */
     QvXMLFormatTarget& RecordDocument();
@@ -114,7 +114,6 @@ class ProjectSave {
     std::int64_t m_opened;
     SaveState m_state;
     RowWriter m_writer;
-    std::function<void(long revision)> m_savedWatcher;
     IdAdoption m_adoption;
 
     bool m_running = false;

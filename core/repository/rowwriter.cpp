@@ -229,8 +229,10 @@ void RowWriter::Close(const std::string* id, const std::string* name, const Revi
     }
     if (id && name) m_session.NameProject(m_entry.number, *id, *name);
     m_session.InsertRevision(m_entry.number, entry);
+    if (m_watcher) m_watcher(m_gone, m_gone);
     m_session.Commit();
     m_begun = false;
+    if (m_savedWatcher) m_savedWatcher(static_cast<long>(revision()));
 }
 
 void RowWriter::Commit(const std::string* id, const std::string* name, RevisionEntry entry,

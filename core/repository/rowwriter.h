@@ -34,8 +34,13 @@ class RowWriter {
     void SetComparison(ChangeList* changes) { m_changes = changes; }
     bool Comparing() const { return m_changes != nullptr; }
 
-    /** Called now and then with how much has gone out, and of how much; 0 until all is gathered. It may throw. */
+    /**
+     * Called now and then with how much has gone out, and of how much; 0 until all is gathered. The two are equal in its last call,
+     * directly before the commit. It may throw.
+     */
     void WatchSending(Watcher watcher) { m_watcher = std::move(watcher); }
+    /** Called with the revision directly behind the commit; it may not throw. */
+    void WatchSaved(std::function<void(long revision)> watcher) { m_savedWatcher = std::move(watcher); }
 
     /** Begins anew, for a project that is not there yet when the number is 0. */
     void Start(std::int64_t project, std::int64_t base);
@@ -111,6 +116,7 @@ class RowWriter {
     /** Bytes gathered, and a little for each thing gathered. */
     std::size_t m_pending = 0;
     Watcher m_watcher;
+    std::function<void(long revision)> m_savedWatcher;
     /** What has gone out in this save, what of that may be run again, and what goes out in all; 0 for not yet known. */
     std::size_t m_gone = 0, m_flushedCount = 0, m_total = 0;
 };

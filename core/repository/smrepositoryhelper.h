@@ -51,8 +51,8 @@ class SM_API SMRepositoryHelper : public IOHelper {
     void Describe(const I18NString& author, const I18NString& message);
     /**
      * Called now and then while a save sends what it gathered: how many rows and pieces of the document have gone, and of how many; 0 as
-     * long as more may be gathered. What the watcher throws ends the save, undone, and passes on to the caller of the save. Null: nobody
-     * watches.
+     * long as more may be gathered. In the last call, directly before the commit, all has gone: the two are equal. What the watcher throws
+     * ends the save, undone, and passes on to the caller of the save. Null: nobody watches.
      */
     void WatchSending(std::function<void(std::size_t done, std::size_t total)> watcher);
     /** Called with its revision as soon as a save stands in the store, before the context has settled on it; it may not throw. */

@@ -50,12 +50,21 @@ void CuttingProxy::Allow(long toServer, long fromServer) {
     m_allowed[1] = fromServer;
 }
 
+void CuttingProxy::HoldAnswersTo(std::string_view text) {
+    m_held = text;
+    m_watches = true;
+}
+
+void CuttingProxy::Release() {
+    m_watches = m_holds = false;
+}
+
 void CuttingProxy::Serve() {
     while (!m_ends) {
         std::vector<pollfd> places = {{m_listener, POLLIN, 0}};
         for (const Wire& wire : m_wires) {
             places.push_back({wire.client, POLLIN, 0});
-            places.push_back({wire.server, POLLIN, 0});
+            places.push_back({m_holds ? -1 : wire.server, POLLIN, 0});  // a negative one is passed over
         }
         if (::poll(places.data(), places.size(), 20) <= 0) continue;
         if (places[0].revents) Connect(::accept(m_listener, nullptr, nullptr));
@@ -88,6 +97,8 @@ bool CuttingProxy::Pass(std::size_t direction, int from, int to) {
     char bytes[8192];
     const ssize_t count = ::recv(from, bytes, sizeof bytes, 0);
     if (count <= 0) return false;
+    if (direction == 0 && m_watches && std::string_view(bytes, static_cast<std::size_t>(count)).find(m_held) != std::string_view::npos)
+        m_holds = true;
     const long passes = std::min<long>(count, m_allowed[direction] - m_passed[direction]);
     for (long sent = 0; sent < passes;) {
         const ssize_t part = ::send(to, bytes + sent, static_cast<std::size_t>(passes - sent), MSG_NOSIGNAL);

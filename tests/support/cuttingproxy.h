@@ -2,12 +2,16 @@
 
 #include <atomic>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
 #include "tests/support/tempdir.h"
 
-/** Stands between a client and a server, and cuts the wire behind a chosen byte; from then on it takes no one any more. */
+/**
+ * Stands between a client and a server. It cuts the wire behind a chosen byte, and from then on takes no one any more; or it keeps the
+ * answer to a chosen statement to itself.
+ */
 class CuttingProxy {
   public:
     /** `server` is the directory of its socket. */
@@ -23,6 +27,12 @@ class CuttingProxy {
     /** How many have passed since then. */
     long ToServer() const { return m_passed[0]; }
     long FromServer() const { return m_passed[1]; }
+    /** From a statement on that holds the text nothing comes back from the server, which gets the statement all the same. Called once. */
+    void HoldAnswersTo(std::string_view text);
+    /** Whether such a statement came. */
+    bool Holds() const { return m_holds; }
+    /** Lets the answers pass again. */
+    void Release();
 
   private:
     void Serve();
@@ -36,7 +46,8 @@ class CuttingProxy {
     TempDir m_directory;
     std::string m_server;
     std::atomic<long> m_allowed[2], m_passed[2];
-    std::atomic<bool> m_ends = false;
+    std::atomic<bool> m_ends = false, m_watches = false, m_holds = false;
+    std::string m_held;
     int m_listener = -1;
     std::vector<Wire> m_wires;
     std::thread m_thread;

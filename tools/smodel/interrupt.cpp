@@ -13,8 +13,9 @@ std::atomic<bool> g_interrupted{false};
 std::atomic<bool> g_leaveAtOnce{false};
 std::atomic<bool> g_progressShown{false};
 std::atomic<int> g_signal{SIGINT};
-/** What has been done; null as long as nothing has. */
-std::atomic<const char*> g_done{nullptr};
+/** What to say; null for nothing. */
+std::atomic<const char*> g_told{nullptr};
+std::atomic<bool> g_done{false};
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free &&
                   std::atomic<const char*>::is_always_lock_free,
               "a signal handler may not wait");
@@ -27,9 +28,8 @@ extern "C" void TakeSignal(int number) {
     g_signal = number;
     if (!g_interrupted.exchange(true) && !g_leaveAtOnce) return;
     if (g_progressShown) Tell("\r\x1b[K");
-    const char* const done = g_done;
-    if (done) Tell(done);
-    ::_exit(done ? STATUS_CLEAN : InterruptedStatus());
+    if (const char* const told = g_told) Tell(told);
+    ::_exit(g_done ? STATUS_CLEAN : InterruptedStatus());
 }
 
 }  // namespace
@@ -59,8 +59,9 @@ LeaveAtOnce::~LeaveAtOnce() {
     g_leaveAtOnce = m_outer;
 }
 
-void TellWhenInterrupted(const char* line) {
-    g_done = line;
+void TellWhenInterrupted(const char* line, Outcome outcome) {
+    g_done = outcome == Outcome::done;
+    g_told = line;
 }
 
 void SetProgressShown(bool shown) {

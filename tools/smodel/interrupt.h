@@ -24,11 +24,14 @@ class LeaveAtOnce {
     bool m_outer;
 };
 
+/** What is known of what the user asked for, when the second signal ends the process. */
+enum class Outcome { unknown, done };
+
 /**
- * From now on what the user asked for is done, though the command goes on for a while: the second signal says this, a whole line, and ends
- * the process with status 0. Borrowed.
+ * From now on the second signal says this, a whole line, and ends the process: with status 0 when what the user asked for is done, though
+ * the command goes on for a while. Borrowed; null: it says nothing.
  */
-void TellWhenInterrupted(const char* line);
+void TellWhenInterrupted(const char* line, Outcome outcome = Outcome::unknown);
 
 /** Whether a line of progress stands on standard error, to be wiped by whoever leaves. */
 void SetProgressShown(bool shown);

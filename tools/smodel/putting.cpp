@@ -59,6 +59,9 @@ void PrintConflicts(SMRepository& repository, long number, long base, SMProject2
           ".\n");
 }
 
+constexpr const char* COMMITTING =
+    "smodel: interrupted in the midst of the commit: 'smodel repo log' tells whether the revision was saved\n";
+
 SMPutResult Send(const SMRepository& repository, SMRepositoryHelper& context, SMProject2& project, const std::function<void()>& settle) {
     ProgressLine line("saving to " + repository.Name());
     std::size_t objects = 0;
@@ -67,13 +70,15 @@ SMPutResult Send(const SMRepository& repository, SMRepositoryHelper& context, SM
     context.WatchSending([&](std::size_t done, std::size_t total) {
         if (Interrupted()) throw SMCancelled();
         line.Show("rows", done, total);
+        TellWhenInterrupted(done == total ? COMMITTING : nullptr);
     });
     context.WatchSaved([](long revision) {
         static char told[80];
         std::snprintf(told, sizeof told, "smodel: revision %ld was saved before the interruption\n", revision);
-        TellWhenInterrupted(told);
+        TellWhenInterrupted(told, Outcome::done);
     });
     SMPutResult put = SMPutModel(project, context, line.Control(), settle);
+    if (!put.IsDone()) TellWhenInterrupted(nullptr);
     context.WatchSending(nullptr);
     context.WatchSaved(nullptr);
     return put;

@@ -12,6 +12,7 @@
 #include "tests/support/postgresserver.h"
 #include "tests/support/tempdir.h"
 #include "tests/support/toolrun.h"
+#include "tests/support/waitfor.h"
 
 namespace {
 
@@ -33,14 +34,6 @@ void ExpectNoTraces(const std::string& address) {
               "0");
     EXPECT_EQ(PostgresSql(address, "SELECT count(*) - max(revision_no) FROM repo_revision"), "0");
     EXPECT_EQ(PostgresSql(address, "SELECT count(*) FROM sm_section_type WHERE end_revision IS NULL"), "30");
-}
-
-template <class Condition>
-void WaitFor(Condition condition) {
-    for (int tries = 0; !condition(); ++tries) {
-        ASSERT_LT(tries, 3000) << "waited for 30 seconds";
-        ::usleep(10'000);
-    }
 }
 
 /** Kills the process that puts at random moments until so many puts were acknowledged. A new process costs more than many puts. */

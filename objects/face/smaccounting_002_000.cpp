@@ -11,7 +11,6 @@
 #include "core/qvutils/content/contenttree.h"
 #include "core/qvutils/content/differingcontent.h"
 #include "core/qvutils/content/forkedsink.h"
-#include "core/qvutils/content/movedcontent.h"
 #include "core/qvutils/content/writtencontent.h"
 #include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/heldobjects.h"
@@ -33,6 +32,12 @@ using qv::ContentLoss;
 bool IsTag(std::string_view name) {
     const SMEnum_xmltag* tags = SMEnum_xmltag::GetInstance();
     return tags->_enum2string(tags->_string2enum(I18NString(name))).utf8() == name;
+}
+
+/** References are written under names that their lists have for them, and locales in the list beside which they may stand. */
+bool IsEntry(const qv::ContentNode& node) {
+    const SMEnum_xmltag* const tags = SMEnum_xmltag::GetInstance();
+    return node.name == tags->refobj.utf8() || node.name == tags->locale.utf8();
 }
 
 /** Namespaces and their names: a clash of names moves them from one namespace to another, so that all of them are looked at. */
@@ -195,11 +200,20 @@ class Account {
 
     /** For the places of all that is told. */
     void ReadAgain() {
+        qv::WantedContent wanted;
+        do wanted = TellPlaces(wanted);
+        while (!wanted.IsNone());
+    }
+
+    /** Gives what the account has to know with all that is in it before it can tell anything. */
+    qv::WantedContent TellPlaces(const qv::WantedContent& known) {
         static const std::unordered_set<std::string> NONE;
         SMReadWitness witness;
         SMFindingPlaces places(witness, m_findings ? m_findings->Texts() : NONE);
         std::vector<SMReading::Question> questions;
-        const SMLoadResult again = m_sums.AreBalanced() ? Reread(places) : FindLosses(witness, places, questions);
+        qv::WantedContent wanted = known;
+        const SMLoadResult again = m_sums.AreBalanced() ? Reread(places) : FindLosses(witness, places, questions, wanted);
+        if (!wanted.IsNone()) return wanted;
         if (m_findings)
             for (SMModelFindings::Placed& placed : m_findings->Place(*again.project, places, witness)) {
                 m_result.findings.push_back(std::move(placed.finding));
@@ -207,6 +221,7 @@ class Account {
             }
         m_reading.Answer(*again.project, questions);
         PutPlaces(questions);
+        return wanted;
     }
 
     SMLoadResult Reread(qv::ContentSink& sink) {
@@ -216,8 +231,9 @@ class Account {
         return again;
     }
 
-    /** Gives what it read again, of which `places` are told too; and asks for the places of the losses. */
-    SMLoadResult FindLosses(SMReadWitness& witness, SMFindingPlaces& places, std::vector<SMReading::Question>& questions) {
+    /** Gives what it read again, of which `places` are told too; and asks for the places of the losses, unless it wants more. */
+    SMLoadResult FindLosses(SMReadWitness& witness, SMFindingPlaces& places, std::vector<SMReading::Question>& questions,
+                            qv::WantedContent& wanted) {
         qv::DifferingContent differing(m_sums);
         {
             qv::GivenSink sink(differing);
@@ -234,20 +250,19 @@ class Account {
         qv::ContentTreeSink written([&](const qv::EndedElement& element) {
             return differing.IsOfWritten(element.digests, element.holds) || (hasClash && IsOfNamespace(element));
         });
+        document.KeepWhole(wanted.document);
+        written.KeepWhole(wanted.written);
         qv::ForkedSink both(document, places);
         SMLoadResult again = Reread(both);
         TellWritten(*m_result.project, m_options.control, written);
-        qv::ContentModel model{[&](const qv::ContentNode& node) { return IsTag(node.name) && !places.IsMisread(node); }, nullptr};
+        qv::ContentModel model{[&](const qv::ContentNode& node) { return IsTag(node.name) && !places.IsMisread(node); }, IsEntry, nullptr};
         if (hasClash) model.newName = [](const qv::ContentNode& node) { return NewNameOf(node); };
-        std::vector<ContentLoss> losses;
-        qv::FindContentLosses(document.Document(), written.Document(), model, [&](const ContentLoss& found) { losses.push_back(found); });
-        qv::DropMovedContent(losses);
-        for (const ContentLoss& found : losses) {
+        wanted = qv::FindContentLosses(document.Document(), written.Document(), model, [&](const ContentLoss& found) {
             m_result.losses.push_back(LossOf(found));
             if (const SMFindingPlaces::Misread* const why = places.ReasonOf(found))
                 SMGiveReason(m_result.losses.back(), SMToldMisread(*why));
             questions.push_back({witness.File(PlaceOf(found).file), QuestionOf(found)});
-        }
+        });
         return again;
     }
 

@@ -6,9 +6,11 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "core/qvutils/base/stack.h"
+#include "core/qvutils/content/movedcontent.h"
 #include "core/qvutils/text/asciifold.h"
 
 namespace qv {
@@ -56,7 +58,7 @@ std::string WholeText(const ContentNode& node) {
 }
 
 bool IsSimple(const ContentNode& node) {
-    return node.children.empty();
+    return node.children.empty() && !node.isHollow;
 }
 
 /** The attributes of an element by their names. Most elements have so few that looking at each is fastest. */
@@ -107,9 +109,11 @@ class AddedValues {
         const auto found = m_byText.find(std::string(text));
         if (found == m_byText.end() || found->second.empty()) return false;
         --m_fields[{std::string(FieldName(*found->second.back())), PlainValue(text)}];
+        m_taken.insert(found->second.back());
         found->second.pop_back();
         return true;
     }
+    bool IsTaken(const ContentNode& element) const { return m_taken.count(&element) != 0; }
 
   private:
     void LookOnce() {
@@ -127,6 +131,7 @@ class AddedValues {
     /** How many elements there are by their names and values. */
     std::map<std::pair<std::string, std::string>, std::size_t> m_fields;
     std::unordered_map<std::string, std::vector<const ContentNode*>> m_byText;
+    std::unordered_set<const ContentNode*> m_taken;
 };
 
 /** The comparison of one element with the one that was written for it. */
@@ -134,7 +139,9 @@ class Comparison {
   public:
     struct Caller {
         const ContentModel& model;
-        const std::function<void(const ContentLoss&)>& tell;
+        std::vector<ContentLoss>& losses;
+        std::vector<ContentGain>& gains;
+        WantedContent& wanted;
     };
 
     Comparison(const ContentNode& document, const ContentNode& written, const Caller& caller)
@@ -145,13 +152,24 @@ class Comparison {
         MatchChildren();
         CompareAttributes(outer);
         CompareTexts(outer);
-        for (const auto& [child, counterpart] : m_pairs) Comparison(*child, *counterpart, m_caller).Run(&m_document);
+        for (const auto& [child, counterpart] : m_pairs) ComparePair(*child, *counterpart);
         for (const ContentNode* child : m_unmatched)
-            if (!StandsInAnotherForm(*child)) m_caller.tell({ContentLoss::Kind::element, child, &m_document});
+            if (!StandsInAnotherForm(*child)) Tell({ContentLoss::Kind::element, child, &m_document});
+        for (const ContentNode* child : m_added)
+            if (!m_values.IsTaken(*child)) m_caller.gains.push_back({child, &m_document});
     }
 
   private:
     using Nodes = std::vector<const ContentNode*>;
+
+    void Tell(const ContentLoss& loss) { m_caller.losses.push_back(loss); }
+
+    void ComparePair(const ContentNode& child, const ContentNode& counterpart) {
+        if (!child.isChosen && child.bareDigest == counterpart.bareDigest) return;  // but for what a save adds
+        if (!child.isHollow && !counterpart.isHollow) return Comparison(child, counterpart, m_caller).Run(&m_document);
+        m_caller.wanted.document.push_back(child.range);
+        m_caller.wanted.written.push_back(counterpart.range);
+    }
 
     /** Pairs what agrees in `by`, the last with the last: of several where one is taken, readers take the last. */
     template <class Key>
@@ -201,7 +219,10 @@ class Comparison {
         Match(m_added, [](const ContentNode& node) { return node.digest; });
         Match(m_added, [](const ContentNode& node) { return node.bareDigest; });
         Match(m_added, [](const ContentNode& node) { return std::make_pair(std::string_view(node.name), std::string_view(node.key)); });
-        Match(m_added, [](const ContentNode& node) { return std::string_view(node.name); });
+        // another name is one that it got, unless all that has the old name is somewhere else
+        Match(m_added, [](const ContentNode& node) {
+            return std::make_pair(std::string_view(node.name), node.isChosen ? std::string_view() : std::string_view(node.key));
+        });
         std::reverse(m_pairs.begin(), m_pairs.end());
     }
 
@@ -209,7 +230,7 @@ class Comparison {
         for (const ContentAttribute& attribute : m_document.attributes) {
             const ContentAttribute* const written = m_writtenAttributes.Find(attribute.name);
             if (written ? IsSameValue(attribute.value, written->value) : m_values.HasField(attribute.name, attribute.value)) continue;
-            m_caller.tell({ContentLoss::Kind::attribute, &m_document, outer, &attribute, nullptr, written ? &written->value : nullptr});
+            Tell({ContentLoss::Kind::attribute, &m_document, outer, &attribute, nullptr, written ? &written->value : nullptr});
         }
     }
 
@@ -223,9 +244,8 @@ class Comparison {
             const std::size_t at = isValue ? std::string::npos : written.find(text.text, from);
             if (at != std::string::npos)
                 from = at + text.text.size();
-            else if (!m_values.Take(text.text))
-                m_caller.tell(
-                    {ContentLoss::Kind::text, &m_document, outer, nullptr, &text, isValue ? &m_written.texts.front().text : nullptr});
+            else
+                Tell({ContentLoss::Kind::text, &m_document, outer, nullptr, &text, isValue ? &m_written.texts.front().text : nullptr});
         }
     }
 
@@ -236,7 +256,7 @@ class Comparison {
         const std::string value = WholeText(child);
         const ContentAttribute* const attribute = m_writtenAttributes.Find(name);
         if (attribute && !m_documentAttributes.Find(name) && IsSameValue(value, attribute->value)) return true;
-        return !value.empty() && (m_values.HasField(name, value) || (m_caller.model.isRead(child) && m_values.Take(value)));
+        return !value.empty() && (m_values.HasField(name, value) || (m_caller.model.isEntry(child) && m_values.Take(value)));
     }
 
     const ContentNode& m_document;
@@ -248,12 +268,24 @@ class Comparison {
     AddedValues m_values{m_added};
 };
 
+void SortRanges(std::vector<ContentRange>& ranges) {
+    std::sort(ranges.begin(), ranges.end(), [](const ContentRange& a, const ContentRange& b) { return a.first < b.first; });
+}
+
 }  // namespace
 
-void FindContentLosses(const ContentNode& document, const ContentNode& written, const ContentModel& model,
-                       const std::function<void(const ContentLoss&)>& tell) {
-    const Comparison::Caller caller{model, tell};
-    Comparison(document, written, caller).Run(nullptr);
+WantedContent FindContentLosses(const ContentNode& document, const ContentNode& written, const ContentModel& model,
+                                const std::function<void(const ContentLoss&)>& tell) {
+    std::vector<ContentLoss> losses;
+    std::vector<ContentGain> gains;
+    WantedContent wanted;
+    Comparison(document, written, {model, losses, gains, wanted}).Run(nullptr);
+    SortRanges(wanted.document);
+    SortRanges(wanted.written);
+    if (!wanted.IsNone()) return wanted;
+    DropMovedContent(losses, gains, model);
+    std::for_each(losses.begin(), losses.end(), tell);
+    return wanted;
 }
 
 }  // namespace qv

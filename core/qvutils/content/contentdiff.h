@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "core/qvutils/base/smapi.h"
 #include "core/qvutils/content/contenttree.h"
@@ -24,18 +25,31 @@ struct ContentLoss {
 
 /** What a comparison asks about the model. */
 struct ContentModel {
-    /** Whether an element was read as what its name and its text say; such a one may be written under another name. */
+    /** Whether an element was read as what its name and its text say; such a one may be written further out. */
     std::function<bool(const ContentNode&)> isRead;
+    /** Whether it is an entry of a list, which a save never adds by itself: it may be written under another name, or have stood beside its
+     * list. */
+    std::function<bool(const ContentNode&)> isEntry;
     /** Under which name an object is written that has another one in the document; empty for all others. Null: there is no such object. */
     std::function<std::string(const ContentNode&)> newName;
+};
+
+/** Of both documents, elements that a comparison has to know with all that is in them; none of which holds another one. */
+struct WantedContent {
+    std::vector<ContentRange> document, written;
+
+    bool IsNone() const { return document.empty() && written.empty(); }
 };
 
 /**
  * Finds what of a document is not in the one that was written for it. The written one may order siblings and attributes in its own way,
  * spell whole numbers in another one and a day as its midnight, hold as an attribute what was an element, or the other way round, and
- * hold the value of an element that was read in one of another name. All is borrowed.
+ * hold the value of an entry in an element of another name. An element counts where it stands: what is the same somewhere else
+ * stands for it only if a reader took it there. All is borrowed.
+ *
+ * Nothing is told when it needs hollow elements, which it gives: with those kept whole it can be asked again, and needs no others.
  */
-SM_API void FindContentLosses(const ContentNode& document, const ContentNode& written, const ContentModel& model,
-                              const std::function<void(const ContentLoss&)>& tell);
+SM_API WantedContent FindContentLosses(const ContentNode& document, const ContentNode& written, const ContentModel& model,
+                                       const std::function<void(const ContentLoss&)>& tell);
 
 }  // namespace qv

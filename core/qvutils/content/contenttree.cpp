@@ -23,6 +23,20 @@ void GiveKey(ContentNode& node, std::vector<std::string>& names) {
             }
 }
 
+/** What is left of it without what it holds, whose memory stays. */
+ContentNode HollowOf(ContentNode& node) {
+    ContentNode hollow;
+    hollow.name = node.name;
+    hollow.digest = node.digest;
+    hollow.bareDigest = node.bareDigest;
+    hollow.isHollow = true;
+    hollow.range = node.range;
+    hollow.key = std::move(node.key);
+    hollow.otherNames = std::move(node.otherNames);
+    hollow.place = node.place;
+    return hollow;
+}
+
 }  // namespace
 
 ContentNode::~ContentNode() {
@@ -57,6 +71,7 @@ void ContentTreeSink::Start(std::string_view name) {
     level.Clear();
     level.node.name = name;
     level.node.place = m_behindMarkup = Here();
+    level.node.range.first = m_started++;
 }
 
 void ContentTreeSink::Attribute(std::string_view name, std::string_view value) {
@@ -88,19 +103,37 @@ void ContentTreeSink::End() {
     outer.startsText = true;
     ContentNode& node = level.node;
     if (node.name == "name" && !node.texts.empty()) outer.names.push_back(node.texts.front().text);
+    node.range.end = m_started;
     if (!digests) return Become(outer, level);
-    if (!digests->isGiven && !m_isChosen({*digests, m_hasher.Given(), level.holds, node.name, outer.node.name})) return;
-    if (!digests->isGiven) outer.holds = true;
-    std::erase_if(node.texts, [](const ContentText& text) { return IsLayout(text.text); });
-    node.digest = digests->whole;
-    node.bareDigest = digests->bare;
+    if (Finish(level, *digests, outer.node.name)) outer.holds = true;
+    if (node.isHollow)
+        outer.node.children.push_back(HollowOf(node));
+    else
+        outer.node.children.push_back(std::move(node));
+}
+
+bool ContentTreeSink::IsWhole(const ContentRange& range) const {
+    const auto behind = std::upper_bound(m_whole.begin(), m_whole.end(), range.first,
+                                         [](std::size_t first, const ContentRange& whole) { return first < whole.first; });
+    return behind != m_whole.begin() && std::prev(behind)->Contains(range);
+}
+
+/** Makes the node of an element that ends, and tells whether what is around it is chosen for it. */
+bool ContentTreeSink::Finish(Level& level, const ContentHasher::Digests& digests, std::string_view outer) {
+    ContentNode& node = level.node;
+    node.digest = digests.whole;
+    node.bareDigest = digests.bare;
+    node.isChosen = digests.isGiven || m_isChosen({digests, m_hasher.Given(), level.holds, node.name, outer});
+    node.isHollow = !node.isChosen && !node.children.empty() && !IsWhole(node.range);
     GiveKey(node, level.names);
-    if (m_witness.object && !digests->isGiven) {
+    if (node.isHollow) return false;
+    std::erase_if(node.texts, [](const ContentText& text) { return IsLayout(text.text); });
+    if (m_witness.object && !digests.isGiven) {
         if (!node.object) node.object = m_witness.object();
         for (ContentNode& child : node.children)
             if (!child.object) child.object = node.object;
     }
-    outer.node.children.push_back(std::move(node));
+    return node.isChosen && !digests.isGiven;
 }
 
 void ContentTreeSink::Become(Level& placeholder, Level& root) const {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/qvutils/base/smapi.h"
@@ -33,7 +34,20 @@ struct ContentText {
     ContentPlace place;
 };
 
-/** An element that not both documents may hold alike, or that is around such a one; with all that is given in it. */
+/**
+ * Elements by their numbers in the order of their start tags: those from the first to the one before the end. An element and all that is
+ * in it have one such range.
+ */
+struct ContentRange {
+    std::size_t first = 0, end = 0;
+
+    bool Contains(const ContentRange& other) const { return first <= other.first && other.end <= end; }
+};
+
+/**
+ * An element that not both documents may hold alike, or that is around such a one; with all that is in it. What else is in a chosen element
+ * tells there which of its siblings it is, and no more than that when it holds elements of its own: it is hollow.
+ */
 struct SM_API ContentNode {
     ContentNode() = default;
     ContentNode(const ContentNode&) = default;
@@ -46,6 +60,8 @@ struct SM_API ContentNode {
     std::string name;
     /** That of the placeholder which became this one; empty when it was none. Its attributes and texts are then in the file of `place`. */
     std::string placeholder;
+    bool isChosen = false, isHollow = false;
+    ContentRange range;
     /** With all that is in it; and without what a save may have added. */
     std::uint64_t digest = 0, bareDigest = 0;
     /** What tells it from its siblings of the same name; empty when nothing does. */
@@ -81,7 +97,7 @@ struct EndedElement {
 /** Whether an element that ends is chosen for the tree; what is around a chosen one has to be, too. */
 using ContentChoice = std::function<bool(const EndedElement&)>;
 
-/** Builds the tree of the chosen elements of a document; it grows with these alone. */
+/** Builds the tree of the chosen elements of a document; it grows with these and their children. */
 class SM_API ContentTreeSink final : public ContentSink {
   public:
     /** A document that no parser reads has no witness. */
@@ -95,7 +111,10 @@ class SM_API ContentTreeSink final : public ContentSink {
     void StartPart() override;
     void EndPart(bool isWhole) override;
 
-    /** It holds the root, if that is chosen. */
+    /** Takes ranges of elements that are not to be hollow, nor all in them; in their order, before the document. */
+    void KeepWhole(std::vector<ContentRange> ranges) { m_whole = std::move(ranges); }
+
+    /** It holds the root. */
     ContentNode& Document() { return m_open.front().node; }
 
   private:
@@ -118,6 +137,8 @@ class SM_API ContentTreeSink final : public ContentSink {
     ContentPlace Here() const { return m_witness.place ? m_witness.place() : ContentPlace(); }
     Level& Innermost() { return m_open[m_depth - 1]; }
 
+    bool IsWhole(const ContentRange& range) const;
+    bool Finish(Level& level, const ContentHasher::Digests& digests, std::string_view outer);
     void Become(Level& placeholder, Level& root) const;
 
     ContentChoice m_isChosen;
@@ -127,6 +148,8 @@ class SM_API ContentTreeSink final : public ContentSink {
     std::vector<Level> m_open;
     std::size_t m_depth = 1;
     std::vector<Part> m_parts;
+    std::vector<ContentRange> m_whole;
+    std::size_t m_started = 0;
     ContentPlace m_behindMarkup;
 };
 

@@ -7,10 +7,19 @@
 
 namespace qv {
 
+/** An element that only the written document has. */
+struct ContentGain {
+    /** Borrowed. */
+    const ContentNode* element;
+    /** The innermost element of the document that has a counterpart around it. Borrowed. */
+    const ContentNode* around;
+};
+
 /**
- * A reader may take an element for one of an object further out, in which it then stands in the place of another value. The other value is
- * lost, but the element is not: of several, the last.
+ * Drops losses of what readers took to another place. An element that holds others, such as an object outside of its section, is not lost
+ * when the same is written somewhere else. A simple one may be like what a save has added there by itself: it is kept only where it fills
+ * the object that is further out, be it in the place of another value, which is lost; of several, the last.
  */
-SM_API void DropMovedContent(std::vector<ContentLoss>& losses);
+SM_API void DropMovedContent(std::vector<ContentLoss>& losses, const std::vector<ContentGain>& gains, const ContentModel& model);
 
 }  // namespace qv

@@ -212,6 +212,9 @@ TEST(SMAccounting, TellsTheFormsThatOnlyReadersKnow) {
     const auto told = Told(result);
     EXPECT_THAT(told, testing::Contains(HasSubstr("<property> in (project).().(00000000-0000-4000-8000-000000000041) is not kept")));
     EXPECT_THAT(told, testing::Contains(HasSubstr("the attribute intrinsic of <role>")));
+    EXPECT_THAT(told, testing::Contains(testing::StartsWith("21:3673 SM1001 <nullable>")));
+    EXPECT_THAT(told, testing::Contains(testing::StartsWith("44:450 SM1003 the text of <nullable>")));
+    EXPECT_THAT(told, testing::Not(testing::Contains(HasSubstr("<locale>"))));
     // another order, another place, an element for an attribute, leading zeros: all that is kept
     EXPECT_THAT(told, testing::Not(testing::Contains(HasSubstr("another order"))));
     EXPECT_THAT(told, testing::Not(testing::Contains(HasSubstr("status as an element"))));
@@ -366,6 +369,64 @@ TEST(SMAccounting, LeavesOutWhatAReaderTakesForAValueFurtherOut) {
         EXPECT_THAT(Told(result),
                     ElementsAre(testing::StartsWith("3:"), testing::AllOf(testing::StartsWith("57:"), HasSubstr("SM1001 <name>"))));
     }
+}
+
+/** A save writes such values by itself at other places, which lack them. */
+TEST(SMAccounting, TellsWhatIsWrittenAtAnotherPlaceOnly) {
+    const std::string item = "<queryItem><name locale=\"en\">i</name>", end = "</queryItem>", plain = item + end;
+    const auto lost = [](const std::string& element) { return testing::Contains(HasSubstr("<" + element + "> in ")); };
+    const std::string function =
+        "<function><name locale=\"en\">f</name><procParameters><procParameter><parameterName>a</parameterName><mode>in</mode>"
+        "</procParameter></procParameters>";
+    std::string document = Subject(item + "<nullable>false</nullable>" + end);
+    const std::size_t behind = document.find("</querySubject>") + std::string("</querySubject>").size();
+    EXPECT_THAT(LossesOf(document.insert(behind, function + "</function>")), ElementsAre(HasSubstr("<nullable> in [n].[s].[i]")));
+    document = Subject(plain).insert(behind - std::string("<nullable>false</nullable>").size(),
+                                     function + "<nullable>false</nullable></function>");
+    EXPECT_THAT(LossesOf(document), ElementsAre(HasSubstr("<nullable> in ")));
+    EXPECT_THAT(LossesOf(Subject("<size>0</size>" + plain)), ElementsAre(HasSubstr("<size> in [n].[s] ")));
+    document = Subject(plain);
+    EXPECT_THAT(LossesOf(document.insert(document.find("<locale>"), "<size>0</size>")), lost("size"));
+    EXPECT_THAT(LossesOf(Subject("<definition><dbQuery><canGroup>false</canGroup><sources></sources></dbQuery></definition>"
+                                 "<determinants><determinant><name>a</name></determinant></determinants>")),
+                lost("canGroup"));
+    EXPECT_THAT(LossesOf(Subject(item + "<size>08</size><dbQuery><size>8</size></dbQuery>" + end)),
+                ElementsAre(HasSubstr("<dbQuery> in ")));
+    EXPECT_THAT(LossesOf(Subject("<definition><dbQuery><lastChanged>2007-01-08T00:00:00</lastChanged><sources></sources></dbQuery>"
+                                 "</definition><lastChanged>2007-01-08</lastChanged>")),
+                lost("lastChanged"));
+}
+
+TEST(SMAccounting, TellsANameThatAClashGivesToAnotherObject) {
+    for (const std::string inner : {"<definition><name>A1</name><dbQuery><sources></sources></dbQuery></definition>",
+                                    "<queryItem><name locale=\"en\">i</name><promptInfo><name>A1</name></promptInfo></queryItem>"}) {
+        const std::string name = "<name locale=\"en\">A</name>";
+        std::string document = Subject("");
+        document.insert(document.find("</namespace>"), "<namespace>" + name + "</namespace><namespace>" + name +
+                                                           "<querySubject><name locale=\"en\">q</name>" + inner +
+                                                           "</querySubject></namespace>");
+        EXPECT_THAT(LossesOf(document), testing::AllOf(testing::Contains(HasSubstr("the text of <name> in [A1]")),
+                                                       testing::Contains(HasSubstr(" SM1001 <name> in "))))
+            << inner;
+    }
+}
+
+/** The versions of objects are such values. */
+TEST(SMAccounting, TellsWhatIsLikeAnAddedValueOfAnotherName) {
+    const std::string root = "<name locale=\"en\">n</name>";
+    for (const std::string stray : {"0", "<mimeType>0</mimeType>"}) {
+        std::string document = Subject("");
+        for (std::size_t at; (at = document.find("<property name=\"version\"")) != std::string::npos;)
+            document.erase(at, document.find("</property>", at) + std::string("</property>").size() - at);
+        const std::size_t at = document.find(root);
+        ASSERT_NE(at, std::string::npos);
+        EXPECT_THAT(LossesOf(document.insert(at, stray)), SizeIs(1)) << stray;
+    }
+    std::string document = Subject("");
+    document.insert(document.find("</project>"),
+                    "<parameterMaps><parameterMap hidden=\"false\"><name>p</name><defaultValue>x</defaultValue>0"
+                    "</parameterMap></parameterMaps>");
+    EXPECT_THAT(LossesOf(document), testing::Contains(HasSubstr("the text of <parameterMap> in ")));
 }
 
 TEST(SMAccounting, TellsTheNearestObjectThatHasAName) {

@@ -21,16 +21,17 @@ void Tell(std::string_view document, qv::ContentSink& sink) {
     content.flush();
 }
 
+/** Of those that are chosen. */
 std::size_t NodesIn(const qv::ContentNode& node) {
-    std::size_t count = node.children.size();
-    for (const qv::ContentNode& child : node.children) count += NodesIn(child);
+    std::size_t count = 0;
+    for (const qv::ContentNode& child : node.children) count += (child.isChosen ? 1 : 0) + NodesIn(child);
     return count;
 }
 
 /** The two documents in all the steps in which they are compared. */
 class Compared {
   public:
-    Compared(std::string_view document, std::string_view written) {
+    Compared(std::string_view document, std::string_view written) : m_documentText(document), m_writtenText(written) {
         for (const auto& [text, way] : {std::pair{document, qv::SummingSink::Way::add}, {written, qv::SummingSink::Way::take}}) {
             qv::SummingSink sink(m_sums, way);
             Tell(text, sink);
@@ -48,22 +49,39 @@ class Compared {
     std::size_t ChosenWritten() { return NodesIn(m_written.Document()); }
     std::string Losses() {
         std::string told;
-        const qv::ContentModel model{[](const qv::ContentNode&) { return true; }, nullptr};
-        qv::FindContentLosses(m_document.Document(), m_written.Document(), model, [&](const qv::ContentLoss& loss) {
+        const qv::WantedContent wanted = TellLosses(m_document, m_written, told);
+        if (wanted.IsNone()) return told;
+        qv::ContentTreeSink document(m_isOfDocument), written(m_isOfWritten);
+        document.KeepWhole(wanted.document);
+        written.KeepWhole(wanted.written);
+        Tell(m_documentText, document);
+        Tell(m_writtenText, written);
+        EXPECT_EQ(told, "");
+        EXPECT_TRUE(TellLosses(document, written, told).IsNone());
+        return "again: " + told;
+    }
+
+  private:
+    static qv::WantedContent TellLosses(qv::ContentTreeSink& document, qv::ContentTreeSink& written, std::string& told) {
+        const auto any = [](const qv::ContentNode&) { return true; };
+        return qv::FindContentLosses(document.Document(), written.Document(), {any, any, nullptr}, [&](const qv::ContentLoss& loss) {
             told += loss.element->name;
             if (loss.attribute) told += "@" + loss.attribute->name + "=" + loss.attribute->value;
             if (loss.text) told += ":" + loss.text->text;
             told += " ";
         });
-        return told;
     }
 
-  private:
+    const std::string m_documentText, m_writtenText;
     qv::ContentSums m_sums;
     qv::DifferingContent m_differing{m_sums};
-    qv::ContentTreeSink m_document{
-        [&](const qv::EndedElement& element) { return m_differing.IsOfDocument(element.digests, element.given, element.holds); }};
-    qv::ContentTreeSink m_written{[&](const qv::EndedElement& element) { return m_differing.IsOfWritten(element.digests, element.holds); }};
+    const qv::ContentChoice m_isOfDocument = [this](const qv::EndedElement& element) {
+        return m_differing.IsOfDocument(element.digests, element.given, element.holds);
+    };
+    const qv::ContentChoice m_isOfWritten = [this](const qv::EndedElement& element) {
+        return m_differing.IsOfWritten(element.digests, element.holds);
+    };
+    qv::ContentTreeSink m_document{m_isOfDocument}, m_written{m_isOfWritten};
 };
 
 }  // namespace
@@ -95,6 +113,20 @@ TEST(DifferingContent, IsAnIdThatIsWrittenOnceAndStoodTwice) {
     EXPECT_EQ(Compared("<a>" + id + id + "t</a>", "<a>" + id + "t</a>").Losses(), "property ");
     EXPECT_EQ(Compared("<a><b>" + id + "</b><b>" + id + id + "</b></a>", "<a><b>" + id + "</b><b>" + id + "</b></a>").Losses(),
               "property ");
+}
+
+TEST(DifferingContent, IsWhatIsWrittenAtAnotherPlaceOnly) {
+    EXPECT_EQ(Compared("<a><b><c>0</c>x</b><d>y</d></a>", "<a><b>x</b><d><c>0</c>y</d></a>").Losses(), "c ");
+    EXPECT_EQ(Compared("<a><b><c>0</c><c>0</c>x</b><b>y</b></a>", "<a><b><c>0</c>x</b><b><c>0</c>y</b></a>").Losses(), "c ");
+    EXPECT_EQ(Compared("<a><b><c><e>0</e></c>x</b><d>y</d></a>", "<a><b>x</b><d><c><e>0</e></c>y</d></a>").Losses(), "")
+        << "it holds another one, which no save adds";
+}
+
+TEST(DifferingContent, IsWantedWhereAllOfAnElementIsSomewhereElse) {
+    EXPECT_EQ(Compared("<a><b><c><e>0</e><e>1</e></c></b><d><c><e>0</e></c></d></a>",
+                       "<a><b><c><e>0</e></c></b><d><c><e>0</e><e>1</e></c></d></a>")
+                  .Losses(),
+              "again: e ");
 }
 
 TEST(DifferingContent, IsAnEmptyElementThatIsLost) {

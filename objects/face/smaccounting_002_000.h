@@ -38,7 +38,7 @@ struct SM_API SMAccountedResult : SMLoadResult {
  * with its exact place, and nothing else is. Comments, processing instructions, white space between elements, the order of siblings,
  * the spelling of whole numbers, and the midnight of a day without a time are no content. A document that a save leaves as it is costs one
  * read and one write into nowhere, in memory that does not grow with it. Any other one is read a second time, in memory that grows with
- * what is lost, the siblings of that and of what is around it, and, by eight bytes each, with the ids and versions that are written. What
+ * what is lost, with the longest list of siblings and, by eight bytes each, with the ids and versions that are written. What
  * can be read only once, such as a pipe, is put into a temporary file.
  */
 SM_API SMAccountedResult SMLoadModelAccounted(const std::string& path, const SMLoadOptions& options = {});

@@ -15,7 +15,7 @@ class SMReadWitness {
   public:
     /** What it gives calls this witness. */
     qv::ContentWitness ForTree() {
-        return {[this] { return Place(); }, [this] { return Hold(Object()); }};
+        return {[this] { return Place(); }, [] { return Object(); }, [this] { return Hold(Object()); }};
     }
     qv::ContentPlace Place() {
         const SMSourceContext at = SMSourceFrame::Innermost()->Describe();

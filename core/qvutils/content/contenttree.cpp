@@ -58,6 +58,7 @@ void ContentTreeSink::Level::Clear() {
     node.children.clear();
     node.otherNames.clear();
     node.object = nullptr;
+    node.filled = nullptr;
     names.clear();
     startsText = true;
     holds = false;
@@ -128,7 +129,8 @@ bool ContentTreeSink::Finish(Level& level, const ContentHasher::Digests& digests
     GiveKey(node, level.names);
     if (node.isHollow) return false;
     std::erase_if(node.texts, [](const ContentText& text) { return IsLayout(text.text); });
-    if (m_witness.object && !digests.isGiven) {
+    if (m_witness.filled && !node.filled) node.filled = m_witness.filled();
+    if (m_witness.object && node.isChosen && !digests.isGiven) {
         if (!node.object) node.object = m_witness.object();
         for (ContentNode& child : node.children)
             if (!child.object) child.object = node.object;
@@ -138,6 +140,7 @@ bool ContentTreeSink::Finish(Level& level, const ContentHasher::Digests& digests
 
 void ContentTreeSink::Become(Level& placeholder, Level& root) const {
     ContentNode& node = placeholder.node;
+    if (m_witness.filled) node.filled = m_witness.filled();
     if (m_witness.object) node.object = m_witness.object();  // at the end of the placeholder, its object may be behind the parser
     const auto append = [](auto& to, auto& from) {
         to.insert(to.end(), std::make_move_iterator(from.begin()), std::make_move_iterator(from.end()));

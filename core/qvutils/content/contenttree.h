@@ -75,11 +75,15 @@ struct SM_API ContentNode {
     std::vector<ContentNode> children;
     /** The model object that it fills a part of; null where that is not known. */
     QvSmartPtr<IOObject> object;
+    /** The same for comparison alone, since the object may be gone; also of a simple element that is not chosen. */
+    const IOObject* filled = nullptr;
 };
 
 /** Where the parser stands, and which object it fills now. */
 struct ContentWitness {
     std::function<ContentPlace()> place;
+    /** Without holding it, and so that it lasts as long as the witness. */
+    std::function<const IOObject*()> filled;
     std::function<QvSmartPtr<IOObject>()> object;
 };
 

@@ -50,7 +50,7 @@ class Gains {
         const auto [first, end] = m_elements.equal_range(element.bareDigest);
         const auto found = std::find_if(first, end, [&](const auto& gain) {
             const ContentNode& around = *gain.second.around;
-            return !IsSimple(element) || MayBeTaken(loss, around, around.object);
+            return !IsSimple(element) || MayBeTaken(loss, around, around.filled);
         });
         if (found == end) return false;
         m_elements.erase(found);
@@ -62,7 +62,7 @@ class Gains {
         if (!IsPlain(element)) return false;
         const auto [first, end] = m_values.equal_range(Field(element.name, element.texts.front().text));
         const auto found = std::find_if(
-            first, end, [&](const auto& value) { return MayBeTaken(loss, *value.second.outer, value.second.element->object); });
+            first, end, [&](const auto& value) { return MayBeTaken(loss, *value.second.outer, value.second.element->filled); });
         if (found == end) return false;
         m_values.erase(found);
         return true;
@@ -72,8 +72,8 @@ class Gains {
      * Whether a reader may have taken the lost element for one that is in the counterpart of `around`: of the same object, it stands deeper
      * than that, or, as an entry, beside its list.
      */
-    bool MayBeTaken(const ContentLoss& loss, const ContentNode& around, const QvSmartPtr<IOObject>& object) const {
-        if (loss.element->object != object || !m_model.isRead(*loss.element)) return false;
+    bool MayBeTaken(const ContentLoss& loss, const ContentNode& around, const IOObject* object) const {
+        if (loss.element->filled != object || !m_model.isRead(*loss.element)) return false;
         return around.range.Contains(loss.element->range) || (m_model.isEntry(*loss.element) && loss.outer->range.Contains(around.range));
     }
 

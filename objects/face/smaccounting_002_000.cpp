@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <optional>
+#include <string_view>
 #include <tuple>
 #include <unordered_set>
 
@@ -34,10 +35,13 @@ bool IsTag(std::string_view name) {
     return tags->_enum2string(tags->_string2enum(I18NString(name))).utf8() == name;
 }
 
-/** References are written under names that their lists have for them, and locales in the list beside which they may stand. */
+/**
+ * References and locales. Lists write references under names of their own, take the one in a definition without an element of its own,
+ * and take entries that stand beside them.
+ */
 bool IsEntry(const qv::ContentNode& node) {
-    const SMEnum_xmltag* const tags = SMEnum_xmltag::GetInstance();
-    return node.name == tags->refobj.utf8() || node.name == tags->locale.utf8();
+    static const std::unordered_set<std::string_view> NAMES = {"refobj", "viewref", "hierarchies", "dimensions", "locale"};
+    return NAMES.count(node.name) != 0;
 }
 
 /** Namespaces and their names: a clash of names moves them from one namespace to another, so that all of them are looked at. */

@@ -16,6 +16,8 @@
 namespace qv {
 namespace {
 
+constexpr std::string_view PROPERTY = "property";
+
 bool AreDigits(std::string_view text) {
     return !text.empty() && std::all_of(text.begin(), text.end(), IsAsciiDigit);
 }
@@ -87,15 +89,15 @@ class AttributesByName {
 
 /** The name under which a simple element could also stand as an attribute. */
 std::string_view FieldName(const ContentNode& node) {
-    const ContentAttribute* const name = node.name == "property" ? AttributesByName(node).Find("name") : nullptr;
+    const ContentAttribute* const name = node.name == PROPERTY ? AttributesByName(node).Find("name") : nullptr;
     return name ? std::string_view(name->value) : std::string_view(node.name);
 }
 
 /** The values of simple elements that only the written document has, for those that the other has in another form. */
 class AddedValues {
   public:
-    /** `added` is borrowed, and looked at when a value is first asked for. */
-    explicit AddedValues(const std::vector<const ContentNode*>& added) : m_added(added) {}
+    /** Both are borrowed, and `added` is looked at when a value is first asked for. */
+    AddedValues(const std::vector<const ContentNode*>& added, const ContentModel& model) : m_added(added), m_model(model) {}
 
     /** Whether an element holds the value under the name. */
     bool HasField(std::string_view name, std::string_view value) {
@@ -103,8 +105,8 @@ class AddedValues {
         const auto found = m_fields.find({std::string(name), PlainValue(value)});
         return found != m_fields.end() && found->second > 0;
     }
-    /** Takes an element that holds the text, whatever its name; false when there is none. */
-    bool Take(std::string_view text) {
+    /** Takes an entry of a list that holds the text, whatever its name; false when there is none. */
+    bool TakeEntry(std::string_view text) {
         LookOnce();
         const auto found = m_byText.find(std::string(text));
         if (found == m_byText.end() || found->second.empty()) return false;
@@ -122,14 +124,16 @@ class AddedValues {
             if (!IsSimple(*node)) continue;
             std::string text = WholeText(*node);
             ++m_fields[{std::string(FieldName(*node)), PlainValue(text)}];
-            m_byText[std::move(text)].push_back(node);
+            if (m_model.isEntry(*node)) m_byText[std::move(text)].push_back(node);
         }
     }
 
     const std::vector<const ContentNode*>& m_added;
+    const ContentModel& m_model;
     bool m_isLooked = false;
     /** How many elements there are by their names and values. */
     std::map<std::pair<std::string, std::string>, std::size_t> m_fields;
+    /** The entries. */
     std::unordered_map<std::string, std::vector<const ContentNode*>> m_byText;
     std::unordered_set<const ContentNode*> m_taken;
 };
@@ -151,10 +155,10 @@ class Comparison {
         RequireStack();
         MatchChildren();
         CompareAttributes(outer);
-        CompareTexts(outer);
         for (const auto& [child, counterpart] : m_pairs) ComparePair(*child, *counterpart);
         for (const ContentNode* child : m_unmatched)
             if (!StandsInAnotherForm(*child)) Tell({ContentLoss::Kind::element, child, &m_document});
+        CompareTexts(outer);
         for (const ContentNode* child : m_added)
             if (!m_values.IsTaken(*child)) m_caller.gains.push_back({child, &m_document});
     }
@@ -219,9 +223,10 @@ class Comparison {
         Match(m_added, [](const ContentNode& node) { return node.digest; });
         Match(m_added, [](const ContentNode& node) { return node.bareDigest; });
         Match(m_added, [](const ContentNode& node) { return std::make_pair(std::string_view(node.name), std::string_view(node.key)); });
-        // another name is one that it got, unless all that has the old name is somewhere else
+        // another name is one that it got, unless all that has the old name is somewhere else, and a property gets none
         Match(m_added, [](const ContentNode& node) {
-            return std::make_pair(std::string_view(node.name), node.isChosen ? std::string_view() : std::string_view(node.key));
+            const bool mayBeRenamed = node.isChosen && node.name != PROPERTY;
+            return std::make_pair(std::string_view(node.name), mayBeRenamed ? std::string_view() : std::string_view(node.key));
         });
         std::reverse(m_pairs.begin(), m_pairs.end());
     }
@@ -244,19 +249,19 @@ class Comparison {
             const std::size_t at = isValue ? std::string::npos : written.find(text.text, from);
             if (at != std::string::npos)
                 from = at + text.text.size();
-            else
+            else if (!m_values.TakeEntry(text.text))
                 Tell({ContentLoss::Kind::text, &m_document, outer, nullptr, &text, isValue ? &m_written.texts.front().text : nullptr});
         }
     }
 
     bool StandsInAnotherForm(const ContentNode& child) {
-        const bool isPlain = IsSimple(child) && (child.name == "property" || child.attributes.empty());
+        const bool isPlain = IsSimple(child) && (child.name == PROPERTY || child.attributes.empty());
         if (!isPlain) return false;
         const std::string_view name = FieldName(child);
         const std::string value = WholeText(child);
         const ContentAttribute* const attribute = m_writtenAttributes.Find(name);
         if (attribute && !m_documentAttributes.Find(name) && IsSameValue(value, attribute->value)) return true;
-        return !value.empty() && (m_values.HasField(name, value) || (m_caller.model.isEntry(child) && m_values.Take(value)));
+        return !value.empty() && (m_values.HasField(name, value) || (m_caller.model.isEntry(child) && m_values.TakeEntry(value)));
     }
 
     const ContentNode& m_document;
@@ -265,7 +270,7 @@ class Comparison {
     std::vector<std::pair<const ContentNode*, const ContentNode*>> m_pairs;
     Nodes m_unmatched, m_added;
     AttributesByName m_documentAttributes{m_document}, m_writtenAttributes{m_written};
-    AddedValues m_values{m_added};
+    AddedValues m_values{m_added, m_caller.model};
 };
 
 void SortRanges(std::vector<ContentRange>& ranges) {

@@ -27,8 +27,10 @@ struct ContentLoss {
 struct ContentModel {
     /** Whether an element was read as what its name and its text say; such a one may be written further out. */
     std::function<bool(const ContentNode&)> isRead;
-    /** Whether it is an entry of a list, which a save never adds by itself: it may be written under another name, or have stood beside its
-     * list. */
+    /**
+     * Whether an element of either document is an entry of a list, which a save never adds by itself: it may be written under the name of
+     * another one, or have stood beside its list.
+     */
     std::function<bool(const ContentNode&)> isEntry;
     /** Under which name an object is written that has another one in the document; empty for all others. Null: there is no such object. */
     std::function<std::string(const ContentNode&)> newName;
@@ -44,8 +46,8 @@ struct WantedContent {
 /**
  * Finds what of a document is not in the one that was written for it. The written one may order siblings and attributes in its own way,
  * spell whole numbers in another one and a day as its midnight, hold as an attribute what was an element, or the other way round, and
- * hold the value of an entry in an element of another name. An element counts where it stands: what is the same somewhere else
- * stands for it only if a reader took it there. All is borrowed.
+ * hold the value of an entry, or a text beside entries, in an entry of another name. An element counts where it stands: what is the same
+ * somewhere else stands for it only if a reader took it there. All is borrowed.
  *
  * Nothing is told when it needs hollow elements, which it gives: with those kept whole it can be asked again, and needs no others.
  */

@@ -429,6 +429,38 @@ TEST(SMAccounting, TellsWhatIsLikeAnAddedValueOfAnotherName) {
     EXPECT_THAT(LossesOf(document), testing::Contains(HasSubstr("the text of <parameterMap> in ")));
 }
 
+/** Versions and sizes that are not there are added as 0. */
+TEST(SMAccounting, TellsReferencesThatAreLikeAnAddedValue) {
+    EXPECT_THAT(LossesOf(Subject("<refobj>0</refobj>")), ElementsAre(HasSubstr("<refobj> in [n].[s] ")));
+    EXPECT_THAT(LossesOf(Subject("<queryItem><name locale=\"en\">i</name><refobj>0</refobj></queryItem>")),
+                ElementsAre(HasSubstr("<refobj> in [n].[s].[i] ")));
+}
+
+TEST(SMAccounting, KnowsTheNamesAndPlacesThatListsGiveTheirEntries) {
+    std::string document = Subject("");
+    const auto fill = [&](const std::string& section, const std::string& content) {
+        const std::size_t at = document.find("</" + section + ">");
+        ASSERT_NE(at, std::string::npos);
+        document.insert(at, content);
+    };
+    fill("securityViews",
+         "<securityView><name>v</name><definition><set includeRule=\"include\"><viewref>[n].[a]</viewref>"
+         "<refobj>[n].[s]</refobj></set></definition></securityView>");
+    fill("packages",
+         "<package><name>p</name><definition>v</definition></package>"
+         "<package><name>q</name><locale>en</locale><viewref>v</viewref></package>");
+    EXPECT_THAT(LossesOf(document), IsEmpty());
+}
+
+TEST(SMAccounting, TellsThePropertyThatAnotherOneOfItsNameReplaces) {
+    std::string document = Subject("");
+    const std::size_t at = document.find("<property name=\"version\"");
+    ASSERT_NE(at, std::string::npos);
+    const std::string own = "<property name=\"x\">7</property>";
+    document.replace(at, document.find("</property>", at) + std::string("</property>").size() - at, own + own);
+    EXPECT_THAT(LossesOf(document), ElementsAre(HasSubstr("<property> in [n] is not kept (31 bytes)")));
+}
+
 TEST(SMAccounting, TellsTheNearestObjectThatHasAName) {
     const SMAccountedResult result = SMLoadModelBytesAccounted(Subject("<determinants><determinant><zz/></determinant></determinants>"));
     ASSERT_THAT(result.losses, testing::Not(IsEmpty()));

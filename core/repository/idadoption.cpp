@@ -5,9 +5,6 @@
 
 namespace qv {
 
-namespace {
-
-/** The children that an object tells of, also when several of them have one id. */
 std::vector<IOObject*> ChildrenOf(const IOObject& object) {
     QvULCollection<IOObject, QvULIdExtract<IOObject>> children;
     children.push_back(nullptr);  // behind an item without a key the collection does not look at keys
@@ -17,6 +14,8 @@ std::vector<IOObject*> ChildrenOf(const IOObject& object) {
         if (child) found.push_back(child.get());
     return found;
 }
+
+namespace {
 
 std::string CellText(const RowTable& table, const char* row, int column) {
     return column < 0 ? std::string() : std::string(rowcodec::BodyCell(table, row, static_cast<std::size_t>(column)).view);

@@ -9,6 +9,9 @@
 
 namespace qv {
 
+/** The children that an object tells of, also when several of them have one id. */
+std::vector<IOObject*> ChildrenOf(const IOObject& object);
+
 /**
  * Finds, for objects of memory without an id of their own, the stored rows that are most likely theirs: that of the same parent, kind
  * and name, else that of the same parent and kind in the same place. A document does not keep the ids of all kinds, and one that was

@@ -40,7 +40,8 @@ ProjectSave::ProjectSave(StoreSession& session, IOHelper& helper, std::int64_t p
       m_opened(CellOf(QvDate(true)).number),
       m_state(session),
       m_writer(session),
-      m_adoption(m_state) {
+      m_adoption(m_state),
+      m_numbers(m_state, m_adoption) {
     m_state.Start(m_project, m_base);
 }
 
@@ -92,6 +93,7 @@ bool ProjectSave::Begin(IOObject* outermost) {
     m_writtenUnread.clear();
     m_writer.Start(m_project, m_base);
     if (outermost) m_adoption.Start(*outermost);
+    m_numbers.Start(m_document || m_writer.Comparing());
     return Guarded("WriteObject", [&] {
         if (m_project == 0 || m_writer.Comparing()) return true;
         const std::optional<ProjectEntry> entry = m_session.Project(m_project);
@@ -248,8 +250,10 @@ bool ProjectSave::CompareStored(IOObject& object) {
 bool ProjectSave::Differs(IOObject& object, const RowTable& table) {
     const IdEntry* const entry = m_state.ids().Find(object.GetId().utf8(), table);
     if (!entry || !entry->row) return true;
+    const std::optional<Cell> number = m_numbers.For(object, table, entry);
     if (!m_state.ReadAttributes(table, object).empty()) return true;  // the insert tells what is wrong
     AttributeReader& attributes = m_state.Attributes(table);
+    if (number) attributes.cells[static_cast<std::size_t>(table.orderColumn)] = *number;
     const auto same = [&] { return rowcodec::SameBody(table, attributes.head.parentId, attributes.cells, entry->row); };
     if (same()) return false;
     const bool kept = KeepStored(table, entry->row, attributes.cells), undated = DropDateOfReading(table, entry->row, attributes.cells);
@@ -354,9 +358,11 @@ bool ProjectSave::Insert(const IOHashParam& params) {
         return Fail("DoWriteAction",
                     TellRow(name.utf8(), object ? object->GetId().utf8() : "", object) + "there is no such table of objects");
     m_state.Rows(*table);
+    const std::optional<Cell> number = frame ? m_numbers.For(*object, *table, frame->entry) : std::nullopt;
     AttributeReader& attributes = m_state.Attributes(*table);
     const std::string fault = attributes.Read(*params.GetByName(IOParamTag::ATTRIBUTES));
     if (!fault.empty()) return Fail("DoWriteAction", TellRow(name.utf8(), attributes.head.id, object) + "the table " + fault);
+    if (number) attributes.cells[static_cast<std::size_t>(table->orderColumn)] = *number;
 
     IdEntry& entry = m_state.ids().Entry(attributes.head.id, *table);
     if (frame && (frame->entry != &entry))

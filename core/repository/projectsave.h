@@ -10,6 +10,7 @@
 #include "core/repository/ownerrecords.h"
 #include "core/repository/rowwriter.h"
 #include "core/repository/savestate.h"
+#include "core/repository/siblingnumbers.h"
 
 namespace qv {
 
@@ -115,6 +116,7 @@ class ProjectSave {
     SaveState m_state;
     RowWriter m_writer;
     IdAdoption m_adoption;
+    SiblingNumbers m_numbers;
 
     bool m_running = false;
     bool m_failed = false, m_movedOn = false;

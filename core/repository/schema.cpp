@@ -57,6 +57,7 @@ RowTable MakeRowTable(const CatalogueTable& catalogue, std::size_t index) {
         table.columns.push_back(&column);
         (column.comparing == Comparing::never ? table.versions : table.body).push_back(cell);
         if (column.group == KeyGroup::objectType) table.typeColumn = static_cast<int>(cell);
+        if (column.group == KeyGroup::order && catalogue.name != REMAIN_INFO) table.orderColumn = static_cast<int>(cell);
         for (const std::string_view name : NAMES_OF_SIBLINGS)
             if (column.name == name && table.nameColumn < 0) table.nameColumn = static_cast<int>(cell);
     }

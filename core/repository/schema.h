@@ -26,8 +26,8 @@ struct RowTable {
     std::vector<const CatalogueColumn*> columns;
     /** Places, among `columns`, of those that make a row differ, and of those that never do. */
     std::vector<std::size_t> body, versions;
-    /** Place of the column that tells kinds apart, and of the one that names an object among its siblings; -1 where there is none. */
-    int typeColumn = -1, nameColumn = -1;
+    /** Place of the columns that tell kinds apart, name an object among its siblings, and number it among them; -1 where there is none. */
+    int typeColumn = -1, nameColumn = -1, orderColumn = -1;
 
     /** Place in the shape of cell i. */
     std::size_t ShapePlace(std::size_t cell) const {

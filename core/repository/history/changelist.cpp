@@ -1,6 +1,9 @@
 #include "core/repository/history/changelist.h"
 
 #include <algorithm>
+#include <unordered_map>
+
+#include "core/repository/ascendingnumbers.h"
 
 namespace qv {
 
@@ -73,7 +76,47 @@ ChangeList::Object ChangeList::Object::Half(Version Side::*side) const {
     return half;
 }
 
-void ChangeList::AddColumns(const Side& side, std::vector<SMRepositoryValue>& values) {
+bool ChangeList::Object::StaysNumbered() const {
+    const auto& [before, after] = row;
+    return before.row && before.table == after.table && before.table->orderColumn >= 0 &&
+           rowcodec::ParentId(*before.table, before.row) == rowcodec::ParentId(*after.table, after.row);
+}
+
+ChangeList::Ids ChangeList::OnlyRenumbered(const NameIndex& names) const {
+    struct Sibling {
+        std::string_view id;
+        std::int64_t before, after;
+    };
+    std::unordered_map<std::string_view, std::vector<Sibling>> families;
+    for (const auto& [id, object] : m_objects) {
+        const auto& [before, after] = object.row;
+        if (object.StaysNumbered() && OrderOf(*before.table, before.row) != OrderOf(*after.table, after.row))
+            families[rowcodec::ParentId(*after.table, after.row)];
+    }
+    if (families.empty()) return {};
+    names.Each([&](const std::string& id, const NameIndex::Place& place) {
+        const auto family = families.find(place.parent);
+        if (family == families.end() || place.table->orderColumn < 0) return;
+        const auto known = m_objects.find(id);
+        if (known == m_objects.end() || (!known->second.row.before.row && !known->second.row.after.row))
+            return family->second.push_back({id, place.order, place.order});
+        const auto& [before, after] = known->second.row;
+        if (known->second.StaysNumbered())
+            family->second.push_back({id, OrderOf(*before.table, before.row), OrderOf(*after.table, after.row)});
+    });
+    Ids renumbered;
+    for (auto& [parent, siblings] : families) {
+        std::sort(siblings.begin(), siblings.end(), [](const Sibling& a, const Sibling& b) { return a.before < b.before; });
+        std::vector<NumberedSibling> numbered;
+        for (const Sibling& sibling : siblings) numbered.push_back({sibling.before, sibling.after, sibling.before == sibling.after, 0});
+        const std::vector<bool> stays = LongestAscent(numbered);
+        for (std::size_t at = 0; at < siblings.size(); ++at)
+            if (stays[at]) renumbered.insert(siblings[at].id);
+    }
+    return renumbered;
+}
+
+void ChangeList::AddColumns(const Side& side, bool renumbered, std::vector<SMRepositoryValue>& values) {
     const RowTable* const table = side.after.table ? side.after.table : side.before.table;
     if (!table) return;
     if (table->hasParent) {
@@ -86,8 +129,10 @@ void ChangeList::AddColumns(const Side& side, std::vector<SMRepositoryValue>& va
         return version.row ? TextOf(rowcodec::BodyCell(*version.table, version.row, cell), version.table->columns[cell]->kind)
                            : std::nullopt;
     };
-    for (const std::size_t cell : table->body)
+    for (const std::size_t cell : table->body) {
+        if (renumbered && static_cast<int>(cell) == table->orderColumn) continue;
         AddValue(table->columns[cell]->name, text(side.before, cell), text(side.after, cell), values);
+    }
 }
 
 void ChangeList::AddPart(const std::string& name, const Side& side, std::vector<SMRepositoryValue>& values) {
@@ -99,9 +144,10 @@ void ChangeList::AddPart(const std::string& name, const Side& side, std::vector<
     AddValue(name, text(side.before), text(side.after), values);
 }
 
-void ChangeList::AddChange(const std::string& id, const Object& object, const NameIndex& names, std::vector<SMRepositoryChange>& changes) {
+void ChangeList::AddChange(const std::string& id, const Object& object, const NameIndex& names, bool renumbered,
+                           std::vector<SMRepositoryChange>& changes) {
     SMRepositoryChange change;
-    AddColumns(object.row, change.values);
+    AddColumns(object.row, renumbered, change.values);
     for (const auto& [name, side] : object.texts) AddPart(name, side, change.values);
     for (const auto& [name, side] : object.records) AddPart("record " + name, side, change.values);
     change.order = object.order;
@@ -127,15 +173,16 @@ void ChangeList::AddChange(const std::string& id, const Object& object, const Na
 
 std::vector<SMRepositoryChange> ChangeList::Build(const NameIndex& names) const {
     std::vector<SMRepositoryChange> changes;
+    const Ids renumbered = OnlyRenumbered(names);
     for (const auto& [id, object] : m_objects) {
         if (!object.IsAnotherNow()) {
-            AddChange(id, object, names, changes);
+            AddChange(id, object, names, renumbered.count(id) != 0, changes);
             continue;
         }
-        AddChange(id, object.Half(&Side::before), names, changes);
+        AddChange(id, object.Half(&Side::before), names, false, changes);
         Object now = object.Half(&Side::after);
         now.order = object.order;
-        AddChange(id, now, names, changes);
+        AddChange(id, now, names, false, changes);
     }
     std::stable_sort(changes.begin(), changes.end(), [](const auto& a, const auto& b) { return a.path < b.path; });
     return changes;

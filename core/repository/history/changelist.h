@@ -3,6 +3,8 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "core/repository/history/nameindex.h"
@@ -51,15 +53,22 @@ class ChangeList {
         Parts records, texts;
         bool order = false;
 
+        /** Stands in both states, below one parent, among siblings that are numbered. */
+        bool StaysNumbered() const;
         bool IsAnotherNow() const { return row.before.row && row.after.row && row.before.table != row.after.table; }
         /** What it has on one side only. */
         Object Half(Version Side::*side) const;
     };
 
     void Take(const RowTable& table, const char* row, Version Side::*side);
-    static void AddColumns(const Side& side, std::vector<SMRepositoryValue>& values);
+    using Ids = std::unordered_set<std::string_view>;
+    /** Objects that have another number and the same place among those of their siblings that both states have. */
+    Ids OnlyRenumbered(const NameIndex& names) const;
+    /** `renumbered` rows have a number that tells nothing. */
+    static void AddColumns(const Side& side, bool renumbered, std::vector<SMRepositoryValue>& values);
     static void AddPart(const std::string& name, const Side& side, std::vector<SMRepositoryValue>& values);
-    static void AddChange(const std::string& id, const Object& object, const NameIndex& names, std::vector<SMRepositoryChange>& changes);
+    static void AddChange(const std::string& id, const Object& object, const NameIndex& names, bool renumbered,
+                          std::vector<SMRepositoryChange>& changes);
 
     std::map<std::string, Object> m_objects;
     std::vector<const char*> m_shared;

@@ -30,6 +30,10 @@ std::string KindOf(const RowTable& table, const char* row) {
     return std::string(table.name());
 }
 
+std::int64_t OrderOf(const RowTable& table, const char* row) {
+    return table.orderColumn < 0 ? 0 : rowcodec::BodyCell(table, row, static_cast<std::size_t>(table.orderColumn)).number;
+}
+
 void NameIndex::Fetch(StoreSession& session, std::int64_t project, std::int64_t revision) {
     for (const RowTable& table : Schema::Get().rowTables()) {
         if (&table == &Schema::Get().remainInfo() || &table == &Schema::Get().langText()) continue;
@@ -42,7 +46,7 @@ void NameIndex::Fetch(StoreSession& session, std::int64_t project, std::int64_t 
 }
 
 NameIndex::Place NameIndex::PlaceOf(const RowTable& table, const char* row) {
-    Place place{&table, {}, std::string(rowcodec::ParentId(table, row)), KindOf(table, row)};
+    Place place{&table, {}, std::string(rowcodec::ParentId(table, row)), KindOf(table, row), OrderOf(table, row)};
     if (table.nameColumn >= 0) place.name = rowcodec::BodyCell(table, row, static_cast<std::size_t>(table.nameColumn)).view;
     return place;
 }

@@ -14,12 +14,17 @@ class StoreSession;
 /** How documents name the kind of a row: "queryItem", "namespace". */
 std::string KindOf(const RowTable& table, const char* row);
 
+/** The row's number among its siblings; 0 where its table has none. */
+std::int64_t OrderOf(const RowTable& table, const char* row);
+
 /** The names and places of all objects of a revision, and of rows that are added: enough to tell where an object stands. */
 class NameIndex {
   public:
     struct Place {
         const RowTable* table = nullptr;
         std::string name, parent, kind;
+        /** Its number among its siblings, where its table has one. */
+        std::int64_t order = 0;
     };
 
     void Fetch(StoreSession& session, std::int64_t project, std::int64_t revision);
@@ -27,6 +32,10 @@ class NameIndex {
     void Add(const RowTable& table, const char* row);
     /** Null when the id is not known. */
     const Place* Find(std::string_view id) const;
+    template <class Visit>
+    void Each(Visit&& visit) const {
+        for (const auto& [id, place] : m_places) visit(id, place);
+    }
     /** The names from the outermost object down to this one; an object without a name counts with its kind. */
     std::vector<std::string> Path(const Place& place) const;
     /** Empty when the id is not known. */

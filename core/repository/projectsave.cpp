@@ -93,7 +93,7 @@ bool ProjectSave::Begin(IOObject* outermost) {
     m_writtenUnread.clear();
     m_writer.Start(m_project, m_base);
     if (outermost) m_adoption.Start(*outermost);
-    m_numbers.Start(m_document || m_writer.Comparing());
+    m_numbers.Start(IsOfDocument());
     return Guarded("WriteObject", [&] {
         if (m_project == 0 || m_writer.Comparing()) return true;
         const std::optional<ProjectEntry> entry = m_session.Project(m_project);
@@ -249,14 +249,25 @@ bool ProjectSave::CompareStored(IOObject& object) {
 
 bool ProjectSave::Differs(IOObject& object, const RowTable& table) {
     const IdEntry* const entry = m_state.ids().Find(object.GetId().utf8(), table);
-    if (!entry || !entry->row) return true;
-    const std::optional<Cell> number = m_numbers.For(object, table, entry);
+    return !entry || !entry->row || RowDiffers(object, table, *entry) || TextsDiffer(object);
+}
+
+bool ProjectSave::TextsDiffer(const IOObject& object) {
+    const TextDigest texts = TextDigest::Of(object);
+    if (texts == TextDigest() && !IsOfDocument()) return false;
+    const TextDigest stored = m_state.StoredTexts(object.GetId().utf8());
+    // a model that was read from rows lacks those that readers do not ask for, which is no wish to remove them
+    return IsOfDocument() ? texts != stored : !texts.FitsWhereItHasAny(stored);
+}
+
+bool ProjectSave::RowDiffers(IOObject& object, const RowTable& table, const IdEntry& entry) {
+    const std::optional<Cell> number = m_numbers.For(object, table, &entry);
     if (!m_state.ReadAttributes(table, object).empty()) return true;  // the insert tells what is wrong
     AttributeReader& attributes = m_state.Attributes(table);
     if (number) attributes.cells[static_cast<std::size_t>(table.orderColumn)] = *number;
-    const auto same = [&] { return rowcodec::SameBody(table, attributes.head.parentId, attributes.cells, entry->row); };
+    const auto same = [&] { return rowcodec::SameBody(table, attributes.head.parentId, attributes.cells, entry.row); };
     if (same()) return false;
-    const bool kept = KeepStored(table, entry->row, attributes.cells), undated = DropDateOfReading(table, entry->row, attributes.cells);
+    const bool kept = KeepStored(table, entry.row, attributes.cells), undated = DropDateOfReading(table, entry.row, attributes.cells);
     return !(kept || undated) || !same();
 }
 
@@ -388,6 +399,10 @@ bool ProjectSave::InsertText(const IOHashParam& params) {
     AttributeReader& attributes = m_state.Attributes(table);
     const std::string fault = attributes.Read(*params.GetByName(IOParamTag::ATTRIBUTES));
     if (!fault.empty()) return Fail("DoWriteAction", TellRow(table.name(), attributes.head.id, object) + "the table " + fault);
+    const auto cell = [&](std::size_t at) { return attributes.cells[at].view; };
+    TextDigest digest;
+    digest.Add(cell(0), cell(1), cell(2));
+    m_state.NoteText(attributes.head.id, digest);
     m_writer.Insert(table, rowcodec::Encode(m_arena, table, attributes.head, attributes.cells), object);
     return true;
 }

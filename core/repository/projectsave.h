@@ -76,6 +76,10 @@ class ProjectSave {
     /** Gives an object that lacks an id one. True when it was made just now, so that no row can ever have had it. */
     bool SettleId(IOObject& object, const RowTable& table);
     bool Differs(IOObject& object, const RowTable& table);
+    bool RowDiffers(IOObject& object, const RowTable& table, const IdEntry& entry);
+    bool TextsDiffer(const IOObject& object);
+    /** What is saved is all of what a document says, not what rows alone can hold. */
+    bool IsOfDocument() const { return m_document || m_writer.Comparing(); }
     Frame& Push(IOObject& object, IdEntry& entry);
     void Pop();
     /** Looks at what hangs below an object that was written. */

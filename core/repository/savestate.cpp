@@ -19,6 +19,7 @@ void SaveState::Start(std::int64_t project, std::int64_t base) {
     m_rows.resize(Schema::Get().rowTables().size());
     ForgetEnded();
     m_order.reset();
+    m_texts.Start(empty());
     DropChanges();
 }
 
@@ -31,6 +32,7 @@ void SaveState::ForgetEnded() {
 void SaveState::NoteRow(IdEntry& entry, const char* row) {
     m_rowNotes.push_back({&entry, row});
     if (row) RowArena::Share(row);
+    m_texts.NoteRow(entry.id);
 }
 
 void SaveState::NoteRecord(TableRows::Index at, const char* row) {
@@ -45,6 +47,7 @@ void SaveState::DropChanges() {
         if (note.row) RowArena::Release(note.row);
     m_rowNotes.clear();
     m_recordNotes.clear();
+    m_texts.DropNotes();
     m_orderChanged = m_unknown = false;
 }
 
@@ -66,6 +69,7 @@ void SaveState::Settle(std::int64_t project, std::int64_t base) {
 /** Each note goes as soon as its row is in other hands. */
 void SaveState::ApplyChanges() {
     if (m_orderChanged) m_order.reset();
+    m_texts.Settle();
     if (!m_rowNotes.empty() || !m_recordNotes.empty()) ForgetEnded();
     for (; !m_rowNotes.empty(); m_rowNotes.pop_front()) {
         const auto [entry, row] = m_rowNotes.front();

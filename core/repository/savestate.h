@@ -10,6 +10,7 @@
 #include "core/repository/idbook.h"
 #include "core/repository/siblingorder.h"
 #include "core/repository/tablerows.h"
+#include "core/repository/textdigests.h"
 
 namespace qv {
 
@@ -34,11 +35,14 @@ class SaveState {
     /** The last version of an id that no longer stands; 0 when there is none. */
     std::int64_t EndedVersion(const RowTable& table, const RowHead& key);
     IdBook& ids() { return m_ids; }
+    /** Of the object's texts in other locales. */
+    TextDigest StoredTexts(std::string_view id) { return m_texts.Stored(m_session, m_project, m_base, id); }
     /** The rows below a parent in the order of the last save. */
     std::vector<const char*> Below(const RowTable& table, std::string_view parent);
 
     /** These note what the running save does; null stands for a row that ends. Rows are shared. Nobody sees any of it before `Settle`. */
     void NoteRow(IdEntry& entry, const char* row);
+    void NoteText(std::string_view id, const TextDigest& digest) { m_texts.NoteText(id, digest); }
     /** `at` is the record's place in its table; TableRows::NONE for a new one. */
     void NoteRecord(TableRows::Index at, const char* row);
     void NoteOrder() { m_orderChanged = true; }
@@ -73,6 +77,7 @@ class SaveState {
     std::vector<std::unique_ptr<AttributeReader>> m_attributes;
     std::unique_ptr<SiblingOrder> m_order;
     IdBook m_ids;
+    TextDigests m_texts;
     std::deque<RowNote> m_rowNotes;
     std::deque<RecordNote> m_recordNotes;
     bool m_orderChanged = false, m_unknown = false;

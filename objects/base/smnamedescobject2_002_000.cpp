@@ -81,6 +81,12 @@ bool SMNameDescObject2::write_lang_elements(IOHelper& helper) {
            SMNamedObject2::write_lang_elements(helper);
 }
 
+void SMNameDescObject2::VisitLangElements(IOTextVisitor& visitor) const {
+    VisitLangElement(visitor, descriptions, m_tags->description);
+    VisitLangElement(visitor, screenTips, m_tags->screenTip);
+    SMNamedObject2::VisitLangElements(visitor);
+}
+
 bool SMNameDescObject2::write_custom_property_locale(IOHelper& helper) {
     const I18NString text = SMPrintToString([&](QvContentHandler* handler, QvXMLFormatTarget&) {
         WriteCustomProperties(handler);

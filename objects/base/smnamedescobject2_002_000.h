@@ -18,6 +18,7 @@ class SM_API SMNameDescObject2 : public SMNamedObject2 {
      */
     void getAttributes(IOParameter& attrs, IOParameter& historyAttrs) override;
     bool write_lang_elements(IOHelper& helper) override;
+    void VisitLangElements(IOTextVisitor& visitor) const override;
     /** The query items of a subject; none at this level. */
     virtual const QvSmartVector<SMQueryItem2>& GetQueryItems() const;
 

@@ -135,6 +135,15 @@ bool SMNamedObject2::write_lang_element(IOHelper& helper, const SMLocaleMap& map
     return true;
 }
 
+void SMNamedObject2::VisitLangElement(IOTextVisitor& visitor, const SMLocaleMap& map, const I18NString& tag) const {
+    for (const auto& [locale, text] : map)
+        if (!IsDefaultLocaleColumn(locale)) visitor.Visit(tag, locale, text);
+}
+
+void SMNamedObject2::VisitLangElements(IOTextVisitor& visitor) const {
+    VisitLangElement(visitor, names, m_tags->name);
+}
+
 bool SMNamedObject2::write_lang_elements(IOHelper& helper) {
     return write_lang_element(helper, names, m_tags->name);
 }

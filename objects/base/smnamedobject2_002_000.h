@@ -30,6 +30,8 @@ class SM_API SMNamedObject2 : public SMObjectBase {
     /** Gives the object a new id, and its warehouse links the ids that the map has for them. */
     virtual void RegenerateIds(std::map<QvULString, QvULString>& idMap);
     virtual bool write_lang_elements(IOHelper& helper);
+    /** What write_lang_elements sends; classes that have language rows answer VisitTexts with it. */
+    virtual void VisitLangElements(IOTextVisitor& visitor) const;
     virtual int WriteWhat() const;
     virtual void WriteXMLEmptyPlaceholder(MultiFileHelper* files, QvContentHandler* handler, QvXMLFormatTarget& target) const;
 
@@ -56,6 +58,7 @@ class SM_API SMNamedObject2 : public SMObjectBase {
     void WriteXMLPlaceholder(const I18NString& filename, QvContentHandler* handler) const;
 
   protected:
+    void VisitLangElement(IOTextVisitor& visitor, const SMLocaleMap& map, const I18NString& tag) const;
     /** Reads the object's own file, whose root is `rootTag`; `builder` fills this object. False, and logged, if it cannot be read. */
     bool ReadPartFile(const I18NString& filepath, const I18NString& filename, const I18NString& rootTag, const SMLogWords& words,
                       QvContentHandler& builder);

@@ -38,6 +38,7 @@ class SM_API SMSectionType2 : public SMNameDescObject2 {
     SM_DECLARE_KEY_COLUMNS
     void getChildObjects(QvULCollection<IOObject, QvULIdExtract<IOObject>>& children) const override;
     bool write_no_seq_inc(IOHelper& helper) override;
+    void VisitTexts(IOTextVisitor& visitor) const override { VisitLangElements(visitor); }
     using SMNameDescObject2::RegenerateIds;
     void RegenerateIds(std::map<QvULString, QvULString>& idMap) override;
     using SMNameDescObject2::WriteXMLElement;

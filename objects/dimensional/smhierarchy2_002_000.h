@@ -28,6 +28,7 @@ class SM_API SMHierarchy2 : public SMNestedObject2 {
     int GetModelType() override { return 31; }
     void getChildObjects(QvULCollection<IOObject, QvULIdExtract<IOObject>>& children) const override;
     bool write_no_seq_inc(IOHelper& helper) override;
+    void VisitTexts(IOTextVisitor& visitor) const override { VisitLangElements(visitor); }
     bool write_next(IOHelper& helper) override;
     using SMNestedObject2::WriteXMLElement;
     void WriteXMLElement(QvContentHandler* handler, QvXMLFormatTarget& target) const override;

@@ -24,6 +24,7 @@ class SM_API SMPackage2 : public SMNameDescObject2 {
     int GetModelType() override { return 20; }
     void getChildObjects(QvULCollection<IOObject, QvULIdExtract<IOObject>>&) const override {}
     bool write_no_seq_inc(IOHelper& helper) override;
+    void VisitTexts(IOTextVisitor& visitor) const override { VisitLangElements(visitor); }
     bool write_next(IOHelper& helper) override;
     using SMNameDescObject2::WriteXMLElement;
     void WriteXMLElement(QvContentHandler* handler, QvXMLFormatTarget& target) const override;

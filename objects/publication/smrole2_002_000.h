@@ -15,6 +15,7 @@ class SM_API SMRole2 : public SMNamedObject2 {
     SM_DECLARE_KEY_COLUMNS
     void getChildObjects(QvULCollection<IOObject, QvULIdExtract<IOObject>>&) const override {}
     bool write_no_seq_inc(IOHelper& helper) override;
+    void VisitTexts(IOTextVisitor& visitor) const override { VisitLangElements(visitor); }
     bool write_next(IOHelper&) override { return true; }
     using SMNamedObject2::WriteXMLElement;
     /** `intrinsic` goes out as an attribute and comes in as an element: it does not survive a document. */

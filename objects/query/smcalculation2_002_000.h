@@ -24,6 +24,7 @@ class SM_API SMCalculation2 : public SMQueryItemType2 {
     SM_DECLARE_KEY_COLUMNS
     int GetModelType() override { return 30; }
     bool write_no_seq_inc(IOHelper& helper) override;
+    void VisitTexts(IOTextVisitor& visitor) const override { VisitLangElements(visitor); }
     bool write_next(IOHelper& helper) override;
     using SMQueryItemType2::WriteXMLElement;
     /**

@@ -15,6 +15,7 @@ class SM_API SMQueryItem2 : public SMQueryItemType2 {
     /** The parent columns are named after folders, whatever the parent is. */
     SM_DECLARE_KEY_COLUMNS
     bool write_no_seq_inc(IOHelper& helper) override;
+    void VisitTexts(IOTextVisitor& visitor) const override { VisitLangElements(visitor); }
     bool write_next(IOHelper& helper) override;
     /** The names "qvdbref" and "physicalName" set the links to the physical column, whatever the type. */
     void SetProperty(const QvULString& name, const QvULString& type, const QvULString& value) override;

@@ -11,6 +11,7 @@ class SM_API SMUpdateSubject2 : public SMQuerySubjectType2 {
 
     SM_DECLARE_KEY_COLUMNS
     bool write_no_seq_inc(IOHelper& helper) override;
+    void VisitTexts(IOTextVisitor& visitor) const override { VisitLangElements(visitor); }
     using SMQuerySubjectType2::WriteXMLElement;
     /** No status: it has a column, but no place in the document. */
     void WriteXMLElement(QvContentHandler* handler, QvXMLFormatTarget& target) const override;

@@ -41,6 +41,8 @@ QvSmartVector<IOObject> IOObject::GetSubIOObjects() {
     return {};
 }
 
+void IOObject::VisitTexts(IOTextVisitor&) const {}
+
 bool IOObject::compare_write(IOHelper& helper) {
     return helper.CompareStored(*this);
 }

@@ -10,6 +10,18 @@
 class IOHelper;
 class IOObject;
 
+/** Takes the texts of an object one by one, and owns none of them. */
+class SM_API IOTextVisitor {
+  public:
+    virtual void Visit(const I18NString& element, const QvULString& locale, const QvULString& text) = 0;
+
+  protected:
+    IOTextVisitor() = default;
+    IOTextVisitor(const IOTextVisitor&) = default;
+    IOTextVisitor& operator=(const IOTextVisitor&) = default;
+    ~IOTextVisitor() = default;
+};
+
 /** Base of what a persistence context stores. */
 class SM_API IOObject : public TklReferenceCount {
   public:
@@ -52,6 +64,8 @@ class SM_API IOObject : public TklReferenceCount {
     virtual bool write_no_seq_inc(IOHelper& helper) = 0;
     /** Writes what hangs below, without a row. Called by the context alone, or by write_no_seq_inc. */
     virtual bool write_next(IOHelper& helper) = 0;
+    /** Visits the texts that write_no_seq_inc sends besides the row: those in other locales than the row's own. */
+    virtual void VisitTexts(IOTextVisitor& visitor) const;
     /** True when the object needs a row: none is stored, or the stored one differs in anything but versions. */
     virtual bool compare_write(IOHelper& helper);
 

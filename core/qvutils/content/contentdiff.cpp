@@ -151,11 +151,20 @@ class Comparison {
     Comparison(const ContentNode& document, const ContentNode& written, const Caller& caller)
         : m_document(document), m_written(written), m_caller(caller) {}
 
+    /** Compares the two, or wants them whole. */
+    static void Pair(const ContentNode& element, const ContentNode& counterpart, const ContentNode* outer, const Caller& caller) {
+        if (!element.isHollow && !counterpart.isHollow) return Comparison(element, counterpart, caller).Run(outer);
+        caller.wanted.document.push_back(element.range);
+        caller.wanted.written.push_back(counterpart.range);
+    }
+
     void Run(const ContentNode* outer) {
         RequireStack();
         MatchChildren();
         CompareAttributes(outer);
-        for (const auto& [child, counterpart] : m_pairs) ComparePair(*child, *counterpart);
+        for (const auto& [child, counterpart] : m_pairs)
+            if (child->isChosen || child->bareDigest != counterpart->bareDigest)  // else it differs in what a save adds
+                Pair(*child, *counterpart, &m_document, m_caller);
         for (const ContentNode* child : m_unmatched)
             if (!StandsInAnotherForm(*child)) Tell({ContentLoss::Kind::element, child, &m_document});
         CompareTexts(outer);
@@ -167,13 +176,6 @@ class Comparison {
     using Nodes = std::vector<const ContentNode*>;
 
     void Tell(const ContentLoss& loss) { m_caller.losses.push_back(loss); }
-
-    void ComparePair(const ContentNode& child, const ContentNode& counterpart) {
-        if (!child.isChosen && child.bareDigest == counterpart.bareDigest) return;  // but for what a save adds
-        if (!child.isHollow && !counterpart.isHollow) return Comparison(child, counterpart, m_caller).Run(&m_document);
-        m_caller.wanted.document.push_back(child.range);
-        m_caller.wanted.written.push_back(counterpart.range);
-    }
 
     /** Pairs what agrees in `by`, the last with the last: of several where one is taken, readers take the last. */
     template <class Key>
@@ -273,8 +275,12 @@ class Comparison {
     AddedValues m_values{m_added, m_caller.model};
 };
 
+/** Those that are in no other one. */
 void SortRanges(std::vector<ContentRange>& ranges) {
-    std::sort(ranges.begin(), ranges.end(), [](const ContentRange& a, const ContentRange& b) { return a.first < b.first; });
+    std::sort(ranges.begin(), ranges.end(),
+              [](const ContentRange& a, const ContentRange& b) { return a.first != b.first ? a.first < b.first : a.end > b.end; });
+    std::size_t end = 0;
+    std::erase_if(ranges, [&](const ContentRange& range) { return range.end <= std::exchange(end, std::max(end, range.end)); });
 }
 
 }  // namespace
@@ -284,7 +290,10 @@ WantedContent FindContentLosses(const ContentNode& document, const ContentNode& 
     std::vector<ContentLoss> losses;
     std::vector<ContentGain> gains;
     WantedContent wanted;
-    Comparison(document, written, {model, losses, gains, wanted}).Run(nullptr);
+    const Comparison::Caller caller{model, losses, gains, wanted};
+    Comparison(document, written, caller).Run(nullptr);
+    for (const ContentMove& move : TakeMovedObjects(losses, gains, model))
+        Comparison::Pair(*move.loss.element, *move.written, move.loss.outer, caller);
     SortRanges(wanted.document);
     SortRanges(wanted.written);
     if (!wanted.IsNone()) return wanted;

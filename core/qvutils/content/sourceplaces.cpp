@@ -43,8 +43,11 @@ class Walk {
     void Answer() { Answer(m_at.line, m_at.column); }
     void Answer(long line, long column) {
         const auto found = m_questions.find(KeyOf(line, column));
-        if (found != m_questions.end())
+        if (found != m_questions.end()) {
+            const bool hasMarkup = m_mark.kind == Mark::Kind::reference;  // of the entity, or nothing would begin behind it
+            if (hasMarkup) EndOfText();
             for (PlaceQuestion* const question : found->second) Answer(*question);
+        }
         if (!m_attributeQuestions.empty()) AnswerAttributes();
         if (m_mark.kind == Mark::Kind::end || m_mark.isEmpty) EndElement();
     }

@@ -86,6 +86,16 @@ TEST(SourcePlaces, PutWhatAnEntityHoldsWhereTheReferenceStands) {
     EXPECT_EQ(Ask(document, What::element, 2, 9), (Answer{2, 6, 3}));
 }
 
+TEST(SourcePlaces, EndATextWithTheReferenceInWhichAnElementEndsIt) {
+    const std::string document = "<!DOCTYPE a [<!ENTITY e 'x<b>y</b>z'>]>\n<a>u&e;&e;v<c/></a>";
+    std::vector<qv::PlaceQuestion> questions{
+        {What::text, 2, 4, {}}, {What::element, 2, 8, {}}, {What::text, 2, 8, {}}, {What::element, 2, 11, {}}, {What::text, 2, 11, {}}};
+    qv::AnswerPlaces(document, questions);
+    const std::vector<Answer> wanted{{2, 4, 4}, {2, 5, 3}, {2, 5, 3}, {2, 8, 3}, {2, 8, 3}};
+    for (std::size_t i = 0; i < wanted.size(); ++i)
+        EXPECT_EQ((Answer{questions[i].startLine, questions[i].startColumn, questions[i].bytes}), wanted[i]) << i;
+}
+
 TEST(SourcePlaces, LeaveAPlaceAsItIsWhereNothingBegan) {
     EXPECT_EQ(Ask("<a><b/></a>", What::element, 7, 7), (Answer{7, 7, 0}));
     EXPECT_EQ(Ask("<a", What::element, 1, 1), (Answer{1, 1, 0}));

@@ -106,11 +106,13 @@ SMXMLObjectBuilder::SMXMLObjectBuilder(SMXMLObject2* object)
     : m_object(object), m_writer(object->buffer), m_printer("UTF-8", false, m_writer, true) {}
 
 SMXMLObjectBuilder::~SMXMLObjectBuilder() {
+    if (m_depth > 0) m_object->buffer.reset();
     m_object->buffer.shrink();
 }
 
 void SMXMLObjectBuilder::realStartElement(const I18NString& uri, const I18NString& localName, const I18NString& qName,
                                           const QvXMLAttributes& attrs) {
+    ++m_depth;
     m_printer.startElement(uri, localName, qName, attrs);
 }
 
@@ -120,6 +122,7 @@ void SMXMLObjectBuilder::realCharacters(const I18NString& text) {
 
 void SMXMLObjectBuilder::realEndElement(const I18NString& uri, const I18NString& localName, const I18NString& qName) {
     m_printer.endElement(uri, localName, qName);
+    --m_depth;
 }
 
 }  // namespace schema_002_000

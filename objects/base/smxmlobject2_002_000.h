@@ -54,7 +54,10 @@ SM_API I18NString InnerXmlOf(const SMXMLObject2* kept);
 /** Sets the inside of a kept element, which is made if there is none. True when it is new or was another. */
 SM_API bool ChangeKeptXml(QvSmartPtr<SMXMLObject2>& kept, const QvULString& tag, const I18NString& inner);
 
-/** Captures an element as it stands: prints the parser's events into the buffer of a kept XML object. */
+/**
+ * Captures an element as it stands: prints the parser's events into the buffer of a kept XML object. Of an element that does not end,
+ * since its file is broken, nothing is kept, for half of it would break what it is written into.
+ */
 class SM_API SMXMLObjectBuilder : public QvXmlBuildBase {
   public:
     explicit SMXMLObjectBuilder(SMXMLObject2* object);
@@ -68,6 +71,7 @@ class SM_API SMXMLObjectBuilder : public QvXmlBuildBase {
     QvSmartPtr<SMXMLObject2> m_object;
     QvByteBufferWriter m_writer;
     QvSAX2PrintHandler m_printer;
+    std::size_t m_depth = 0;
 };
 
 }  // namespace schema_002_000

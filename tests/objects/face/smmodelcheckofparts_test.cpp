@@ -77,6 +77,19 @@ TEST_F(SMModelCheckOfParts, GivesABrokenFileAsTheReasonOfItsLoss) {
     EXPECT_THAT(SMDiagnosticOf(LosesPlaceholder(code::PART_BROKEN)).message, HasSubstr("the root element is <package>, not <namespace>"));
 }
 
+/** Half of a kept element would break the document that is written, and with it the account. */
+TEST_F(SMModelCheckOfParts, TellsThePlaceholderOfAFileThatEndsInKeptXml) {
+    m_directory.Write("p.qva", "<package><name locale=\"en\">p</name><adminAccess><a>b");
+    const std::string placeholder = "<packagefile id=\"\" name=\"p\" filename=\"p.qva\" filepath=\"\"></packagefile>";
+    std::string main = ModelDocument(Named("namespace", "n"));
+    main.insert(main.find("</project>"), "<packages>" + placeholder + "</packages>");
+    const SMCheckResult checked = SMCheckModel(m_directory.Write("main.xml", main));
+    ASSERT_THAT(checked.losses, SizeIs(1));
+    EXPECT_EQ(checked.losses[0].elementName, "packagefile");
+    EXPECT_EQ(checked.losses[0].reason, code::PART_BROKEN);
+    EXPECT_EQ(checked.losses[0].bytes, placeholder.size());
+}
+
 TEST_F(SMModelCheckOfParts, TellsPlacesInTheirFiles) {
     const std::string part = m_directory.Write("a.qvf", "<namespace>\n" + Id("7") + "<name locale=\"en\">a</name>\n <shortcut>" + Id("7") +
                                                             "<name locale=\"en\">k</name><refobj>[x]</refobj></shortcut></namespace>");

@@ -1,6 +1,7 @@
 #include "objects/base/smobjectbase_002_000.h"
 
 #include <algorithm>
+#include <climits>
 
 #include "core/qvutils/base/qvuuid.h"
 #include "core/qvutils/diag/valuewitness.h"
@@ -85,10 +86,10 @@ void SMObjectBase::SetProperty(const QvULString& name, const QvULString& type, c
         SetId(value);
     } else if (name == KEY_VERSION) {
         const QvStringFormat* format = QvStringFormat::GetInstance();
-        if (format->_isNumeric(value))
-            SetVersionNo(static_cast<int>(format->_string2long(value)));
-        else
-            qv::TellMisread(qv::ValueWitness::What::number, value.utf8());
+        const bool isNumber = format->_isNumeric(value);
+        const long number = isNumber ? format->_string2long(value) : 0;
+        if (isNumber) SetVersionNo(static_cast<int>(number));
+        if (!isNumber || number > INT_MAX) qv::TellMisread(qv::ValueWitness::What::number, value.utf8());
     } else if (name == KEY_LAST_CHANGED) {
         SetLastChangedDate(QvDate(value));
     } else {

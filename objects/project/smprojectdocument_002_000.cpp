@@ -1,6 +1,7 @@
 // The frame of the model document.
 #include "objects/project/smprojectdocument_002_000.h"
 
+#include <climits>
 #include <string>
 
 #include "core/qvutils/diag/codes.h"
@@ -204,10 +205,10 @@ void SMProjectBuilder::StartSection(const QvXMLAttributes& attrs, const SMEnum_x
     id = attrs.getValue(tags.id);
     const I18NString text = attrs.getValue(tags.version);
     const QvStringFormat* format = QvStringFormat::GetInstance();
-    if (format->_isNumeric(text))
-        version = static_cast<int>(format->_string2long(text));
-    else
-        qv::TellMisread(qv::ValueWitness::What::number, text.utf8());
+    const bool isNumber = format->_isNumeric(text);
+    const long number = isNumber ? format->_string2long(text) : 0;
+    if (isNumber) version = static_cast<int>(number);
+    if (!isNumber || number > INT_MAX) qv::TellMisread(qv::ValueWitness::What::number, text.utf8());
 }
 
 void SMProjectBuilder::realEndElement(const I18NString&, const I18NString& localName, const I18NString&) {

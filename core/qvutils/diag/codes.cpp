@@ -183,8 +183,9 @@ constexpr SMCodeInfo CODES[] = {
      "model.xml:41:7: error[SM1001] <usage> in [sales].[orders].[sum] is not kept (19 bytes): warning[SM3006] \"fakt\" is none of the "
      "words that may stand here"},
     {qv::code::NO_DATE, warning, "a date that does not parse",
-     "A date is written 2026-11-21T18:00:00, or 2026-11-21 alone, which is its midnight. This text reads as no date at all. Usually the "
-     "reason of a loss (SM1001 to SM1003). Correct it, or take it out.",
+     "A date is written 2026-11-21T18:00:00, or 2026-11-21 alone, which is its midnight. This text reads as no date at all, or as one "
+     "without its fraction "
+     "of a second or its zone. Usually the reason of a loss (SM1001 to SM1003). Correct it, or take it out.",
      "model.xml:42:18: error[SM1003] the text of <lastChanged> in [sales].[orders] is not kept (9 bytes): warning[SM3007] \"yesterday\" is "
      "no date"},
     {qv::code::NO_NUMBER, warning, "a number that does not parse",

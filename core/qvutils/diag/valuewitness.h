@@ -17,7 +17,7 @@ class SM_API ValueWitness {
         name,
         /** Reads as unset, or is taken for another word of the vocabulary. */
         enumerator,
-        /** Reads as unset. */
+        /** Reads as unset, or is taken for what it is without its fraction of a second and its zone. */
         date,
         /** Reads as zero, or is not read. */
         number,
@@ -29,7 +29,7 @@ class SM_API ValueWitness {
     virtual ~ValueWitness();
     ValueWitness(const ValueWitness&) = delete;
     ValueWitness& operator=(const ValueWitness&) = delete;
-    /** `taken` is the word that the text is taken for; empty when there is none. */
+    /** `taken` is what the text is taken for; empty when there is none. */
     virtual void Tell(What what, std::string_view text, std::string_view taken) = 0;
     /** Of the calling thread; null when there is none. */
     static ValueWitness* Innermost();

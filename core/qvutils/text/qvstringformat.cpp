@@ -110,31 +110,33 @@ bool IsDroppedTail(std::string_view tail, bool afterSeconds) {
     return (tail.front() == '+' || tail.front() == '-') && IsZoneOffset(tail.substr(1));
 }
 
-void ReadDate(const I18NString& text, const I18NString& pattern, QvDate& date) {
+/** Gives what follows the date and is dropped. */
+std::string_view ReadDate(const I18NString& text, const I18NString& pattern, QvDate& date) {
     int values[FIELDS] = {-1, -1, -1, -1, -1, -1};
     std::string_view rest = text.utf8();
     // nearly all dates of a document are whole and in the one pattern
     if (pattern.utf8() == ISO_PATTERN && rest.size() >= QvDate::ISO_SIZE && IsDroppedTail(rest.substr(QvDate::ISO_SIZE), true) &&
         date.ReadIso(rest.data()))
-        return;
+        return rest.substr(QvDate::ISO_SIZE);
     date = QvDate(false);
     PatternWalk walk(pattern.utf8());
     while (const auto step = walk.Next()) {
         if (!step->field) {
-            if (rest.empty() || rest.front() != step->literal) return;
+            if (rest.empty() || rest.front() != step->literal) return {};
             rest.remove_prefix(1);
             continue;
         }
         values[*step->field] = Digits(rest, step->digits);
-        if (values[*step->field] < 0) return;
+        if (values[*step->field] < 0) return {};
         rest.remove_prefix(step->digits);
         const bool dated = values[YEAR] >= 0 && values[MONTH] >= 0 && values[DAY] >= 0;
         const bool timed = values[HOUR] >= 0 || values[MINUTE] >= 0 || values[SECOND] >= 0;
         if (rest.empty() && dated && !timed) break;
     }
-    if (!IsDroppedTail(rest, values[SECOND] >= 0)) return;
+    if (!IsDroppedTail(rest, values[SECOND] >= 0)) return {};
     date.SetFields(values[YEAR], values[MONTH], values[DAY], std::max(values[HOUR], 0), std::max(values[MINUTE], 0),
                    std::max(values[SECOND], 0));
+    return rest;
 }
 
 }  // namespace
@@ -205,6 +207,10 @@ void QvStringFormat::_datetime2stringwithpattern(const QvDate& date, const I18NS
 }
 
 void QvStringFormat::_string2datetimewithpattern(const I18NString& text, const I18NString& pattern, QvDate& date, const void*) const {
-    ReadDate(text, pattern, date);
-    if (!date.IsSet()) qv::TellMisread(qv::ValueWitness::What::date, text.utf8());
+    const std::size_t dropped = ReadDate(text, pattern, date).size();
+    const std::string_view whole = text.utf8();
+    if (!date.IsSet())
+        qv::TellMisread(qv::ValueWitness::What::date, whole);
+    else if (dropped > 0)
+        qv::TellMisread(qv::ValueWitness::What::date, whole, whole.substr(0, whole.size() - dropped));
 }

@@ -17,6 +17,7 @@
 #include "core/qvutils/diag/heldobjects.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/diag/valuewitness.h"
+#include "core/qvutils/text/shortened.h"
 #include "objects/face/smfindings_002_000.h"
 #include "objects/face/smguard_002_000.h"
 #include "objects/face/smlossreasons_002_000.h"
@@ -322,7 +323,7 @@ SMDiagnostic SMDiagnosticOf(const SMLoss& loss) {
     found.line = loss.line;
     found.column = loss.column;
     found.objectPath = loss.objectPath;
-    const std::string element = "<" + loss.elementName + ">";
+    const std::string element = "<" + qv::Shortened(loss.elementName) + ">";
     switch (loss.kind) {
     case SMLoss::element:
         found.code = qv::code::ELEMENT_NOT_KEPT;
@@ -330,14 +331,14 @@ SMDiagnostic SMDiagnosticOf(const SMLoss& loss) {
         break;
     case SMLoss::attribute:
         found.code = qv::code::ATTRIBUTE_NOT_KEPT;
-        found.message = "the attribute " + loss.attributeName + " of " + element;
+        found.message = "the attribute " + qv::Shortened(loss.attributeName) + " of " + element;
         break;
     case SMLoss::text:
         found.code = qv::code::TEXT_NOT_KEPT;
         found.message = "the text of " + element;
         break;
     }
-    if (!loss.objectPath.empty()) found.message += " in " + loss.objectPath;
+    if (!loss.objectPath.empty()) found.message += " in " + qv::Shortened(loss.objectPath);
     found.message += " is not kept (" + std::to_string(loss.bytes) + (loss.bytes == 1 ? " byte)" : " bytes)");
     if (!loss.why.empty()) found.message += ": " + loss.why;
     return found;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/qvutils/diag/codes.h"
+#include "core/qvutils/text/shortened.h"
 
 namespace schema_002_000 {
 
@@ -21,13 +22,9 @@ std::tuple<std::size_t, long, long> KeyOf(const qv::ContentPlace& place) {
     return {place.file, place.line, place.column};
 }
 
-/** So much of a text as a line has room for. */
 std::string Quoted(const std::string& text) {
     constexpr std::size_t MOST = 80;
-    if (text.size() <= MOST) return "\"" + text + "\"";
-    std::size_t size = MOST;
-    while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) --size;  // in the midst of a character
-    return "\"" + text.substr(0, size) + "...\"";
+    return "\"" + qv::Shortened(text, MOST) + "\"";
 }
 
 }  // namespace
@@ -47,7 +44,9 @@ SMDiagnostic SMToldMisread(const SMFindingPlaces::Misread& misread) {
     case qv::ValueWitness::What::enumerator:
         return SMToldFinding(qv::code::UNKNOWN_WORD,
                              text + " is none of the words that may stand here" + (misread.taken.empty() ? "" : ", and" + taken));
-    case qv::ValueWitness::What::date: return SMToldFinding(qv::code::NO_DATE, text + " is no date");
+    case qv::ValueWitness::What::date:
+        return SMToldFinding(qv::code::NO_DATE,
+                             text + (misread.taken.empty() ? " is no date" : " says more than a date and a time of day, and is" + taken));
     case qv::ValueWitness::What::truth: return SMToldFinding(qv::code::NO_TRUTH, text + " is neither true nor false");
     case qv::ValueWitness::What::number: break;
     }

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <csignal>
 #include <exception>
 #include <new>
 #include <string>
@@ -52,6 +53,7 @@ int main(int argc, char** argv) {
     int status = STATUS_UNUSABLE;
     try {
         WatchInterrupts();
+        std::signal(SIGXFSZ, SIG_IGN);  // a write beyond the largest size of files fails, and tells so
         status = Run(argc, argv);
     } catch (const TklRuntimeError& error) {
         Complain(error.what());

@@ -25,10 +25,7 @@ const char* WordOf(SMSeverity severity) {
 }
 
 const char* WordOfStatus(int status) {
-    return status == STATUS_CLEAN      ? "clean"
-           : status == STATUS_FINDINGS ? "findings"
-           : status == STATUS_UNUSABLE ? "unusable"
-                                       : "interrupted";
+    return status == STATUS_CLEAN ? "clean" : status == STATUS_FINDINGS ? "findings" : "unusable";
 }
 
 void AddText(ordered_json& json, const char* key, const std::string& text) {

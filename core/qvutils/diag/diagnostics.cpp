@@ -4,6 +4,7 @@
 #include "core/qvutils/diag/place.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/persist/ioobject.h"
+#include "core/qvutils/text/shortened.h"
 
 #include <atomic>
 #include <cstdio>
@@ -66,7 +67,7 @@ std::string qv::QuietPathOf(const IOObject& object) {
         I18NString path;
         for (const IOObject* at = &object; at; at = at->parent) {
             at->getPath(path);
-            const bool isNamed = !path.utf8().ends_with(".().()");
+            const bool isNamed = !path.utf8().ends_with(".().()") && !path.utf8().ends_with("[]");
             if (isNamed) return std::string(path.utf8());
         }
         object.getPath(path);
@@ -108,6 +109,14 @@ bool Names(std::string_view text, std::string_view path) {
     return false;
 }
 
+/** A diagnostic is one line, whatever stands in names and exceptions, and wherever it is shown. */
+void BlankLineEnds(std::string& text) {
+    for (char& c : text)
+        if (c == '\n' || c == '\v' || c == '\f' || c == '\r') c = ' ';
+    for (const std::string_view end : {"\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"})
+        for (std::size_t at = 0; (at = text.find(end, at)) != std::string::npos;) text.replace(at, end.size(), " ");
+}
+
 }  // namespace
 
 std::string FormatDiagnostic(const SMDiagnostic& diagnostic) {
@@ -116,9 +125,9 @@ std::string FormatDiagnostic(const SMDiagnostic& diagnostic) {
     text.append(WordOf(diagnostic.severity));
     const bool isCoded = diagnostic.code.starts_with("SM");
     text.append(isCoded ? "[" + diagnostic.code + "] " : ": ").append(diagnostic.message);
-    if (!diagnostic.objectPath.empty() && !Names(diagnostic.message, diagnostic.objectPath)) text.append(" [").append(diagnostic.objectPath).append("]");
-    for (char& c : text)  // a diagnostic is one line, whatever stands in names and exceptions
-        if (c == '\n' || c == '\r') c = ' ';
+    const std::string path = qv::Shortened(diagnostic.objectPath);
+    if (!path.empty() && !Names(diagnostic.message, path)) text.append(" [").append(path).append("]");
+    BlankLineEnds(text);
     return text;
 }
 

@@ -465,6 +465,35 @@ TEST(SMAccounting, TellsTheNearestObjectThatHasAName) {
     const SMAccountedResult result = SMLoadModelBytesAccounted(Subject("<determinants><determinant><zz/></determinant></determinants>"));
     ASSERT_THAT(result.losses, testing::Not(IsEmpty()));
     EXPECT_EQ(result.losses[0].objectPath, "[n].[s]");
+    const std::string nameless = "<queryItem><zz/></queryItem>";
+    EXPECT_THAT(LossesOf(Subject(nameless)), ElementsAre(HasSubstr("<zz> in [n].[s] is ")));
+    EXPECT_THAT(LossesOf(Subject(nameless + "<queryItem><name locale=\"en\">i</name><zz/></queryItem>")),
+                ElementsAre(HasSubstr("<zz> in [n].[s] is "), HasSubstr("<zz> in [n].[s].[i] is ")));
+}
+
+TEST(SMAccounting, ShortensNamesOfAnySizeInItsLines) {
+    const std::string name(40'000, 'N'), tag(3'000, 't');
+    const SMAccountedResult result =
+        SMLoadModelBytesAccounted(Subject("<queryItem><name locale=\"en\">" + name + "</name><" + tag + "/></queryItem>"));
+    ASSERT_THAT(result.losses, SizeIs(1));
+    EXPECT_EQ(result.losses[0].objectPath, "[n].[s].[" + name + "]");
+    EXPECT_EQ(result.losses[0].elementName, tag);
+    const std::string line = FormatDiagnostic(SMDiagnosticOf(result.losses[0]));
+    EXPECT_THAT(line, HasSubstr(" in [n].[s].[NNN"));
+    EXPECT_THAT(line, HasSubstr("N...N"));
+    EXPECT_THAT(line, testing::EndsWith("NNN] is not kept (3003 bytes)"));
+    EXPECT_LT(line.size(), 1'100u);
+}
+
+TEST(SMAccounting, LooksIntoAnObjectThatStandsOutsideOfItsSection) {
+    const auto with = [](const std::string& content) {
+        std::string document = Subject("");
+        return document.insert(document.find("<locales>"),
+                               "<dataSource><name>d</name><cmDataSource>c</cmDataSource>" + content + "</dataSource>");
+    };
+    EXPECT_THAT(LossesOf(with("")), IsEmpty());
+    EXPECT_THAT(LossesOf(with("<zz/>")), ElementsAre(HasSubstr("<zz> in (dataSource).(d).() is not kept (5 bytes)")));
+    EXPECT_THAT(LossesOf(with("<zz><name>d</name><yy>x</yy></zz>")), testing::Contains(HasSubstr("<zz> in (dataSource)")));
 }
 
 TEST(SMAccounting, TellsOfSeparateFilesByTheirNames) {

@@ -208,6 +208,13 @@ TEST(SMModelCheck, GivesANumberThatDoesNotParseAsTheReasonOfItsLoss) {
         SMCheckModelBytes(In(Named("querySubject", "s", "@<property name=\"version\" type=\"hidden\">x</property>")).Text());
     ASSERT_THAT(version.losses, SizeIs(1));
     EXPECT_EQ(version.losses[0].reason, code::NO_NUMBER);
+    for (const char* const text : {"+5", "-5", "2147483648"})
+        LosesOnly(In(Named("querySubject", "s", "<property name=\"version\" type=\"hidden\">@" + std::string(text) + "</property>")),
+                  code::NO_NUMBER);
+    EXPECT_THAT(
+        SMCheckModelBytes(In(Named("querySubject", "s", "<property name=\"version\" type=\"hidden\">@02147483647</property>")).Text())
+            .losses,
+        IsEmpty());
 }
 
 TEST(SMModelCheck, GivesATruthValueThatDoesNotParseAsTheReasonOfItsLoss) {
@@ -247,8 +254,8 @@ TEST(SMModelCheck, TellsSpellingsThatAreNotReadAndNoOthers) {
     EXPECT_EQ(LosesOnly(size("8.0"), code::NO_NUMBER).instead, "0");
     const auto changed = [](const std::string& text) { return In(Named("querySubject", "s", "<lastChanged>@" + text + "</lastChanged>")); };
     EXPECT_THAT(SMCheckModelBytes(changed("2026-11-21").Text()).losses, IsEmpty());
-    EXPECT_EQ(LosesOnly(changed("2026-11-21T18:00:00.5"), "").instead, "2026-11-21T18:00:00");
-    EXPECT_EQ(LosesOnly(changed("2026-11-21T18:00:00Z"), "").instead, "2026-11-21T18:00:00");
+    EXPECT_EQ(LosesOnly(changed("2026-11-21T18:00:00.5"), code::NO_DATE).instead, "2026-11-21T18:00:00");
+    EXPECT_EQ(LosesOnly(changed("2026-11-21T18:00:00Z"), code::NO_DATE).instead, "2026-11-21T18:00:00");
     EXPECT_EQ(LosesOnly(In(Named("querySubject", "s", "<property name=\"qvref\" @type=\" hidden \">w</property>")), "").instead, "hidden");
     EXPECT_EQ(LosesOnly(In(Named("querySubject", "s", "", " @status=\" valid\"")), code::UNKNOWN_WORD).value, " valid");
 }
@@ -274,10 +281,13 @@ TEST(SMModelCheck, TellsTheReasonOfALossInItsLine) {
               "<usage> in [n].[s].[i] is not kept (19 bytes): warning[SM3006] \"fakt\" is none of the words that "
               "may stand here");
     EXPECT_THAT(line("@<usage>Gbct</usage>"), HasSubstr("none of the words that may stand here, and taken for \"fact\""));
+    EXPECT_THAT(line("<lastChanged>@2026-11-21T18:00:00Z</lastChanged>"),
+                HasSubstr("says more than a date and a time of day, and is taken for \"2026-11-21T18:00:00\""));
     EXPECT_THAT(line("@<size>12.5</size>"), HasSubstr(" is not kept (4 bytes): warning[SM3008] \"12.5\" is no whole number"));
     EXPECT_THAT(line("@<Tjze>5</Tjze>"), HasSubstr(": warning[SM3009] \"Tjze\" is no known name, and taken for \"size\""));
     EXPECT_THAT(line("@<Tjze>five</Tjze>"), HasSubstr("SM3009"));
-    EXPECT_THAT(line("@<usage>" + std::string(79, 'x') + "\xC3\xA9" + "y</usage>"), HasSubstr("\"" + std::string(79, 'x') + "...\""));
+    EXPECT_THAT(line("@<usage>" + std::string(79, 'x') + "\xC3\xA9" + "y</usage>"),
+                HasSubstr("\"" + std::string(40, 'x') + "..." + std::string(37, 'x') + "\xC3\xA9y\""));
 }
 
 TEST(SMModelCheck, TellsNothingOfWhatStandsInALostElement) {

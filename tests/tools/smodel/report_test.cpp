@@ -169,6 +169,14 @@ TEST(SmodelCheckReport, EndsSoonWhereAnEndlessInputGoesWrong) {
     }
 }
 
+TEST(SmodelCheckReport, TellsThatAPipeHoldsMoreThanAFileMay) {
+    const TestDirectory directory;
+    const std::string script = "ulimit -f 16; yes \"<!-- -->\" | head -c 1000000 | " SMODEL_TOOL " check - 2>" + directory.Path("err");
+    const int status = std::system(("sh -c '" + script + "'").c_str());
+    EXPECT_EQ(WEXITSTATUS(status), 2);
+    EXPECT_THAT(directory.Read("err"), testing::HasSubstr("<stdin>: error: cannot keep what comes from it: File too large"));
+}
+
 TEST(SmodelExplain, TakesACodeInLowerCase) {
     const ToolRun run = RunTool({"explain", "sm1001"});
     EXPECT_EQ(run.status, 0);

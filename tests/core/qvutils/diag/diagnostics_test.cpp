@@ -86,6 +86,23 @@ TEST(SMDiagnostic, IsFormattedWithoutWhatIsNotKnown) {
     EXPECT_EQ(FormatDiagnostic(diagnostic), "12:5: note: broken [root/sales]");
 }
 
+TEST(SMDiagnostic, IsOneLineWhateverStandsInIt) {
+    SMDiagnostic diagnostic;
+    diagnostic.message =
+        "a\r\nb\vc\fd\xC2\x85"
+        "e\xE2\x80\xA8"
+        "f\xE2\x80\xA9g";
+    diagnostic.objectPath = "h\ni";
+    EXPECT_EQ(FormatDiagnostic(diagnostic), "error: a  b c d e f g [h i]");
+}
+
+TEST(SMDiagnostic, ShortensAPathThatIsVeryLong) {
+    SMDiagnostic diagnostic;
+    diagnostic.message = "broken";
+    diagnostic.objectPath = "[" + std::string(40'000, 'x') + "].[y]";
+    EXPECT_EQ(FormatDiagnostic(diagnostic), "error: broken [[" + std::string(249, 'x') + "..." + std::string(245, 'x') + "].[y]]");
+}
+
 TEST(SMDiagnostic, ShowsItsCodeInsteadOfAColon) {
     SMDiagnostic diagnostic;
     diagnostic.code = "SM0001";

@@ -260,7 +260,9 @@ class Account {
         qv::ForkedSink both(document, places);
         SMLoadResult again = Reread(both);
         TellWritten(*m_result.project, m_options.control, written);
-        qv::ContentModel model{[&](const qv::ContentNode& node) { return IsTag(node.name) && !places.IsMisread(node); }, IsEntry, nullptr};
+        qv::ContentModel model{[&](const qv::ContentNode& node) { return IsTag(node.name) && !places.IsMisread(node); },
+                               [](const qv::ContentNode& node) { return IsEntry(node); },  // a lambda, whose type no library exports
+                               nullptr};
         if (hasClash) model.newName = [](const qv::ContentNode& node) { return NewNameOf(node); };
         wanted = qv::FindContentLosses(document.Document(), written.Document(), model, [&](const ContentLoss& found) {
             m_result.losses.push_back(LossOf(found));

@@ -172,6 +172,10 @@ class TestNode : public IOObject {
             if (!WriteText(helper, "name", locale.c_str(), name.c_str())) return false;
         return write_next(helper) && helper.EndObject();
     }
+    void VisitTexts(IOTextVisitor& visitor) const override {
+        for (const auto& [locale, name] : names)
+            visitor.Visit("name", QvULString(std::string_view(locale)), QvULString(std::string_view(name)));
+    }
     bool write_next(IOHelper& helper) override {
         ++walks;
         if (onWrite) onWrite(*this);

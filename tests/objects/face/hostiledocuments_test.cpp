@@ -1,5 +1,4 @@
 // Documents too large for a file of the tree: cut at each byte, deep, wide and long.
-#include <chrono>
 #include <filesystem>
 #include <string>
 
@@ -11,6 +10,7 @@
 #include "objects/face/smaccounting_002_000.h"
 #include "tests/support/facemodel.h"
 #include "tests/support/tempdir.h"
+#include "tests/support/cputime.h"
 
 using namespace schema_002_000;
 using testing::AnyOf;
@@ -57,9 +57,7 @@ const std::vector<std::pair<const char*, Nest>> NESTS = {
 };
 
 double SecondsOf(const std::string& document, const SMXMLLimits& limits) {
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ("read", VerdictOf(document, limits));
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return CpuSecondsOf([&] { EXPECT_EQ("read", VerdictOf(document, limits)); });
 }
 
 }  // namespace

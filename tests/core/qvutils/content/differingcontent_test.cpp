@@ -1,6 +1,5 @@
 #include "core/qvutils/content/differingcontent.h"
 
-#include <ctime>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -12,6 +11,8 @@
 #include "core/qvutils/content/contentdiff.h"
 #include "core/qvutils/content/contenttree.h"
 #include "core/qvutils/content/printedcontent.h"
+
+#include "tests/support/cputime.h"
 
 namespace {
 
@@ -147,13 +148,6 @@ TEST(DifferingContent, IsAnObjectThatIsLostAmongMoreThanTheSumsTellApart) {
 
 namespace {
 
-/** Tells how long it took in seconds of the processor. */
-double SecondsOf(const std::function<void()>& work) {
-    const std::clock_t start = std::clock();
-    work();
-    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
 constexpr int MANY = 100'000;
 /** What looks at each for each of so many takes minutes. */
 constexpr double FEW_SECONDS = 20;
@@ -167,7 +161,7 @@ TEST(DifferingContent, IsFoundAmongVeryManyAttributesOfOneElement) {
         if (i != 77'777) written += " a" + std::to_string(i) + "=\"1\"";
     }
     std::string losses;
-    EXPECT_LT(SecondsOf([&] { losses = Compared(document + "/>t</a>", written + "/>t</a>").Losses(); }), FEW_SECONDS);
+    EXPECT_LT(CpuSecondsOf([&] { losses = Compared(document + "/>t</a>", written + "/>t</a>").Losses(); }), FEW_SECONDS);
     EXPECT_EQ(losses, "b@a77777=1 ");
 }
 
@@ -180,7 +174,7 @@ TEST(DifferingContent, IsNoneWhereVeryManyElementsHaveBecomeAttributesOrOtherEle
         others += "<other>v" + number + "</other>";
     }
     const std::string asElements = "<a><b>" + elements + "</b>t</a>", asAttributes = "<a><b" + attributes + "></b>t</a>";
-    EXPECT_LT(SecondsOf([&] {
+    EXPECT_LT(CpuSecondsOf([&] {
                   EXPECT_EQ(Compared(asElements, asAttributes).Losses(), "");
                   EXPECT_EQ(Compared(asAttributes, asElements).Losses(), "");
                   EXPECT_EQ(Compared(asElements, "<a><b>" + others + "</b>t</a>").Losses(), "");

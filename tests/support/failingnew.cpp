@@ -8,6 +8,8 @@
 
 #include <link.h>
 
+#include "tests/support/sanitized.h"
+
 namespace {
 
 thread_local bool t_counting = false;
@@ -16,7 +18,7 @@ thread_local long t_left = 0;
 }  // namespace
 
 // Texts and arenas take their memory from malloc itself. A sanitizer has a malloc of its own, which cannot be replaced.
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#if !SMODEL_SANITIZED
 
 namespace {
 

@@ -239,6 +239,16 @@ std::string PostgresSchema::Location() const {
     return m_server + "&application_name=" + m_name + "&options=-csearch_path%3D" + m_name;
 }
 
+std::string PostgresSchema::Host() const {
+    const std::size_t begin = m_server.find("host=") + 5;
+    return m_server.substr(begin, m_server.find('&', begin) - begin);
+}
+
+std::string PostgresSchema::LocationBy(const std::string& host) const {
+    std::string location = Location();
+    return location.replace(location.find(Host()), Host().size(), host);
+}
+
 std::string PostgresSchema::Lines(const std::string& condition) const {
     return " FROM pg_stat_activity WHERE application_name = '" + m_name + "' AND pid <> pg_backend_pid() AND " + condition;
 }

@@ -64,6 +64,9 @@ class PostgresSchema {
     PostgresSchema& operator=(const PostgresSchema&) = delete;
     /** The location of a repository there. Its lines bear the name of the schema as that of their application. */
     std::string Location() const;
+    /** The directory of the server's socket, and the location by way of another host, which passes on to it. */
+    std::string Host() const;
+    std::string LocationBy(const std::string& host) const;
     /** Lines to it, other than that of `Sql`, that are as the condition says: whether there are any, and their end. */
     bool HasLines(const std::string& condition) const;
     void EndLines(const std::string& condition) const;

@@ -14,6 +14,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/waitfor.h"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -59,6 +61,16 @@ std::string ContentOf(int file) {
     ::_exit(127);
 }
 
+bool HasNoPendingSignal(pid_t process) {
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("State:") && line.find('Z') != std::string::npos) return true;  // it ended by one
+        if (line.starts_with("ShdPnd:") || line.starts_with("SigPnd:"))
+            if (line.find_first_not_of("0 \t", line.find(':') + 1) != std::string::npos) return false;
+    }
+    return true;
+}
+
 int StatusOf(int waited) {
     return WIFEXITED(waited) ? WEXITSTATUS(waited) : 128 + WTERMSIG(waited);
 }
@@ -82,6 +94,35 @@ RunningTool::~RunningTool() {
         Wait();
     }
     for (const int file : {m_in, m_out, m_err}) ::close(file);
+}
+
+bool RunningTool::HasOpen(const std::string& path) const {
+    std::error_code ignored;
+    const std::string process = "/proc/" + std::to_string(m_process);
+    // before it becomes the command it has the files of the test
+    if (!fs::equivalent(process + "/exe", SMODEL_TOOL, ignored)) return false;
+    for (const auto& entry : fs::directory_iterator(process + "/fd", ignored))
+        if (fs::read_symlink(entry.path(), ignored) == fs::path(path)) return true;
+    return false;
+}
+
+void RunningTool::Interrupt(int signal) const {
+    ::kill(m_process, signal);
+    WaitFor([&] { return HasNoPendingSignal(m_process); });
+}
+
+bool RunningTool::Pause() const {
+    ::kill(m_process, SIGSTOP);
+    siginfo_t changed{};
+    while (::waitid(P_PID, static_cast<id_t>(m_process), &changed, WSTOPPED | WEXITED | WNOWAIT) != 0 && errno == EINTR) {
+    }
+    return changed.si_code == CLD_STOPPED;
+}
+
+ToolRun RunningTool::ResumeWith(int signal) {
+    ::kill(m_process, signal);
+    ::kill(m_process, SIGCONT);
+    return Wait();
 }
 
 ToolRun RunningTool::Wait() {

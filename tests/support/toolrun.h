@@ -21,6 +21,14 @@ class RunningTool {
     RunningTool(const RunningTool&) = delete;
     RunningTool& operator=(const RunningTool&) = delete;
     pid_t Process() const { return m_process; }
+    /** Whether it holds a file open. */
+    bool HasOpen(const std::string& path) const;
+    /** Sends a signal, and waits until the process has taken it. */
+    void Interrupt(int signal) const;
+    /** Stops it where it is. False when it has ended already. */
+    bool Pause() const;
+    /** Lets it go on with a signal that it takes before all else. */
+    ToolRun ResumeWith(int signal);
     ToolRun Wait();
 
   private:

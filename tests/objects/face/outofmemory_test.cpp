@@ -5,6 +5,7 @@
 #include <new>
 #include <optional>
 
+#include "tests/support/sanitized.h"
 #include "objects/face/smmodelfiles_002_000.h"
 #include "objects/face/smmodelstore_002_000.h"
 #include "objects/face/smreferences_002_000.h"
@@ -70,7 +71,7 @@ TEST(OutOfMemoryLoad, GivesTheWholeModelOrNone) {
     EXPECT_GT(n, 40);
 }
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#if !SMODEL_SANITIZED
 TEST(OutOfMemoryTexts, FailLikeAllElse) {
     ASSERT_TRUE(FailingNew::CountsMalloc());
     bool failed = false;

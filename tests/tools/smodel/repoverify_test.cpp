@@ -1,7 +1,3 @@
-#include <chrono>
-#include <filesystem>
-#include <thread>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -101,34 +97,6 @@ TEST_F(SmodelRepoVerify, TellsWhatToDoInsteadOfAllWithSomethingElse) {
         EXPECT_EQ(run.status, 2);
         EXPECT_THAT(run.err, HasSubstr("leave it out to look at one revision or to compare a model with it, or give it alone"));
     }
-}
-
-TEST(SmodelRepoVerifyAll, GoesOnWhereAPruneTakesRevisionsAway) {
-    constexpr int REVISIONS = 6;
-    const ToolRepository whole;
-    whole.leftUnverified = true;
-    std::string model = BigModel(500);
-    for (int revision = 1; revision <= REVISIONS; ++revision) {
-        ASSERT_EQ(whole.Put(model).status, 0);
-        model.replace(model.find(">n" + std::to_string(revision) + "<"), 3, ">m" + std::to_string(revision));
-    }
-    using Clock = std::chrono::steady_clock;
-    const auto start = Clock::now();
-    ASSERT_EQ(whole.Run("verify", {"--all"}).status, 0);
-    const auto wait = (Clock::now() - start) / 3;
-    // where the machine is busy, the prune comes before the revisions are listed, or after they were looked at
-    std::string out;
-    for (int tries = 0; tries < 10 && out.find("meanwhile") == std::string::npos; ++tries) {
-        const ToolRepository pruned;
-        std::filesystem::copy_file(whole.Location(), pruned.Location());
-        RunningTool tool({"repo", "verify", pruned.Location(), "--all"}, {});
-        std::this_thread::sleep_for(wait);
-        SMRepository(pruned.Location()).Prune(1, 1);
-        const ToolRun run = tool.Wait();
-        EXPECT_EQ(run.status, 0) << run.out << run.err;
-        out = run.out;
-    }
-    EXPECT_THAT(out, AllOf(HasSubstr("revision 5: removed by a prune meanwhile\n"), HasSubstr("revision 6: clean\n")));
 }
 
 namespace {

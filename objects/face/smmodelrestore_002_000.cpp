@@ -46,7 +46,7 @@ class Planner {
             m_plan.without.insert(0);
             return m_plan;
         }
-        m_parent = m_now.Find(IdAt(m_then, around));
+        m_parent = Present(around);
         if (m_parent == NONE)
             throw TklRuntimeError("what it hung below, the " + NameOf(*m_then.Elements()[around].object) +
                                   " (id:" + std::string(IdAt(m_then, around)) + "), is gone; restore that first");
@@ -61,6 +61,19 @@ class Planner {
         return outline.Elements()[place].object->GetId().utf8();
     }
     const Element& Now(std::size_t place) const { return m_now.Elements()[place]; }
+    /** The place of an object now. One of another table that has the id is another object. */
+    std::size_t Present(std::size_t place) const {
+        const std::size_t present = m_now.Find(IdAt(m_then, place));
+        const bool same = present != NONE && Now(present).object->GetIdCol() == m_then.Elements()[place].object->GetIdCol();
+        return same ? present : NONE;
+    }
+    /** No object goes unasked for: another one that has the id stays, so the id is not free. */
+    void RequireId(std::size_t place) const {
+        const std::size_t taken = m_now.Find(IdAt(m_then, place));
+        if (taken == NONE || Present(place) != NONE || Goes(Now(taken).number)) return;
+        throw TklRuntimeError("the id '" + std::string(IdAt(m_then, place)) + "' of the " + NameOf(*m_then.Elements()[place].object) +
+                              " is that of the " + NameOf(*Now(taken).object) + " by now; give that another id, or remove it, first");
+    }
     bool Goes(std::size_t number) const {
         return std::any_of(m_plan.without.begin(), m_plan.without.end(),
                            [&](std::size_t gone) { return Now(m_now.PlaceOf(gone)).Holds(number); });
@@ -68,7 +81,7 @@ class Planner {
 
     /** What stands now of the object, and of all that hung below it, goes wherever it is. */
     void MakeRoom() {
-        if (const std::size_t present = m_now.Find(IdAt(m_then, m_place)); present != NONE) {
+        if (const std::size_t present = Present(m_place); present != NONE) {
             m_plan.without.insert(Now(present).number);
             if (m_now.Around(present) == m_parent && Names(m_now, present, m_parent) == Names(m_then, m_place, m_then.Around(m_place)))
                 m_plan.before = Now(present).number;
@@ -76,11 +89,13 @@ class Planner {
         for (std::size_t below = m_place + 1; below < m_then.Elements().size() && m_element.Holds(m_then.Elements()[below].number);
              ++below) {
             if (!m_then.Elements()[below].object) continue;
-            const std::size_t present = m_now.Find(IdAt(m_then, below));
+            const std::size_t present = Present(below);
             if (present == NONE || Goes(Now(present).number)) continue;
             m_plan.without.insert(Now(present).number);
             m_notes.push_back(Note("the " + NameOf(*Now(present).object) + " is taken back from where it stands now"));
         }
+        for (std::size_t at = m_place; at < m_then.Elements().size() && m_element.Holds(m_then.Elements()[at].number); ++at)
+            if (m_then.Elements()[at].object) RequireId(at);
         if (Goes(Now(m_parent).number))
             throw TklRuntimeError("what it hung below, the " + NameOf(*Now(m_parent).object) +
                                   ", stands inside of what is to be restored now; move that out first");
@@ -117,7 +132,7 @@ class Planner {
     /** The number of an object's element now if it still stands below the same parent; NONE else. */
     std::size_t Sibling(std::size_t place, const std::deque<I18NString>& wrappers) const {
         if (!m_then.Elements()[place].object) return NONE;
-        const std::size_t present = m_now.Find(IdAt(m_then, place));
+        const std::size_t present = Present(place);
         if (present == NONE || m_now.Around(present) != m_parent || Names(m_now, present, m_parent) != wrappers) return NONE;
         return Goes(Now(present).number) ? NONE : Now(present).number;
     }

@@ -16,10 +16,10 @@ struct SMRestoreResult : SMResult {
 
 /**
  * Puts the object with an id, and all that hangs below it, into the model of now as it was then. Objects of the two models are told to be
- * the same by their ids. The object takes its present place; if it is gone, or stands below something else now, the place behind the
- * nearest elder sibling that is still there. What stood below it then and stands elsewhere now comes back too, and a note tells so; notes
- * also name the references that lead nowhere because of it. Fails, and says what to do first, when what the object hung below is gone, and
- * when something else has its name by now.
+ * the same by their ids and tables. The object takes its present place; if it is gone, or stands below something else now, the place behind
+ * the nearest elder sibling that is still there. What stood below it then and stands elsewhere now comes back too, and a note tells so;
+ * notes also name the references that lead nowhere because of it. Fails, and says what to do first, when what the object hung below is
+ * gone, and when something else has its name by now, or the id of it or of something below it.
  */
 SM_API SMRestoreResult SMRestoreObject(const SMModelOutline& then, const SMModelOutline& now, const QvULString& id,
                                        const SMControl& control = {});

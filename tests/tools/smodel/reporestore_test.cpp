@@ -1,12 +1,11 @@
-#include <chrono>
 #include <csignal>
 #include <memory>
-#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/postgresserver.h"
+#include "tests/support/waitfor.h"
 #include "tests/tools/smodel/repomodel.h"
 
 namespace {
@@ -97,23 +96,6 @@ TEST_P(SmodelRepoRestore, BringsBackWhatWasEditedAndNothingElse) {
     EXPECT_EQ(repository.Get("2"), Formatted(SalesModel(Subject("Orders", Item("Amount", "", "2") + Item("Day", "", "3")))));
 }
 
-TEST_P(SmodelRepoRestore, EndsAtOnceWhenItsPreparationIsInterrupted) {
-    using Clock = std::chrono::steady_clock;
-    const std::string model = BigModel(4'000);
-    Put({model, std::string(model).replace(model.find(">n7<"), 4, ">seven<")});
-    repository.leftUnverified = true;
-    const auto start = Clock::now();
-    EXPECT_EQ(Restore("[none]@1").status, 2) << "it is told at the end of the preparation";
-    const auto prepared = Clock::now() - start;
-    RunningTool tool({"repo", "restore", repository.Location(), "[n7]@1"}, {});
-    std::this_thread::sleep_for(prepared / 5);
-    const auto interrupted = Clock::now();
-    ::kill(tool.Process(), SIGINT);
-    EXPECT_EQ(tool.Wait().status, 130);
-    EXPECT_LT(Clock::now() - interrupted, prepared / 4 + std::chrono::milliseconds(100));
-    EXPECT_EQ(SMRepository(repository.Location()).Revisions(1).size(), 2u);
-}
-
 TEST(SmodelRepoRestoring, TellsWhyARevisionCannotBeCompared) {
     const ToolRepository repository;
     repository.Put(SalesModel(Subject("Orders", Item("Amount"))));
@@ -131,8 +113,8 @@ TEST(SmodelRepoRestoring, EndsOrderlyWhenItIsInterruptedBeforeItsPreparation) {
     ASSERT_EQ(sqlite3_open(repository.Location().c_str(), &database), SQLITE_OK);
     ASSERT_EQ(sqlite3_exec(database, "PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
     RunningTool tool({"repo", "restore", repository.Location(), "[Sales].[Orders]@1"}, {});
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));  // until it waits for the file
-    ::kill(tool.Process(), SIGINT);
+    WaitFor([&] { return tool.HasOpen(repository.Location()); });
+    tool.Interrupt(SIGINT);
     sqlite3_close(database);
     EXPECT_EQ(tool.Wait().status, 130);
 }
@@ -244,12 +226,31 @@ TEST_P(SmodelRepoRestore, RefusesAPlaceInsideOfTheObjectItself) {
 TEST_P(SmodelRepoRestore, RefusesWhatIsNotThere) {
     Put({SalesModel(Subject("Orders", "")), SalesModel(Subject("Orders", "") + Subject("Lines", ""))});
     ExpectRefused("[Sales].[Order]@1", "No revision has an object '[Sales].[Order]'");
-    ExpectRefused("id:nobody@1", "No revision has an object of the id 'nobody'.");
+    ExpectRefused("id:nobody@1", "No revision has an object of the id 'nobody'; 'smodel repo diff' tells the ids of what changed.");
     ExpectRefused("[Sales].[Lines]@1", "'[Sales].[Lines]' does not stand in revision 1; 'smodel repo log ");
     ExpectRefused("[Sales].[Orders]@3", "There is no revision 3; there are 1 to 2.");
     ExpectRefused("[Sales].[Orders]", "'[Sales].[Orders]' names no revision: give the object and the revision");
     repository.Run("prune", {"--keep", "1"});
     ExpectRefused("[Sales].[Orders]@1", "There is no revision 1; there are 2 to 2.");
+}
+
+TEST_P(SmodelRepoRestore, TakesNothingAwayThatHasTheIdNow) {
+    const std::string taken = Named("filter", "F", "i1", "<expression>1</expression>");
+    Put({SalesModel(Subject("Orders", Item("Amount", "i1"), "s1")), SalesModel(Subject("Orders", "", "s1") + taken)});
+    const std::string why =
+        "the id 'i1' of the queryItem '[Sales].[Orders].[Amount]' is that of the filter '[Sales].[F]' by now; give that another id, or "
+        "remove it, first";
+    ExpectRefused("id:i1@1", "the queryItem '[Sales].[Orders].[Amount]' cannot be restored: " + why);
+    ExpectRefused("id:s1@1", "the querySubject '[Sales].[Orders]' cannot be restored: " + why);
+    Put({SalesModel(Named("filter", "F", "s1", "<expression>1</expression>"))});
+    ExpectRefused("id:i1@1", "what it hung below, the querySubject '[Sales].[Orders]' (id:s1), is gone; restore that first");
+    ExpectRefused("id:s1@1", "the id 's1' of the querySubject '[Sales].[Orders]' is that of the filter '[Sales].[F]' by now");
+}
+
+TEST_P(SmodelRepoRestore, BringsBackWhatBecameAnotherKindOfTheSameTable) {
+    const std::string folder = SalesModel(Named("folder", "A", "f1", "")), space = SalesModel(Named("namespace", "A", "f1", ""));
+    Put({folder, space});
+    EXPECT_EQ(ExpectRestored("id:f1@1", folder).out, "revision 3: 0 objects added, 1 changed, 0 removed\n");
 }
 
 TEST_P(SmodelRepoRestore, GivesNothingTheNameOfAnother) {

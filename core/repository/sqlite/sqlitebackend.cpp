@@ -55,6 +55,7 @@ using PreparedStatement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 /** "disk I/O error" says little: which step failed, and what the system says of it, where it does. */
 std::string Told(sqlite3* database, int code) {
     std::string text = sqlite3_errmsg(database);
+    if ((code & 0xff) == SQLITE_CORRUPT) return text + ": the file is damaged; bring back a copy of it";
     switch (code) {
     case SQLITE_IOERR_READ:
     case SQLITE_IOERR_SHORT_READ: text += " while reading"; break;
@@ -290,7 +291,7 @@ class SqliteSource : public RowSource {
     }
 
     bool Next(std::span<Cell> row) override {
-        if (!StepRow(m_database, m_statement.get())) {
+        if (!Step()) {
             m_file.Check();
             return false;
         }
@@ -300,6 +301,15 @@ class SqliteSource : public RowSource {
     }
 
   private:
+    bool Step() {
+        try {
+            return StepRow(m_database, m_statement.get());
+        } catch (const StoreError&) {
+            m_file.Check();  // a file that changed under its reader looks damaged
+            throw;
+        }
+    }
+
     const StoreFile& m_file;
     sqlite3* m_database;
     PreparedStatement m_statement;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include <sqlite3.h>
 
@@ -119,6 +120,33 @@ TEST_F(SqliteReadOnly, ThatChangesWhileItIsReadIsTold) {
         fs::last_write_time(file, fs::file_time_type::clock::now() + std::chrono::seconds(1));
     });
     EXPECT_THAT(Told([&] { ReadTestProject(*context); }), HasSubstr("The file changed while it was read. Read it again."));
+}
+
+/** Leaves the beginning of the file, from which it is known. */
+void Damage(const std::string& file) {
+    constexpr std::size_t PAGE = 4096;
+    std::fstream bytes(file, std::ios::in | std::ios::out | std::ios::binary);
+    bytes.seekp(2 * PAGE);
+    bytes << std::string(fs::file_size(file) - 2 * PAGE, 'Z');
+}
+
+TEST_F(SqliteReadOnly, ThatLooksDamagedSinceItChangesIsToldAsChanged) {
+    const auto plan = std::make_shared<FailurePlan>();
+    Lock();
+    auto user = std::make_unique<WithoutPrivileges>();
+    SMRepository repository(std::make_shared<FailingBackend>(qv::MakeSqliteBackend(file), plan));
+    plan->Meanwhile(1, [&] {
+        user.reset();
+        Damage(file);
+        fs::last_write_time(file, fs::file_time_type::clock::now() + std::chrono::seconds(1));
+    });
+    EXPECT_THAT(Told([&] { repository.Projects(); }), HasSubstr("The file changed while it was read. Read it again."));
+}
+
+TEST_F(SqliteReadOnly, ThatIsDamagedTellsWhatToDo) {
+    Damage(file);
+    EXPECT_EQ(Told([&] { SMRepository repository(file); }),
+              "Repository '" + file + "': database disk image is malformed: the file is damaged; bring back a copy of it");
 }
 
 }  // namespace

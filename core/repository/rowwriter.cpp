@@ -225,7 +225,8 @@ void RowWriter::Close(const std::string* id, const std::string* name, const Revi
         m_session.LockRegistry();
         for (const ProjectEntry& other : m_session.Projects())
             if (!other.id.empty() && other.id == *id && other.number != m_entry.number)
-                throw StoreError("The repository has another project with the id '" + *id + "'.");
+                throw StoreError("The repository has another project with the id '" + *id +
+                                 "'. Save into that one, or give this one another id.");
     }
     if (id && name) m_session.NameProject(m_entry.number, *id, *name);
     m_session.InsertRevision(m_entry.number, entry);

@@ -19,7 +19,8 @@ std::shared_ptr<qv::StoreBackend> BackendFor(const std::string& location) {
     if (scheme == "sqlite") return qv::MakeSqliteBackend(location.substr(colon + 1));
     if (scheme == "postgresql" || scheme == "postgres") return qv::MakePostgresBackend(location);
     if (location.compare(std::min(colon, location.size()), 3, "://") == 0)
-        throw TklRuntimeError("Repositories of the kind '" + scheme + "' are not supported by this build.");
+        throw TklRuntimeError("Repositories of the kind '" + scheme +
+                              "' are not supported by this build; it knows files, sqlite:FILE and postgresql://...");
     return qv::MakeSqliteBackend(location);
 }
 
@@ -89,8 +90,8 @@ std::vector<SMRepositoryBlame> SMRepository::Blame(long project, const QvULStrin
     return AskHistory(project, [&](qv::ProjectHistory& history) { return history.Blame(id.utf8()); });
 }
 
-SMRepositoryPruned SMRepository::Prune(long project, long keep) {
-    return AskHistory(project, [&](qv::ProjectHistory& history) { return history.Prune(keep); });
+SMRepositoryPruned SMRepository::Prune(long project, long keep, const std::function<void(bool committing)>& watch) {
+    return AskHistory(project, [&](qv::ProjectHistory& history) { return history.Prune(keep, watch); });
 }
 
 std::unique_ptr<SMRepositoryHelper> SMRepository::NewProject() {

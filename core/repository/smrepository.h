@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -60,8 +61,12 @@ class SM_API SMRepository {
     std::vector<SMRepositoryRevision> RevisionsOf(long project, const QvULString& id);
     /** The values of an object as it stands, each with the revision that set it. */
     std::vector<SMRepositoryBlame> Blame(long project, const QvULString& id);
-    /** Takes away what only revisions older than the newest `keep` hold, at least one of which stays. The one operation that forgets. */
-    SMRepositoryPruned Prune(long project, long keep);
+    /**
+     * Takes away what only revisions older than the newest `keep` hold, at least one of which stays. The one operation that forgets.
+     * `watch`, if there is one, is called now and then, the last time, with true, directly before the commit; what it throws ends the
+     * removal, undone, and passes on.
+     */
+    SMRepositoryPruned Prune(long project, long keep, const std::function<void(bool committing)>& watch = {});
     /** A context for a project that is not yet there; its first save makes it. */
     std::unique_ptr<SMRepositoryHelper> NewProject();
     std::unique_ptr<SMRepositoryHelper> OpenProject(long number);

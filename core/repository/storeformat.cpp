@@ -66,9 +66,11 @@ void Upgrade(StoreConnection& connection, std::string_view from) {
 void SettleStore(StoreBackend& backend, bool mayCreate) {
     using State = StoreBackend::State;
     const State state = backend.Inspect();
-    if (state == State::foreign) throw StoreError("It is no repository of models.");
+    if (state == State::foreign) throw StoreError("It is no repository of models, so it is left alone. Give another place.");
     if (state == State::absent || state == State::empty) {
-        if (!mayCreate) throw StoreError(state == State::absent ? "There is no such repository." : "It is empty.");
+        if (!mayCreate)
+            throw StoreError(state == State::absent ? "There is no such repository. The first save of a model makes it."
+                                                    : "It is empty. The first save of a model makes it a repository.");
         backend.Create(Schema::Get().AllShapes(), FillNewStore);
     }
     const auto connection = backend.Connect();

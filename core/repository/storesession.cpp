@@ -131,7 +131,8 @@ void StoreSession::RequireRevision(std::int64_t projectNo, std::int64_t revision
 void StoreSession::CheckKinds(const RowTable& table, std::size_t heads) const {
     const auto check = [&](std::size_t at, bool takesText, std::string_view column) {
         if (m_cells[at].kind != Cell::null && (m_cells[at].kind == Cell::text) != takesText)
-            throw StoreError("Column " + table.shape.name + "." + std::string(column) + " holds a value of another kind.");
+            throw StoreError("Column " + table.shape.name + "." + std::string(column) +
+                             " holds a value of another kind, so it is damaged. Bring back a copy of the repository.");
     };
     const CatalogueTable& catalogue = *table.catalogue;
     const std::string_view names[] = {catalogue.id, catalogue.version, catalogue.parentId, catalogue.parentVersion};
@@ -342,7 +343,7 @@ void StoreSession::LockRegistry() {
     using namespace storetable;
     RowChange& touch = Prepared(m_lockRegistry, {&m_schema.store(), {name}, {{name, Condition::equal}}});
     const Cell parameters[] = {Cell::Text(STORE_FORMAT), Cell::Text(STORE_FORMAT)};
-    if (touch.Run(parameters) != 1) throw StoreError("The repository does not tell its format.");
+    if (touch.Run(parameters) != 1) throw StoreError("The repository does not tell its format, so it is damaged. Bring back a copy of it.");
 }
 
 bool StoreSession::AdvanceHead(std::int64_t projectNo, std::int64_t expected, std::int64_t next) {

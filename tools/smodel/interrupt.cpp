@@ -53,10 +53,15 @@ int InterruptedStatus() {
     return 128 + g_signal;
 }
 
-LeaveAtOnce::LeaveAtOnce(bool active) : m_outer(g_leaveAtOnce.exchange(active || g_leaveAtOnce)) {}
+LeaveAtOnce::LeaveAtOnce(bool active, const char* told) : m_outer(g_leaveAtOnce), m_outerTold(g_told) {
+    if (!active) return;
+    g_told = told;
+    g_leaveAtOnce = true;
+}
 
 LeaveAtOnce::~LeaveAtOnce() {
     g_leaveAtOnce = m_outer;
+    g_told = m_outerTold;
 }
 
 void TellWhenInterrupted(const char* line, Outcome outcome) {

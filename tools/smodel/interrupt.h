@@ -11,17 +11,21 @@ const std::atomic<bool>& Interrupted();
 /** The exit status after a signal: 130 for Ctrl-C. */
 int InterruptedStatus();
 
+/** A line for a signal that comes before anything was written. */
+inline constexpr const char* NOTHING_WRITTEN = "smodel: error: interrupted; nothing was written\n";
+
 /** While it lives there is nothing to tidy up, and the first signal ends the process at once, even out of a read that blocks. */
 class LeaveAtOnce {
   public:
-    /** `active` false: does nothing. */
-    explicit LeaveAtOnce(bool active = true);
+    /** `active` false: does nothing. `told` is what the signal says, as for `TellWhenInterrupted`. */
+    explicit LeaveAtOnce(bool active = true, const char* told = nullptr);
     ~LeaveAtOnce();
     LeaveAtOnce(const LeaveAtOnce&) = delete;
     LeaveAtOnce& operator=(const LeaveAtOnce&) = delete;
 
   private:
     bool m_outer;
+    const char* m_outerTold;
 };
 
 /** What is known of what the user asked for, when the second signal ends the process. */

@@ -32,9 +32,10 @@ SMLoadOptions LoadOptionsFor(const std::string& given) {
 
 namespace {
 
+/** `told` is what a signal says meanwhile; null for nothing. */
 template <class Load>
-auto Read(const std::string& given, Load load) {
-    const LeaveAtOnce nothingToTidyUp;
+auto Read(const std::string& given, Load load, const char* told = nullptr) {
+    const LeaveAtOnce nothingToTidyUp(true, told);
     ProgressLine line("reading " + given);
     SMLoadOptions options = LoadOptionsFor(given);
     options.control = line.Control();
@@ -65,7 +66,7 @@ SMCheckResult CheckModel(const std::string& given) {
 }
 
 SMAccountedResult ReadModelToWrite(const std::string& given, const LossArguments& arguments, int& status) {
-    SMAccountedResult result = Read(given, SMLoadModelAccounted);
+    SMAccountedResult result = Read(given, SMLoadModelAccounted, NOTHING_WRITTEN);
     status = StatusOf(result);
     PrintDiagnostics(stderr, result.diagnostics, true);
     if (!result.IsDone()) return result;

@@ -64,13 +64,14 @@ constexpr const char* COMMITTING =
 
 SMPutResult Send(const SMRepository& repository, SMRepositoryHelper& context, SMProject2& project, const std::function<void()>& settle) {
     ProgressLine line("saving to " + repository.Name());
+    TellWhenInterrupted(NOTHING_WRITTEN);
     std::size_t objects = 0;
     SMForEachObject(project, [&](const SMObjectBase&, int) { ++objects; });
     line.SetObjects(objects);
     context.WatchSending([&](std::size_t done, std::size_t total) {
         if (Interrupted()) throw SMCancelled();
         line.Show("rows", done, total);
-        TellWhenInterrupted(done == total ? COMMITTING : nullptr);
+        TellWhenInterrupted(done == total ? COMMITTING : NOTHING_WRITTEN);
     });
     context.WatchSaved([](long revision) {
         static char told[80];
@@ -111,7 +112,8 @@ int PutModel(SMRepository& repository, SMRepositoryHelper& context, SMProject2& 
         return STATUS_MOVED_ON;
     }
     if (put.IsDone()) PrintWhatCame(repository, context, base);
-    FlushOutput();
+    if (!FlushOutput() && put.IsDone() && context.Revision() != base)
+        Complain("revision " + std::to_string(context.Revision()) + " was saved, though this cannot be told on standard output");
     LeaveToTheSystem(project);
     return StatusOf(put);
 }

@@ -8,7 +8,8 @@ void AddRepositoryOption(const Command& command, RepositoryArguments& arguments)
 
 void AddRepositoryOptions(const Command& command, RepositoryArguments& arguments) {
     AddRepositoryOption(command, arguments);
-    command.Option("--project", "NAME|ID", arguments.project, "The id or name of the project, where there are several");
+    command.Option("--project", "NAME|ID|NUMBER", arguments.project,
+                   "The id, name or number of the project, as ls tells them, where there are several");
 }
 
 void AddRepo(const Command& app) {

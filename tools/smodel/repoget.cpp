@@ -17,6 +17,7 @@ struct Arguments : RepositoryArguments {
 int GetRows(SMRepository& repository, SMRepositoryHelper& context, const std::string& output) {
     const schema_002_000::SMGetResult got = LoadRows(repository, context);
     if (!got.IsDone()) return StatusOf(got);
+    DropIdsThatNoDocumentKeeps(*got.project);
     return Worse(StatusOf(got), StatusOf(SaveModel(*got.project, output)));
 }
 

@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include "objects/face/smguard_002_000.h"
 #include "tools/smodel/interrupt.h"
 #include "tools/smodel/json.h"
 #include "tools/smodel/models.h"
@@ -131,16 +132,27 @@ int Blame(const Arguments& arguments) {
     return STATUS_CLEAN;
 }
 
+constexpr const char* PRUNING =
+    "smodel: interrupted in the midst of the commit: 'smodel repo log' tells whether the old revisions were removed\n";
+
 int Prune(const Arguments& arguments) {
     SMRepository repository(arguments.repository);
     const long project = ContextOf(repository, arguments.project)->ProjectNumber();
-    const SMRepositoryPruned pruned = repository.Prune(project, arguments.keep);
+    TellWhenInterrupted(NOTHING_WRITTEN);
+    const SMRepositoryPruned pruned = repository.Prune(project, arguments.keep, [](bool committing) {
+        if (Interrupted()) throw schema_002_000::SMCancelled();
+        if (committing) TellWhenInterrupted(PRUNING);
+    });
+    TellWhenInterrupted("smodel: the old revisions were removed before the interruption\n", Outcome::done);
     if (pruned.revisions == 0)
         Print("nothing to remove\n");
     else
         Print("removed " + Counted(static_cast<std::size_t>(pruned.revisions), "revision") + ", " +
               Counted(static_cast<std::size_t>(pruned.rows), "row") + " and " + Counted(static_cast<std::size_t>(pruned.pieces), "piece") +
               " of documents; the oldest revision is now " + std::to_string(pruned.oldest) + "\n");
+    if (!FlushOutput() && pruned.revisions != 0)
+        Complain("the old revisions were removed, though this cannot be told on standard output; the oldest is now " +
+                 std::to_string(pruned.oldest));
     return STATUS_CLEAN;
 }
 

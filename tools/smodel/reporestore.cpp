@@ -43,7 +43,7 @@ class Recorded {
     std::unique_ptr<std::string> Read(const SMRepositoryRevision& revision) {
         m_context->ReadAt(revision.number);
         std::unique_ptr<std::string> document = DocumentAt(*m_context, revision);
-        if (!document) throw TklRuntimeError("revision " + std::to_string(revision.number) + " cannot be read");
+        if (!document) throw TklRuntimeError("revision " + std::to_string(revision.number) + " cannot be read, as told above");
         return document;
     }
 
@@ -80,7 +80,7 @@ QvULString ObjectThen(SMRepository& repository, const SMRepositoryHelper& contex
 /** The model with the object back in it. Until it is put there is nothing to tidy up. */
 SMRestoreResult Prepare(SMRepository& repository, const SMRepositoryHelper& context, const std::string& object,
                         const SMRepositoryRevision& base, const SMRepositoryRevision& revision) {
-    const LeaveAtOnce nothingToTidyUp;
+    const LeaveAtOnce nothingToTidyUp(true, NOTHING_WRITTEN);
     ProgressLine line("restoring " + object);
     const long project = context.ProjectNumber();
     const Recorded now(repository, project, base, line), then(repository, project, revision, line);

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 
 #include "core/qvutils/diag/tklerrors.h"
 #include "objects/face/smmodeldocument_002_000.h"
+#include "objects/face/smmodelwalk_002_000.h"
 #include "objects/face/smreferences_002_000.h"
 #include "tools/smodel/interrupt.h"
 #include "tools/smodel/terminal.h"
@@ -59,7 +61,7 @@ QvULString FindIn(SMRepository& repository, long project, long revision, const s
     const auto context = repository.OpenProject(project);
     context->ReadAt(revision);
     const SMGetResult got = LoadRows(repository, *context);
-    if (!got.IsDone()) FailAt(repository, "Revision " + std::to_string(revision) + " cannot be read.");
+    if (!got.IsDone()) FailAt(repository, "Revision " + std::to_string(revision) + " cannot be read, as told above.");
     const SMReferenceIndex index(*got.project);
     if (const SMObjectBase* const object = index.Find(address)) return object->GetId();
     if (alike) *alike = index.FindAlike(address, SUGGESTIONS);
@@ -80,6 +82,28 @@ QvULString FindByAddress(SMRepository& repository, long project, const std::stri
     FailAt(repository, told + (alike.empty() ? "." : "?"));
 }
 
+/** Those of the id, or else of the name, or else of the number; all when nothing is given. */
+std::vector<SMRepositoryProject> Named(const std::vector<SMRepositoryProject>& projects, const std::string& given) {
+    if (given.empty()) return projects;
+    std::vector<SMRepositoryProject> found;
+    for (const auto tell : {+[](const SMRepositoryProject& project) { return TextOf(project.id); },
+                            +[](const SMRepositoryProject& project) { return TextOf(project.name); },
+                            +[](const SMRepositoryProject& project) { return std::to_string(project.number); }}) {
+        std::copy_if(projects.begin(), projects.end(), std::back_inserter(found),
+                     [&](const SMRepositoryProject& project) { return tell(project) == given; });
+        if (!found.empty()) break;
+    }
+    return found;
+}
+
+/** "1: Test (p), 2: Other (q)". */
+std::string Listed(const std::vector<SMRepositoryProject>& projects) {
+    std::string list;
+    for (const SMRepositoryProject& project : projects)
+        list += (list.empty() ? "" : ", ") + std::to_string(project.number) + ": " + TextOf(project.name) + " (" + TextOf(project.id) + ")";
+    return list;
+}
+
 }  // namespace
 
 std::unique_ptr<SMRepositoryHelper> ContextFor(SMRepository& repository, const SMProject2& project) {
@@ -89,15 +113,15 @@ std::unique_ptr<SMRepositoryHelper> ContextFor(SMRepository& repository, const S
     return repository.NewProject();
 }
 
-std::unique_ptr<SMRepositoryHelper> ContextOf(SMRepository& repository, const std::string& idOrName) {
-    if (!idOrName.empty()) return repository.OpenProject(QvULString(idOrName.c_str()));
+std::unique_ptr<SMRepositoryHelper> ContextOf(SMRepository& repository, const std::string& given) {
     const std::vector<SMRepositoryProject> projects = repository.Projects();
-    if (projects.size() == 1) return repository.OpenProject(projects.front().number);
-    if (projects.empty()) throw TklRuntimeError(repository.Name() + " holds no project");
-    std::string names;
-    for (const SMRepositoryProject& project : projects)
-        names.append(names.empty() ? "" : ", ").append(project.name.utf8()).append(" (").append(project.id.utf8()).append(")");
-    throw TklRuntimeError(repository.Name() + " holds more than one project, name one of them by --project: " + names);
+    if (projects.empty()) throw TklRuntimeError(repository.Name() + " holds no project; 'smodel repo put' brings one in");
+    const std::vector<SMRepositoryProject> named = Named(projects, given);
+    if (named.size() == 1) return repository.OpenProject(named.front().number);
+    if (given.empty())
+        throw TklRuntimeError(repository.Name() + " holds more than one project, name one of them by --project: " + Listed(named));
+    if (named.empty()) throw TklRuntimeError(repository.Name() + " holds no project '" + given + "'; there are: " + Listed(projects));
+    throw TklRuntimeError(repository.Name() + " holds several projects '" + given + "', name one by its id or number: " + Listed(named));
 }
 
 SMRepositoryRevision RevisionAt(SMRepository& repository, long project, const std::string& at) {
@@ -126,9 +150,20 @@ std::unique_ptr<std::string> DocumentAt(SMRepositoryHelper& context, const SMRep
         return std::make_unique<std::string>(bytes.view());
     }
     const SMGetResult got = SMGetModel(context);
+    if (got.IsDone()) DropIdsThatNoDocumentKeeps(*got.project);
     if (got.IsDone() && SMWriteModel(*got.project, writer).IsDone()) return std::make_unique<std::string>(bytes.view());
     PrintDiagnostics(stderr, got.diagnostics, true);
     return nullptr;
+}
+
+void DropIdsThatNoDocumentKeeps(SMProject2& project) {
+    using Kind = SMEnum_xmltag::Enum;
+    SMForEachObject(project, [](const SMObjectBase& object, int) {
+        if (object.GetSMType() != Kind::role && object.GetSMType() != Kind::promptInfo) return;
+        auto& unkept = const_cast<SMObjectBase&>(object);  // the project may be changed, though visitors seldom do
+        unkept.SetId({});
+        unkept.SetVersionNo(0);
+    });
 }
 
 SMGetResult LoadRows(SMRepository& repository, SMRepositoryHelper& context) {
@@ -145,7 +180,7 @@ QvULString FindObject(SMRepository& repository, const SMRepositoryHelper& contex
     if (!given.starts_with(ID_PREFIX)) return FindByAddress(repository, context.ProjectNumber(), given);
     const QvULString id(given.substr(ID_PREFIX.size()).c_str());
     if (repository.RevisionsOf(context.ProjectNumber(), id).empty())
-        FailAt(repository, "No revision has an object of the id '" + TextOf(id) + "'.");
+        FailAt(repository, "No revision has an object of the id '" + TextOf(id) + "'; 'smodel repo diff' tells the ids of what changed.");
     return id;
 }
 

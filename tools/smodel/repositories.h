@@ -11,8 +11,8 @@
 /** A context for the project of a model: the stored one of its id, or of its name when it has no id, or else a new one. */
 std::unique_ptr<SMRepositoryHelper> ContextFor(SMRepository& repository, const schema_002_000::SMProject2& project);
 
-/** The project of that id or name; when none is given, the only one. Raises TklRuntimeError that names what there is. */
-std::unique_ptr<SMRepositoryHelper> ContextOf(SMRepository& repository, const std::string& idOrName);
+/** The project of that id, name or number; when none is given, the only one. Raises TklRuntimeError that names what there is. */
+std::unique_ptr<SMRepositoryHelper> ContextOf(SMRepository& repository, const std::string& given);
 
 /**
  * The revision of a number; or the newest one saved at or before a moment, "2026-11-21T18:00:00" in UTC, or a day. Empty: the newest.
@@ -26,6 +26,12 @@ bool DocumentsDiffer(const SMRepositoryRevision& first, const SMRepositoryRevisi
 /** The document of a context's revision; what was saved without one is written from its rows. Null, with the reason told, when neither is
  * there. */
 std::unique_ptr<std::string> DocumentAt(SMRepositoryHelper& context, const SMRepositoryRevision& revision);
+
+/**
+ * Takes ids and versions from the objects whose document has them and yet keeps none when it is read, which would refuse it: roles and
+ * prompts. A put finds their rows again by their place.
+ */
+void DropIdsThatNoDocumentKeeps(schema_002_000::SMProject2& project);
 
 /** The model that the rows of a context tell, read while progress is shown. Prints what the reading found. */
 schema_002_000::SMGetResult LoadRows(SMRepository& repository, SMRepositoryHelper& context);

@@ -72,13 +72,13 @@ void Print(std::string_view text) {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() && g_outputError == 0) g_outputError = errno;
 }
 
-void FlushOutput() {
+bool FlushOutput() {
     if (std::fflush(stdout) != 0 && g_outputError == 0) g_outputError = errno;
+    return g_outputError == 0;
 }
 
 bool FinishOutput() {
-    FlushOutput();
-    if (g_outputError == 0) return true;
+    if (FlushOutput()) return true;
     Complain(std::string("cannot write standard output: ") + std::strerror(g_outputError));
     return false;
 }

@@ -20,8 +20,8 @@ std::string Paint(std::FILE* stream, Colour colour, std::string_view text);
 
 /** Standard output; failures show at `FinishOutput`. */
 void Print(std::string_view text);
-/** Brings what was printed out now; failures show at `FinishOutput`. */
-void FlushOutput();
+/** Brings what was printed out now. False when something did not reach its end, which also shows at `FinishOutput`. */
+bool FlushOutput();
 /** False, with the reason on standard error, when something printed did not reach its end. */
 bool FinishOutput();
 

@@ -5,12 +5,21 @@
 
 namespace qv {
 
+namespace {
+
+[[noreturn]] void RaiseFor(const std::string& digest, const char* what) {
+    throw StoreError("The document's piece " + digest + what +
+                     ". Bring back a copy of the repository, or take what the rows tell of the revision.");
+}
+
+}  // namespace
+
 std::string DocumentReader::Piece(const std::string& digest) {
     const std::optional<std::string> packed = m_session.Piece(m_project, digest);
-    if (!packed) throw StoreError("The document lacks its piece " + digest + ".");
-    std::string piece = piececodec::Unpack(*packed, PieceCutter::MAX_BYTES);
-    if (piececodec::Digest(piece) != digest) throw StoreError("The document's piece " + digest + " is damaged.");
-    return piece;
+    if (!packed) RaiseFor(digest, " is missing");
+    const std::optional<std::string> piece = piececodec::Unpack(*packed, PieceCutter::MAX_BYTES);
+    if (!piece || piececodec::Digest(*piece) != digest) RaiseFor(digest, " is damaged");
+    return *piece;
 }
 
 template <class Take>

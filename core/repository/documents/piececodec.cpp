@@ -34,13 +34,12 @@ std::string Pack(std::string_view bytes) {
     return packed;
 }
 
-std::string Unpack(std::string_view packed, std::size_t limit) {
+std::optional<std::string> Unpack(std::string_view packed, std::size_t limit) {
     const unsigned long long size = ZSTD_getFrameContentSize(packed.data(), packed.size());
-    if (size == ZSTD_CONTENTSIZE_ERROR || size == ZSTD_CONTENTSIZE_UNKNOWN || size > limit)
-        throw StoreError("A piece of the document is damaged.");
+    if (size == ZSTD_CONTENTSIZE_ERROR || size == ZSTD_CONTENTSIZE_UNKNOWN || size > limit) return std::nullopt;
     std::string bytes(static_cast<std::size_t>(size), '\0');
     const std::size_t read = ZSTD_decompress(bytes.data(), bytes.size(), packed.data(), packed.size());
-    if (ZSTD_isError(read) || read != bytes.size()) throw StoreError("A piece of the document is damaged.");
+    if (ZSTD_isError(read) || read != bytes.size()) return std::nullopt;
     return bytes;
 }
 

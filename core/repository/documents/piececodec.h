@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,7 +12,7 @@ inline constexpr std::size_t DIGEST_SIZE = 64;
 
 /** Compressed with Zstandard, as one frame that tells its size. */
 std::string Pack(std::string_view bytes);
-/** Raises StoreError when the bytes are no such frame, or would grow beyond `limit` bytes. */
-std::string Unpack(std::string_view packed, std::size_t limit);
+/** Nothing when the bytes are no such frame, or would grow beyond `limit` bytes. */
+std::optional<std::string> Unpack(std::string_view packed, std::size_t limit);
 
 }  // namespace qv::piececodec

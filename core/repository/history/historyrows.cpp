@@ -133,11 +133,12 @@ std::int64_t HistoryRows::RemoveRevisionsBefore(std::int64_t oldest) {
         ->Run(parameters);
 }
 
-void HistoryRows::RemovePieces(const std::vector<std::string>& digests) {
+void HistoryRows::RemovePieces(const std::vector<std::string>& digests, const std::function<void()>& watch) {
     const auto removal = m_session.connection().Prepare(
         Removal{&Schema::Get().pieces(), {{piecetable::project, Condition::equal}, {piecetable::digest, Condition::equal}}});
     for (const std::string& digest : digests) {
         const Cell parameters[] = {Cell::Number(m_project), Cell::Text(digest)};
+        watch();
         removal->Run(parameters);
     }
 }

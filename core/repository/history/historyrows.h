@@ -32,7 +32,7 @@ class HistoryRows {
     /** Takes away the rows that had ended when `oldest` came. */
     std::int64_t RemoveEnded(const TableShape& table, std::size_t endColumn, std::int64_t oldest);
     std::int64_t RemoveRevisionsBefore(std::int64_t oldest);
-    void RemovePieces(const std::vector<std::string>& digests);
+    void RemovePieces(const std::vector<std::string>& digests, const std::function<void()>& watch);
 
   private:
     /** The ids of children in their order, by their parent. */

@@ -156,13 +156,16 @@ std::vector<SMRepositoryBlame> ProjectHistory::Blame(std::string_view id) {
     return blame;
 }
 
-std::int64_t ProjectHistory::RemoveRows(std::int64_t oldest) {
+std::int64_t ProjectHistory::RemoveRows(std::int64_t oldest, const Watch& watch) {
     std::int64_t rows = 0;
-    for (const RowTable& table : Schema::Get().rowTables()) rows += m_rows.RemoveEnded(table.shape, place::end, oldest);
+    for (const RowTable& table : Schema::Get().rowTables()) {
+        watch(false);
+        rows += m_rows.RemoveEnded(table.shape, place::end, oldest);
+    }
     return rows + m_rows.RemoveEnded(Schema::Get().orders(), ordertable::end, oldest);
 }
 
-std::size_t ProjectHistory::RemovePieces(const std::vector<RevisionEntry>& kept) {
+std::size_t ProjectHistory::RemovePieces(const std::vector<RevisionEntry>& kept, const Watch& watch) {
     std::unordered_set<std::string> needed;
     DocumentReader reader(m_session, m_project);
     for (const RevisionEntry& entry : kept)
@@ -171,18 +174,19 @@ std::size_t ProjectHistory::RemovePieces(const std::vector<RevisionEntry>& kept)
     m_session.EachPiece(m_project, [&](const std::string& digest) {
         if (needed.count(digest) == 0) unneeded.push_back(digest);
     });
-    m_rows.RemovePieces(unneeded);
+    m_rows.RemovePieces(unneeded, [&] { watch(false); });
     return unneeded.size();
 }
 
-void ProjectHistory::RemoveBefore(const std::vector<RevisionEntry>& kept, SMRepositoryPruned& pruned) {
+void ProjectHistory::RemoveBefore(const std::vector<RevisionEntry>& kept, SMRepositoryPruned& pruned, const Watch& watch) {
     pruned.oldest = static_cast<long>(kept.front().number);
     pruned.revisions = static_cast<long>(m_rows.RemoveRevisionsBefore(pruned.oldest));
-    pruned.rows = static_cast<long>(RemoveRows(pruned.oldest));
-    pruned.pieces = static_cast<long>(RemovePieces(kept));
+    pruned.rows = static_cast<long>(RemoveRows(pruned.oldest, watch));
+    pruned.pieces = static_cast<long>(RemovePieces(kept, watch));
 }
 
-SMRepositoryPruned ProjectHistory::Prune(std::int64_t keep) {
+SMRepositoryPruned ProjectHistory::Prune(std::int64_t keep, const Watch& watch) {
+    const Watch watched = watch ? watch : [](bool) {};
     SMRepositoryPruned pruned;
     m_session.Begin();
     try {
@@ -192,7 +196,8 @@ SMRepositoryPruned ProjectHistory::Prune(std::int64_t keep) {
         std::vector<RevisionEntry> revisions = m_session.Revisions(m_project);
         const std::size_t kept = std::min(revisions.size(), static_cast<std::size_t>(std::max<std::int64_t>(keep, 1)));
         revisions.erase(revisions.begin(), revisions.end() - static_cast<std::ptrdiff_t>(kept));
-        if (!revisions.empty()) RemoveBefore(revisions, pruned);
+        if (!revisions.empty()) RemoveBefore(revisions, pruned, watched);
+        watched(true);
         m_session.Commit();
     } catch (...) {
         m_session.Rollback();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "core/repository/history/historyrows.h"
@@ -26,13 +27,14 @@ class ProjectHistory {
     std::vector<SMRepositoryRevision> RevisionsOf(std::string_view id);
     /** Each value that stands, with the revision that set it. Empty when the object does not stand. */
     std::vector<SMRepositoryBlame> Blame(std::string_view id);
-    /** Removes what is needed by none of the newest `keep` revisions, in one transaction. */
-    SMRepositoryPruned Prune(std::int64_t keep);
+    using Watch = std::function<void(bool committing)>;
+    /** Removes what is needed by none of the newest `keep` revisions, in one transaction. `watch` is that of SMRepository. */
+    SMRepositoryPruned Prune(std::int64_t keep, const Watch& watch);
 
   private:
-    void RemoveBefore(const std::vector<RevisionEntry>& kept, SMRepositoryPruned& pruned);
-    std::int64_t RemoveRows(std::int64_t oldest);
-    std::size_t RemovePieces(const std::vector<RevisionEntry>& kept);
+    void RemoveBefore(const std::vector<RevisionEntry>& kept, SMRepositoryPruned& pruned, const Watch& watch);
+    std::int64_t RemoveRows(std::int64_t oldest, const Watch& watch);
+    std::size_t RemovePieces(const std::vector<RevisionEntry>& kept, const Watch& watch);
 
     StoreSession& m_session;
     std::int64_t m_project;

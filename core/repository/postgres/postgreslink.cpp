@@ -225,7 +225,8 @@ void Link::Commit() {
     } catch (const LineLost& error) {
         throw StoreError(error.message() + " It is not known whether the save stands; look before saving again.", StoreError::unknown);
     }
-    if (std::string_view(PQcmdStatus(result.get())) != "COMMIT") throw StoreError("The server undid the save instead of committing it.");
+    if (std::string_view(PQcmdStatus(result.get())) != "COMMIT")
+        throw StoreError("The server undid the save instead of committing it. Save again.");
     if (!m_warning.empty())
         throw StoreError("The server committed the save with a warning, so a failure may still undo it: " + m_warning, StoreError::unknown);
 }

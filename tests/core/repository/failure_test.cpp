@@ -109,7 +109,9 @@ TEST(RepositoryRows, WithAValueOfAnotherKindAreRefusedByColumn) {
         CaughtLog log;
         EXPECT_FALSE(ReadTestProject(*repository.OpenProject(1)));
         ASSERT_EQ(log.messages.size(), 1u);
-        EXPECT_NE(log.Only().find("Column SM_SECTION_TYPE." + std::string(column) + " holds a value of another kind."), std::string::npos)
+        EXPECT_NE(log.Only().find("Column SM_SECTION_TYPE." + std::string(column) +
+                                  " holds a value of another kind, so it is damaged. Bring back a copy of the repository."),
+                  std::string::npos)
             << log.Only();
     }
 }

@@ -177,7 +177,8 @@ TEST_P(RepositoryRoundTrip, ASecondNewProjectOfTheSameIdIsRefused) {
     CaughtLog log;
     const auto context = repository->NewProject();
     EXPECT_FALSE(Sample()->write(*context));
-    EXPECT_EQ(log.Only(), "Repository '" + backend->Name() + "': The repository has another project with the id 'p'.");
+    EXPECT_EQ(log.Only(), "Repository '" + backend->Name() +
+                              "': The repository has another project with the id 'p'. Save into that one, or give this one another id.");
     EXPECT_EQ(repository->Projects().size(), 1u);
 }
 

@@ -78,7 +78,8 @@ TEST(SmodelRepoHistory, NamesObjectsAlikeForOneThatNeverWas) {
         EXPECT_EQ(run.status, 2);
         EXPECT_THAT(run.err, HasSubstr("No revision has an object '[Sales].[Order]'"));
         EXPECT_THAT(run.err, HasSubstr("did you mean [Sales].[Orders]"));
-        EXPECT_THAT(repository.Run(word, {"id:nobody"}).err, HasSubstr("No revision has an object of the id 'nobody'."));
+        EXPECT_THAT(repository.Run(word, {"id:nobody"}).err,
+                    HasSubstr("No revision has an object of the id 'nobody'; 'smodel repo diff' tells the ids of what changed."));
     }
 }
 
@@ -197,7 +198,7 @@ TEST(SmodelRepoHistory, AsksWhichOfSeveralProjects) {
     const ToolRepository repository;
     PutThree(repository);
     repository.Run("put", {MODELS + "minimal.xml"});
-    EXPECT_THAT(repository.Run("log").err, HasSubstr("name one of them by --project: Test (p), minimal"));
+    EXPECT_THAT(repository.Run("log").err, HasSubstr("name one of them by --project: 1: Test (p), 2: minimal"));
     EXPECT_EQ(repository.Run("diff", {"1", "--project", "p"}).status, 1);
     EXPECT_EQ(repository.Run("blame", {"[Model]", "--project", "minimal"}).status, 0);
     EXPECT_EQ(repository.Run("log", {"--project", "nobody"}).status, 2);

@@ -295,7 +295,7 @@ TEST_F(PostgresBackend, AFailedTransactionIsNotCommitted) {
     insert->Finish();
     insert->Add(RowOf(1, "a"));
     EXPECT_NE(FaultOf([&] { insert->Finish(); }), "none");
-    EXPECT_EQ(FaultOf([&] { connection->Commit(); }), "The server undid the save instead of committing it.");
+    EXPECT_EQ(FaultOf([&] { connection->Commit(); }), "The server undid the save instead of committing it. Save again.");
     EXPECT_EQ(Bodies(plain).size(), 1u);
 }
 

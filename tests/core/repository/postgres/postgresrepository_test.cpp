@@ -48,7 +48,7 @@ class SMRepositoryPostgres : public testing::Test {
 };
 
 TEST_F(SMRepositoryPostgres, IsMadeOnlyWhenAskedFor) {
-    EXPECT_EQ(FaultOf(schema.Location()), Prefix() + "It is empty.");
+    EXPECT_EQ(FaultOf(schema.Location()), Prefix() + "It is empty. The first save of a model makes it a repository.");
     EXPECT_EQ(FaultOf(schema.Location(), SMRepository::createIfAbsent), "none");
     EXPECT_EQ(FaultOf(schema.Location(), SMRepository::createIfAbsent), "none");
     EXPECT_TRUE(SMRepository(schema.Location()).Projects().empty());
@@ -56,7 +56,8 @@ TEST_F(SMRepositoryPostgres, IsMadeOnlyWhenAskedFor) {
 
 TEST_F(SMRepositoryPostgres, OfAnotherKindOrFormatIsRefusedAndLeftAlone) {
     schema.Sql("CREATE TABLE other (x INTEGER)");
-    EXPECT_EQ(FaultOf(schema.Location(), SMRepository::createIfAbsent), Prefix() + "It is no repository of models.");
+    EXPECT_EQ(FaultOf(schema.Location(), SMRepository::createIfAbsent),
+              Prefix() + "It is no repository of models, so it is left alone. Give another place.");
     schema.Sql("DROP TABLE other");
     { SMRepository repository(schema.Location(), SMRepository::createIfAbsent); }
     schema.Sql("UPDATE repo_store SET value = '3' WHERE name = 'format'");
@@ -91,7 +92,7 @@ TEST_F(SMRepositoryPostgres, WhatKeepsItFromOpeningIsTold) {
         EXPECT_EQ(fault.find("wrong"), std::string::npos) << fault;
     };
     told("postgresql://locked:wrong" + at, "password authentication failed for user \"locked\"");
-    told("postgresql://locked:right" + at, "It is empty.");
+    told("postgresql://locked:right" + at, "It is empty. The first save of a model makes it a repository.");
     EXPECT_THAT(FaultOf(schema.Location() + "-absent", SMRepository::createIfAbsent),
                 testing::HasSubstr("make it by CREATE SCHEMA, or name another one by the parameter options=-csearch_path%3DNAME"));
     told("postgresql://postgres:wrong@/nowhere?host=" + Host(), "database \"nowhere\" does not exist");

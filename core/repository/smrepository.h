@@ -57,9 +57,15 @@ class SM_API SMRepository {
     std::vector<long> LastRevisionsOf(long project, const std::vector<std::string>& names);
     /** What is wrong with the rows of a revision by themselves, a text each: rows that readers would not find, or find twice. */
     std::vector<std::string> Faults(long project, long revision);
-    /** The revisions in which an object, known by its id, came, changed or went. */
+    /**
+     * The revisions in which an object, known by its id, came, changed or went; or a part of it: what hangs below it and cannot be named by
+     * an address of its own (a definition, a determinant, a prompt, a role, a folder, an entry of a map).
+     */
     std::vector<SMRepositoryRevision> RevisionsOf(long project, const QvULString& id);
-    /** The values of an object as it stands, each with the revision that set it. */
+    /**
+     * The values of an object as it stands, then those of its parts, "definition.SQL" or "determinant [Key].CANGROUP", each with the
+     * revision that set it.
+     */
     std::vector<SMRepositoryBlame> Blame(long project, const QvULString& id);
     /**
      * Takes away what only revisions older than the newest `keep` hold, at least one of which stays. The one operation that forgets.

@@ -18,6 +18,7 @@ struct SM_API SMRepositoryRevision {
     bool hasDocument = false;
     /** The same for equal documents, and for no others; empty without a document. */
     I18NString documentDigest;
+    std::size_t documentBytes = 0;
 };
 
 /** One value of an object, before and after. A value that is not there is null, which is not the empty text. */

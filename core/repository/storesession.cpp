@@ -162,14 +162,21 @@ void StoreSession::Take(const RowTable& table, RowSource& source, RowArena& aren
 
 void StoreSession::FetchWhere(const RowTable& table, std::vector<Condition> where, const std::vector<Cell>& parameters, RowArena& arena,
                               const std::function<void(const char*, std::int64_t, std::int64_t)>& take) {
+    FetchWhereEach(table, std::move(where), {parameters}, arena, take);
+}
+
+void StoreSession::FetchWhereEach(const RowTable& table, std::vector<Condition> where, const std::vector<std::vector<Cell>>& parameters,
+                                  RowArena& arena, const std::function<void(const char*, std::int64_t, std::int64_t)>& take) {
     std::vector<std::size_t> columns = RowColumns(table);
     columns.insert(columns.end(), {place::first, place::end});
     const auto source = m_connection->Prepare(Query{&table.shape, columns, std::move(where)});
-    source->Start(parameters);
-    m_cells.assign(columns.size(), {});
-    while (source->Next(m_cells)) {
-        const std::int64_t first = m_cells[columns.size() - 2].number, end = m_cells[columns.size() - 1].number;
-        take(Encode(table, arena), first, end);
+    for (const std::vector<Cell>& set : parameters) {
+        source->Start(set);
+        m_cells.assign(columns.size(), {});
+        while (source->Next(m_cells)) {
+            const std::int64_t first = m_cells[columns.size() - 2].number, end = m_cells[columns.size() - 1].number;
+            take(Encode(table, arena), first, end);
+        }
     }
 }
 

@@ -58,6 +58,9 @@ class StoreSession {
     /** The rows that fit the conditions; the statement is prepared for this once. */
     void FetchWhere(const RowTable& table, std::vector<Condition> where, const std::vector<Cell>& parameters, RowArena& arena,
                     const std::function<void(const char* row, std::int64_t first, std::int64_t end)>& take);
+    /** The same for several sets of parameters, one after the other. */
+    void FetchWhereEach(const RowTable& table, std::vector<Condition> where, const std::vector<std::vector<Cell>>& parameters,
+                        RowArena& arena, const std::function<void(const char* row, std::int64_t first, std::int64_t end)>& take);
     /** The orders that stood in a revision, which must still be there behind the last; 0 has none. */
     void FetchOrders(
         std::int64_t project, std::int64_t revision,

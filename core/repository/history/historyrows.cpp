@@ -77,19 +77,6 @@ HistoryRows::ChildIds HistoryRows::OrderedChildren(const RowTable& table, std::i
     return parents;
 }
 
-void HistoryRows::Versions(std::string_view id, const std::function<void(const RowTable&, const char*, std::int64_t, std::int64_t)>& take) {
-    const std::vector<Cell> parameters = {Cell::Number(m_project), Cell::Text(id)};
-    for (const RowTable& table : Schema::Get().rowTables()) {
-        const std::size_t owner = &table == &Schema::Get().remainInfo() ? std::size_t{place::parentId} : std::size_t{place::id};
-        RowArena arena;
-        m_session.FetchWhere(table, {{place::project, Condition::equal}, {owner, Condition::equal}}, parameters, arena,
-                             [&](const char* row, std::int64_t first, std::int64_t end) {
-                                 take(table, row, first, end);
-                                 RowArena::Release(row);
-                             });
-    }
-}
-
 void HistoryRows::Ends(const RowTable& table, std::size_t column, std::string_view text, const std::function<void(std::int64_t)>& take) {
     std::vector<Condition> where = {{place::project, Condition::equal}};
     std::vector<Cell> parameters = {Cell::Number(m_project)};

@@ -20,10 +20,6 @@ class HistoryRows {
                  const std::function<void(const char* row, bool stoodEarlier)>& take);
     /** The parents whose children of one table, as far as both revisions have them, stand in another order. */
     void ChangedOrders(std::int64_t earlier, std::int64_t later, const std::function<void(std::string_view parent)>& take);
-    /** Every row of the object that ever stood, its records and its texts among them. `end` is 0 while one stands. */
-    void Versions(std::string_view id,
-                  const std::function<void(const RowTable& table, const char* row, std::int64_t first, std::int64_t end)>& take);
-
     /** Every row that ever stood in which a column has a text; or, without a text, every one that has ended. Told by its end, 0 for none.
      */
     void Ends(const RowTable& table, std::size_t column, std::string_view text, const std::function<void(std::int64_t end)>& take);

@@ -30,6 +30,12 @@ std::string KindOf(const RowTable& table, const char* row) {
     return std::string(table.name());
 }
 
+std::string_view TextNamed(const RowTable& table, const char* row, std::string_view column) {
+    for (std::size_t cell = 0; cell < table.columns.size(); ++cell)
+        if (table.columns[cell]->name == column) return rowcodec::BodyCell(table, row, cell).view;
+    return {};
+}
+
 std::int64_t OrderOf(const RowTable& table, const char* row) {
     return table.orderColumn < 0 ? 0 : rowcodec::BodyCell(table, row, static_cast<std::size_t>(table.orderColumn)).number;
 }

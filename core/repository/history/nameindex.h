@@ -14,6 +14,9 @@ class StoreSession;
 /** How documents name the kind of a row: "queryItem", "namespace". */
 std::string KindOf(const RowTable& table, const char* row);
 
+/** The text in a column of a row; empty where its table has no such column. */
+std::string_view TextNamed(const RowTable& table, const char* row, std::string_view column);
+
 /** The row's number among its siblings; 0 where its table has none. */
 std::int64_t OrderOf(const RowTable& table, const char* row);
 

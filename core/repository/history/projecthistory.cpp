@@ -7,6 +7,7 @@
 #include "core/repository/celldate.h"
 #include "core/repository/documents/documentreader.h"
 #include "core/repository/history/changelist.h"
+#include "core/repository/history/objectrows.h"
 
 namespace qv {
 
@@ -24,11 +25,7 @@ bool IsOfObjects(const RowTable& table) {
 std::map<std::string, std::string> ValuesOf(const RowTable& table, const char* row) {
     std::map<std::string, std::string> values;
     const auto text = [&](std::size_t cell) { return TextOf(rowcodec::BodyCell(table, row, cell), table.columns[cell]->kind); };
-    const auto named = [&](std::string_view name) {
-        std::size_t cell = 0;
-        while (table.columns[cell]->name != name) ++cell;
-        return text(cell).value_or("");
-    };
+    const auto named = [&](std::string_view name) { return std::string(TextNamed(table, row, name)); };
     if (&table == &Schema::Get().remainInfo())
         values["record " + std::string(rowcodec::Id(row))] = named("VALUE");
     else if (&table == &Schema::Get().langText())
@@ -39,6 +36,40 @@ std::map<std::string, std::string> ValuesOf(const RowTable& table, const char* r
     return values;
 }
 
+bool Stands(const ObjectRows::Holder& holder) {
+    return std::any_of(holder.rows.begin(), holder.rows.end(),
+                       [](const ObjectRows::Row& row) { return row.end == 0 && IsOfObjects(*row.table); });
+}
+
+/** A value as it stands, and the revision that set it. */
+struct Standing {
+    std::string name, text;
+    std::int64_t since;
+};
+
+/** By name. A value has stood as far as it reaches back without a gap or another one. */
+std::vector<Standing> StandingValues(const ObjectRows::Holder& holder) {
+    struct Run {
+        std::string text;
+        std::int64_t first, end;
+    };
+    std::map<std::string, std::vector<Run>> runs;
+    for (const ObjectRows::Row& row : holder.rows)
+        for (const auto& [name, text] : ValuesOf(*row.table, row.row)) runs[name].push_back({text, row.first, row.end});
+    std::vector<Standing> standing;
+    for (auto& [name, versions] : runs) {
+        std::sort(versions.begin(), versions.end(), [](const Run& a, const Run& b) { return a.first > b.first; });
+        if (versions.front().end != 0) continue;
+        std::int64_t since = versions.front().first;
+        for (auto older = versions.begin() + 1; older != versions.end(); ++older) {
+            if (older->end != since || older->text != versions.front().text) break;
+            since = older->first;
+        }
+        standing.push_back({name, versions.front().text, since});
+    }
+    return standing;
+}
+
 }  // namespace
 
 SMRepositoryRevision Told(const RevisionEntry& entry) {
@@ -47,7 +78,8 @@ SMRepositoryRevision Told(const RevisionEntry& entry) {
             Text(entry.author),
             Text(entry.message),
             entry.document.has_value(),
-            Text(entry.document ? entry.document->digest : std::string())};
+            Text(entry.document ? entry.document->digest : std::string()),
+            entry.document ? static_cast<std::size_t>(entry.document->bytes) : 0};
 }
 
 std::vector<SMRepositoryRevision> ProjectHistory::Revisions() {
@@ -117,10 +149,12 @@ std::vector<long> ProjectHistory::LastRevisionsOf(const std::vector<std::string>
 
 std::vector<SMRepositoryRevision> ProjectHistory::RevisionsOf(std::string_view id) {
     std::set<std::int64_t> numbers;
-    m_rows.Versions(id, [&](const RowTable&, const char*, std::int64_t first, std::int64_t end) {
-        numbers.insert(first);
-        if (end != 0) numbers.insert(end);
-    });
+    const ObjectRows object(m_session, m_project, id);
+    for (const ObjectRows::Holder& holder : object.Holders())
+        for (const ObjectRows::Row& row : holder.rows) {
+            numbers.insert(row.first);
+            if (row.end != 0) numbers.insert(row.end);
+        }
     std::vector<SMRepositoryRevision> revisions;
     for (const RevisionEntry& entry : m_session.Revisions(m_project))
         if (numbers.count(entry.number) != 0) revisions.push_back(Told(entry));
@@ -128,31 +162,23 @@ std::vector<SMRepositoryRevision> ProjectHistory::RevisionsOf(std::string_view i
 }
 
 std::vector<SMRepositoryBlame> ProjectHistory::Blame(std::string_view id) {
-    /** The time a value has stood, as far as it reaches back without a gap or another value. */
-    struct Run {
-        std::string value;
-        std::int64_t first, end;
-    };
-    std::map<std::string, std::vector<Run>> runs;
-    m_rows.Versions(id, [&](const RowTable& table, const char* row, std::int64_t first, std::int64_t end) {
-        for (const auto& [name, value] : ValuesOf(table, row)) runs[name].push_back({value, first, end});
-    });
+    const ObjectRows object(m_session, m_project, id);
+    if (!Stands(object.Holders().front())) return {};
+    std::map<std::int64_t, SMRepositoryRevision> revisions;
+    for (const RevisionEntry& entry : m_session.Revisions(m_project)) revisions.emplace(entry.number, Told(entry));
+    std::map<std::pair<std::string, std::size_t>, std::vector<Standing>> byName;
+    for (std::size_t at = 0; at < object.Holders().size(); ++at)
+        if (Stands(object.Holders()[at])) byName[{object.PartName(at), at}] = StandingValues(object.Holders()[at]);
     std::vector<SMRepositoryBlame> blame;
-    for (auto& [name, versions] : runs) {
-        std::sort(versions.begin(), versions.end(), [](const Run& a, const Run& b) { return a.first > b.first; });
-        if (versions.front().end != 0) continue;
-        std::int64_t since = versions.front().first;
-        for (auto older = versions.begin() + 1; older != versions.end(); ++older) {
-            if (older->end != since || older->value != versions.front().value) break;
-            since = older->first;
+    for (const auto& [part, values] : byName)
+        for (const Standing& value : values) {
+            SMRepositoryBlame line{Text(part.first.empty() ? value.name : part.first + "." + value.name), Text(value.text), {}};
+            if (const auto known = revisions.find(value.since); known != revisions.end())
+                line.revision = known->second;
+            else
+                line.revision.number = static_cast<long>(value.since);  // pruned: at least since then
+            blame.push_back(std::move(line));
         }
-        SMRepositoryBlame line{Text(name), Text(versions.front().value), {}};
-        if (const auto entry = m_session.Revision(m_project, since))
-            line.revision = Told(*entry);
-        else
-            line.revision.number = static_cast<long>(since);  // pruned: at least since then
-        blame.push_back(std::move(line));
-    }
     return blame;
 }
 

@@ -23,9 +23,10 @@ class ProjectHistory {
     SMRepositoryChangeCounts CountChanges(std::int64_t from, std::int64_t to);
     /** Revisions after which a row of one of the names ended, or a folder's, the newest first; none when no row ever had the last name. */
     std::vector<long> LastRevisionsOf(const std::vector<std::string>& names);
-    /** The revisions in which the object, its records or its texts came, changed or went, by number. */
+    /** The revisions in which the object, its records, texts or parts came, changed or went, by number. */
     std::vector<SMRepositoryRevision> RevisionsOf(std::string_view id);
-    /** Each value that stands, with the revision that set it. Empty when the object does not stand. */
+    /** Each value that stands, those of parts behind the object's own, with the revision that set it. Empty when the object does not stand.
+     */
     std::vector<SMRepositoryBlame> Blame(std::string_view id);
     using Watch = std::function<void(bool committing)>;
     /** Removes what is needed by none of the newest `keep` revisions, in one transaction. `watch` is that of SMRepository. */

@@ -4,6 +4,7 @@
 #include <set>
 #include <tuple>
 
+#include "core/repository/history/nameindex.h"
 #include "core/repository/siblingorder.h"
 
 namespace qv {
@@ -12,12 +13,6 @@ namespace {
 
 std::string Quoted(std::string_view text) {
     return "'" + std::string(text) + "'";
-}
-
-std::string_view TextNamed(const RowTable& table, const char* row, std::string_view name) {
-    for (std::size_t cell = 0; cell < table.columns.size(); ++cell)
-        if (table.columns[cell]->name == name) return rowcodec::BodyCell(table, row, cell).view;
-    return {};
 }
 
 }  // namespace
@@ -40,7 +35,7 @@ void RowAudit::Each(const RowTable& table, const std::function<void(const char*)
         {Cell::Number(m_project), Cell::Number(m_revision), Cell::Number(m_revision)}, arena,
         [&](const char* row, std::int64_t, std::int64_t end) {
             take(row);
-            if (end > m_head)
+            if (end > m_entry.head)
                 Find(table.name(), "version " + std::to_string(rowcodec::Version(row)) + " of " + Quoted(rowcodec::Id(row)) +
                                        " ends in revision " + std::to_string(end) + ", which is not there");
             RowArena::Release(row);
@@ -48,16 +43,25 @@ void RowAudit::Each(const RowTable& table, const std::function<void(const char*)
 }
 
 void RowAudit::CheckHead() {
-    const std::optional<ProjectEntry> entry = m_session.Project(m_project);
+    m_entry = m_session.Project(m_project).value_or(ProjectEntry());
     const std::vector<RevisionEntry> revisions = m_session.Revisions(m_project);
-    m_head = entry ? entry->head : 0;
-    if (revisions.empty() || revisions.back().number != m_head)
-        Find("REPO_PROJECT", "its newest revision is " + std::to_string(m_head) + ", and that of REPO_REVISION is " +
+    if (revisions.empty() || revisions.back().number != m_entry.head)
+        Find("REPO_PROJECT", "its newest revision is " + std::to_string(m_entry.head) + ", and that of REPO_REVISION is " +
                                  (revisions.empty() ? "none" : std::to_string(revisions.back().number)));
+}
+
+void RowAudit::CheckEntry(const RowTable& table, const char* row) {
+    if (m_entry.head != m_revision) return;
+    const auto compare = [&](const std::string& what, std::string_view entry, std::string_view stored) {
+        if (entry != stored) Find("REPO_PROJECT", "its " + what + " is " + Quoted(entry) + ", and that of SM_PROJECT is " + Quoted(stored));
+    };
+    compare("id", m_entry.id, rowcodec::Id(row));
+    compare("name", m_entry.name, TextNamed(table, row, "NAME"));
 }
 
 void RowAudit::TakeObjects(const RowTable& table) {
     Each(table, [&](const char* row) {
+        if (!table.hasParent) CheckEntry(table, row);
         const RowHead head = rowcodec::Head(table, row);
         const auto [object, isNew] = m_objects.try_emplace(std::string(head.id), Object{&table, head.version, std::string(head.parentId)});
         if (isNew) return;

@@ -32,6 +32,8 @@ class RowAudit {
     bool Stands(std::string_view id) const { return m_objects.count(std::string(id)) != 0; }
     void TakeObjects(const RowTable& table);
     void CheckHead();
+    /** Holds the registry's entry against the newest project row, which it repeats. */
+    void CheckEntry(const RowTable& table, const char* row);
     void CheckParents();
     void CheckWayUp(const std::string& id);
     void CheckRecords();
@@ -39,7 +41,9 @@ class RowAudit {
     void CheckOrders();
 
     StoreSession& m_session;
-    std::int64_t m_project, m_revision, m_head = 0;
+    std::int64_t m_project, m_revision;
+    /** As it was at the beginning. */
+    ProjectEntry m_entry;
     std::unordered_map<std::string, Object> m_objects;
     std::vector<std::string> m_faults;
 };

@@ -1,5 +1,7 @@
 #include <algorithm>
 
+#include <gmock/gmock.h>
+
 #include "core/qvutils/io/qvxmlformattarget.h"
 #include "core/qvutils/text/tklbytebuffer.h"
 #include "tests/core/repository/repositorytest.h"
@@ -37,6 +39,21 @@ class RepositoryHistory : public RepositoryTest {
         context->Describe("ada", "a record");
         EXPECT_TRUE(project->write(*context));
         return number;
+    }
+    /** Their numbers. */
+    std::string RevisionsOf(long number, const char* id) {
+        std::string text;
+        for (const SMRepositoryRevision& revision : repository->RevisionsOf(number, QvULString(id)))
+            text += std::to_string(revision.number);
+        return text;
+    }
+    /** "NAME=value in REVISION", one line a value. */
+    std::string BlameOf(long number, const char* id) {
+        std::string text;
+        for (const SMRepositoryBlame& line : repository->Blame(number, QvULString(id)))
+            text +=
+                std::string(line.name.utf8()) + "=" + std::string(line.value.utf8()) + " in " + std::to_string(line.revision.number) + "\n";
+        return text;
     }
     QvSmartPtr<TestNode> project = Sample();
 };
@@ -170,29 +187,52 @@ TEST_P(RepositoryHistory, TellsWhichDocumentsAreTheSame) {
     EXPECT_NE(revisions[0].documentDigest, revisions[1].documentDigest);
     EXPECT_EQ(revisions[0].documentDigest, revisions[2].documentDigest);
     EXPECT_TRUE(revisions[3].documentDigest.empty()) << "it was saved without one";
+    EXPECT_EQ(revisions[2].documentBytes, 4u);
+    EXPECT_EQ(revisions[3].documentBytes, 0u);
 }
 
 TEST_P(RepositoryHistory, FindsTheRevisionsOfAnObject) {
     const long number = PutThree();
-    const auto numbers = [&](const char* id) {
-        std::string text;
-        for (const SMRepositoryRevision& revision : repository->RevisionsOf(number, QvULString(id)))
-            text += std::to_string(revision.number);
-        return text;
-    };
-    EXPECT_EQ(numbers("m"), "12");
-    EXPECT_EQ(numbers("e2"), "12") << "it went in the second";
-    EXPECT_EQ(numbers("r"), "13");
-    EXPECT_EQ(numbers("nobody"), "");
+    EXPECT_EQ(RevisionsOf(number, "m"), "12");
+    EXPECT_EQ(RevisionsOf(number, "e2"), "12") << "it went in the second";
+    EXPECT_EQ(RevisionsOf(number, "r"), "13");
+    EXPECT_EQ(RevisionsOf(number, "nobody"), "");
+    Map(*project).Child(0).Set("VALUE", TestNode::Text("4"));
+    Save(*project, number);
+    EXPECT_EQ(RevisionsOf(number, "m"), "124") << "an entry has no address of its own";
 }
 
 TEST_P(RepositoryHistory, BlamesTheRevisionThatSetAValue) {
     const long number = PutThree();
-    std::string text;
-    for (const SMRepositoryBlame& line : repository->Blame(number, QvULString("m")))
-        text += std::string(line.name.utf8()) + "=" + std::string(line.value.utf8()) + " in " + std::to_string(line.revision.number) + "\n";
-    EXPECT_EQ(text, "DEFAULTVALUE= in 1\nHIDDEN=false in 1\nNAME=Renamed in 2\n");
+    EXPECT_EQ(BlameOf(number, "m"),
+              "DEFAULTVALUE= in 1\nHIDDEN=false in 1\nNAME=Renamed in 2\n"
+              "parameterMapEntry [a].KEY=a in 1\nparameterMapEntry [a].VALUE=1 in 1\n"
+              "parameterMapEntry [c].KEY=c in 1\nparameterMapEntry [c].VALUE=3 in 1\n");
     EXPECT_TRUE(repository->Blame(number, QvULString("e2")).empty());
+}
+
+TEST_P(RepositoryHistory, CountsPartsWithoutAnAddressAsTheirObject) {
+    TestNode& outer = Root(*project).Child(1);
+    TestNode& inner = outer.AddSection("Inner", "s3", "folder");
+    outer.AddSection("Other", "n").AddSection("Far", "s4", "folder");
+    const long number = Put(*project);
+    inner.records["property"] = "<a></a>";
+    Save(*project, number);
+    outer.Set("DESCRIPTION", TestNode::Text("fruit")).names["fr"] = "Pomme";
+    Save(*project, number);
+    outer.Child(1).Child(0).Named("Farther");
+    Save(*project, number);
+    EXPECT_EQ(RevisionsOf(number, "r"), "123") << "a namespace and what is below it have addresses";
+    EXPECT_EQ(RevisionsOf(number, "n"), "14");
+    EXPECT_EQ(RevisionsOf(number, "s2"), "1");
+    const std::string blame = BlameOf(number, "r");
+    EXPECT_THAT(blame, testing::HasSubstr("\nfolder [Apple].folder [Inner].record property=<a></a> in 2\n"));
+    EXPECT_THAT(blame, testing::HasSubstr("\nfolder [Apple].name[fr]=Pomme in 3\n"));
+    EXPECT_THAT(blame, testing::Not(testing::HasSubstr("Far")));
+    outer.Remove(inner);
+    Save(*project, number);
+    EXPECT_EQ(RevisionsOf(number, "r"), "1235");
+    EXPECT_THAT(BlameOf(number, "r"), testing::Not(testing::HasSubstr("Inner")));
 }
 
 TEST_P(RepositoryHistory, LoadsWhatStoodInARevision) {

@@ -70,6 +70,28 @@ TEST(SmodelRepoHistory, ListsTheRevisionsOfAnObjectEvenOfOneThatWent) {
     EXPECT_EQ(WithoutMoments(repository.Run("log", {"id:p"}).out), "1\tada\tfirst\n");
 }
 
+TEST(SmodelRepoHistory, TellsOfASubjectWhatItsQueryAndDeterminantsWere) {
+    const auto model = [](const std::string& table, const std::string& canGroup) {
+        return SalesModel("<querySubject><name locale=\"en\">Orders</name><definition><dbQuery><sql type=\"x\">Select 1 from <table>" +
+                          table +
+                          "</table></sql><tableType>table</tableType></dbQuery></definition><determinants><determinant><name>Key</name>"
+                          "<canGroup>" +
+                          canGroup + "</canGroup><identifiesRow>true</identifiesRow></determinant></determinants></querySubject>");
+    };
+    const ToolRepository repository;
+    repository.Put(model("orders", "false"), {"--author", "ada", "-m", "first"});
+    repository.Put(model("orders", "true"), {"--author", "bob", "-m", "second"});
+    repository.Put(model("lines", "true"), {"--author", "cy", "-m", "third"});
+    const std::string address = "[Sales].[Orders]";
+    EXPECT_EQ(WithoutMoments(repository.Run("log", {address}).out), "3\tcy\tthird\n2\tbob\tsecond\n1\tada\tfirst\n");
+    EXPECT_THAT(
+        WithoutMoments(repository.Run("blame", {address}).out),
+        AllOf(HasSubstr("1\tada\tNAME\tOrders\n"), MatchesRegex("(.|\n)*\n3\tcy\tdefinition.SQL\t[^\n]*lines(.|\n)*"),
+              HasSubstr("\n2\tbob\tdeterminant [Key].CANGROUP\ttrue\n"), HasSubstr("\n1\tada\tdeterminant [Key].IDENTIFIESROW\ttrue\n")));
+    EXPECT_EQ(repository.Run("restore", {address + "@1", "--author", "di", "-m", "back"}).status, 0);
+    EXPECT_THAT(WithoutMoments(repository.Run("log", {address}).out), StartsWith("4\tdi\tback\n3\tcy\tthird\n"));
+}
+
 TEST(SmodelRepoHistory, NamesObjectsAlikeForOneThatNeverWas) {
     const ToolRepository repository;
     PutThree(repository);

@@ -13,7 +13,7 @@ class SMTicker {
   public:
     /** The control is borrowed. `interval`: steps between two calls of its callback. */
     SMTicker(const SMControl& control, SMProgress::Unit unit, std::size_t interval)
-        : m_control(control), m_interval(interval), m_progress{unit, 0} {}
+        : m_control(control), m_interval(interval), m_progress{unit, 0, 0} {}
 
     void Add(std::size_t steps) {
         if (m_control.cancelled && m_control.cancelled->load(std::memory_order_relaxed)) throw SMCancelled();
@@ -21,10 +21,13 @@ class SMTicker {
         if (m_progress.done >= m_next) Tell();
     }
     std::size_t Done() const { return m_progress.done; }
+    /** A count to tell along; borrowed. */
+    void WatchBytes(const std::size_t& bytes) { m_bytes = &bytes; }
 
   private:
     void Tell() {
         m_next = m_progress.done + m_interval;
+        if (m_bytes) m_progress.bytesRead = *m_bytes;
         if (m_control.progress) m_control.progress(m_progress);
     }
 
@@ -32,6 +35,7 @@ class SMTicker {
     std::size_t m_interval;
     std::size_t m_next = 0;
     SMProgress m_progress;
+    const std::size_t* m_bytes = nullptr;
 };
 
 /**

@@ -62,11 +62,13 @@ class OutlineBuilder : public SMProjectBuilder {
 
 }  // namespace
 
-SMModelOutline::SMModelOutline(std::string_view document, const SMControl& control) : m_document(document), m_project(new SMProject2) {
+SMModelOutline::SMModelOutline(std::string_view document, const SMControl& control, const SMXMLLimits& limits)
+    : m_document(document), m_limits(limits), m_project(new SMProject2) {
     m_project->m_partFiles.SetRoot(".");
     OutlineBuilder builder(m_project, m_elements, control);
     QvSAX2Parser parser;
     parser.setContentHandler(&builder);
+    parser.setLimits(limits);
     parser.parse(document.data(), document.size());
     IndexIds();
 }

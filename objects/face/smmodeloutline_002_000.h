@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "core/qvutils/xml/limits.h"
 #include "objects/face/smoperation_002_000.h"
 #include "objects/project/smproject2_002_000.h"
 
@@ -30,10 +31,12 @@ class SM_API SMModelOutline {
         bool Holds(std::size_t other) const { return other >= number && other < end; }
     };
 
-    /** Reads a model document, which is not copied. Raises TklRuntimeError when it is none, and SMCancelled. */
-    explicit SMModelOutline(std::string_view document, const SMControl& control = {});
+    /** Reads a model document, which is not copied. Raises TklRuntimeError when it is none, or passes a limit, and SMCancelled. */
+    explicit SMModelOutline(std::string_view document, const SMControl& control = {}, const SMXMLLimits& limits = {});
 
     std::string_view Document() const { return m_document; }
+    /** Those that it was read with. */
+    const SMXMLLimits& Limits() const { return m_limits; }
     SMProject2& Project() const { return *m_project; }
     /** By number. */
     const std::vector<Element>& Elements() const { return m_elements; }
@@ -49,6 +52,7 @@ class SM_API SMModelOutline {
 
   private:
     std::string_view m_document;
+    SMXMLLimits m_limits;
     QvSmartPtr<SMProject2> m_project;
     std::vector<Element> m_elements;
     std::unordered_map<std::string_view, std::size_t> m_byId;

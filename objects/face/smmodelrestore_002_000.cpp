@@ -241,8 +241,8 @@ void Restore(const SMModelOutline& then, const SMModelOutline& now, std::size_t 
     const SMSplicePlan plan = planner.Plan();
     notes = planner.Notes();
     CheckNamespaces(then, now, element, plan);
-    const SMSplice splice(now.Document(), then.Document(), plan);
-    const SMModelOutline restored(splice.Document(), control);
+    const SMSplice splice(now.Document(), then.Document(), plan, now.Limits());
+    const SMModelOutline restored(splice.Document(), control, now.Limits());
     const auto back = std::find_if(restored.Elements().begin(), restored.Elements().end(), [&](const Element& e) {
         const SMSplice::Origin origin = splice.OriginOf(e.number);
         return origin.isFromSource && origin.number == element.number;

@@ -53,9 +53,10 @@ class Extractor : public NumberedHandler {
     QvSAX2PrintHandler m_printer;
 };
 
-void Parse(std::string_view document, QvContentHandler& handler) {
+void Parse(std::string_view document, const SMXMLLimits& limits, QvContentHandler& handler) {
     QvSAX2Parser parser;
     parser.setContentHandler(&handler);
+    parser.setLimits(limits);
     parser.parse(document.data(), document.size());
 }
 
@@ -136,14 +137,14 @@ class SMSplicer : public NumberedHandler {
     std::size_t m_printed = 0;
 };
 
-SMSplice::SMSplice(std::string_view document, std::string_view source, const SMSplicePlan& plan) {
+SMSplice::SMSplice(std::string_view document, std::string_view source, const SMSplicePlan& plan, const SMXMLLimits& limits) {
     I18NString element, text;
     Extractor extractor(plan.element, element);
-    Parse(source, extractor);
+    Parse(source, limits, extractor);
     {
         QvStringWriter writer(text);
         SMSplicer splicer(*this, plan, element, extractor.Elements(), writer);
-        Parse(document, splicer);
+        Parse(document, limits, splicer);
     }
     m_document = std::string(text.utf8());
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/qvutils/text/i18nstring.h"
+#include "core/qvutils/xml/limits.h"
 
 namespace schema_002_000 {
 
@@ -28,8 +29,8 @@ struct SMSplicePlan {
 /** A document, and where its elements are from. */
 class SM_API SMSplice {
   public:
-    /** Raises TklRuntimeError when one of them is no document. */
-    SMSplice(std::string_view document, std::string_view source, const SMSplicePlan& plan);
+    /** Raises TklRuntimeError when one of them is no document, or passes a limit. */
+    SMSplice(std::string_view document, std::string_view source, const SMSplicePlan& plan, const SMXMLLimits& limits = {});
 
     const std::string& Document() const { return m_document; }
     struct Origin {

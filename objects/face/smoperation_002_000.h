@@ -15,6 +15,8 @@ struct SMProgress {
 
     Unit unit = elements;
     std::size_t done = 0;
+    /** While elements are counted: bytes of documents that were read for them. */
+    std::size_t bytesRead = 0;
 };
 
 /** What a caller gives along who wants to watch an operation, or to stop it. */

@@ -68,7 +68,9 @@ class DateWatch {
 class WatchedBuilder : public SMProjectBuilder {
   public:
     WatchedBuilder(SMProject2* project, const SMControl& control)
-        : SMProjectBuilder(project), m_ticker(control, SMProgress::elements, ELEMENTS_PER_TICK) {}
+        : SMProjectBuilder(project), m_ticker(control, SMProgress::elements, ELEMENTS_PER_TICK) {
+        m_ticker.WatchBytes(project->m_partFiles.Totals().bytes);
+    }
 
     void startElement(const I18NString& uri, const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) override {
         if (m_ticker.Done() == 0 && localName != "project") FailAtRoot(qName);

@@ -17,7 +17,7 @@ int Fmt(const Arguments& arguments) {
     int status = STATUS_CLEAN;
     const schema_002_000::SMAccountedResult loaded = ReadModelToWrite(arguments.in, arguments, status);
     if (!loaded.project) return status;
-    return Worse(status, StatusOf(SaveModel(*loaded.project, arguments.out, arguments.indent)));
+    return Worse(status, StatusOfWriting(SaveModel(*loaded.project, arguments.out, arguments.indent)));
 }
 
 }  // namespace

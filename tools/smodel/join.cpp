@@ -30,7 +30,7 @@ int Join(const Arguments& arguments) {
     for (SMDiagnostic& diagnostic : joined.diagnostics)
         if (diagnostic.file == OutputPath(arguments.out)) diagnostic.file = NameOfOutput(arguments.out);
     PrintDiagnostics(stderr, joined.diagnostics, true);
-    return Worse(status, StatusOf(joined));
+    return Worse(status, StatusOfWriting(joined));
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 #include "tools/smodel/models.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <system_error>
 
 #include "tools/smodel/interrupt.h"
 #include "tools/smodel/limits.h"
@@ -32,11 +35,20 @@ SMLoadOptions LoadOptionsFor(const std::string& given) {
 
 namespace {
 
+/** Of a regular file; 0 for anything else. */
+std::size_t SizeOf(const std::string& path) {
+    std::error_code unknown;
+    if (!std::filesystem::is_regular_file(path, unknown)) return 0;
+    const std::uintmax_t size = std::filesystem::file_size(path, unknown);
+    return unknown ? 0 : static_cast<std::size_t>(size);
+}
+
 /** `told` is what a signal says meanwhile; null for nothing. */
 template <class Load>
 auto Read(const std::string& given, Load load, const char* told = nullptr) {
     const LeaveAtOnce nothingToTidyUp(true, told);
     ProgressLine line("reading " + given);
+    line.SetBytes(SizeOf(InputPath(given)));
     SMLoadOptions options = LoadOptionsFor(given);
     options.control = line.Control();
     return load(InputPath(given), options);
@@ -90,11 +102,12 @@ SMAccountedResult ReadModelToWrite(const std::string& given, const LossArguments
 
 namespace {
 
-SMSaveResult Save(const std::string& given, const std::function<SMSaveResult(const SMSaveOptions&)>& save) {
+SMSaveResult Save(const std::string& given, std::size_t bytes, const std::function<SMSaveResult(const SMSaveOptions&)>& save) {
     SMSaveResult result;
     {
         const LeaveAtOnce nothingToTidyUp(given == "-");
         ProgressLine line("writing " + given);
+        line.SetBytes(bytes);
         SMSaveOptions options;
         options.control = line.Control();
         result = save(options);
@@ -108,14 +121,14 @@ SMSaveResult Save(const std::string& given, const std::function<SMSaveResult(con
 }  // namespace
 
 SMSaveResult SaveModel(const SMProject2& project, const std::string& given, bool indent) {
-    return Save(given, [&](SMSaveOptions options) {
+    return Save(given, 0, [&](SMSaveOptions options) {
         options.indent = indent;
         return SMSaveModel(project, OutputPath(given), options);
     });
 }
 
-SMSaveResult SaveDocument(const std::function<void(QvXMLFormatTarget&)>& write, const std::string& given) {
-    return Save(given, [&](const SMSaveOptions& options) { return SMSaveDocument(OutputPath(given), write, options); });
+SMSaveResult SaveDocument(const std::function<void(QvXMLFormatTarget&)>& write, const std::string& given, std::size_t bytes) {
+    return Save(given, bytes, [&](const SMSaveOptions& options) { return SMSaveDocument(OutputPath(given), write, options); });
 }
 
 void LeaveToTheSystem([[maybe_unused]] SMProject2& project) {
@@ -131,6 +144,12 @@ int StatusOf(const SMResult& result) {
     case SMStatus::failed: break;
     }
     return STATUS_UNUSABLE;
+}
+
+int StatusOfWriting(const SMResult& result) {
+    const auto isError = [](const SMDiagnostic& diagnostic) { return diagnostic.severity == SMSeverity::error; };
+    const bool isWhole = std::none_of(result.diagnostics.begin(), result.diagnostics.end(), isError);
+    return result.IsDone() && isWhole ? STATUS_CLEAN : StatusOf(result);
 }
 
 int Worse(int a, int b) {

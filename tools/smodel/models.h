@@ -44,8 +44,9 @@ schema_002_000::SMAccountedResult ReadModelToWrite(const std::string& given, con
 /** Writes a model while progress is shown; prints what went wrong. */
 schema_002_000::SMSaveResult SaveModel(const schema_002_000::SMProject2& project, const std::string& given, bool indent = false);
 
-/** The same for a document that `write` gives. */
-schema_002_000::SMSaveResult SaveDocument(const std::function<void(QvXMLFormatTarget&)>& write, const std::string& given);
+/** The same for a document of so many bytes that `write` gives. */
+schema_002_000::SMSaveResult SaveDocument(const std::function<void(QvXMLFormatTarget&)>& write, const std::string& given,
+                                          std::size_t bytes);
 
 /**
  * For a model that the process ends with: the system takes its memory back at once, while to free a million objects takes a second. A build
@@ -55,5 +56,10 @@ void LeaveToTheSystem(schema_002_000::SMProject2& project);
 
 /** The exit status that tells how an operation ended. */
 int StatusOf(const schema_002_000::SMResult& result);
+/**
+ * The same for an operation that writes a model. A warning counts for nothing there: all was written, and what is wrong with the model
+ * decides about the status of reading it.
+ */
+int StatusOfWriting(const schema_002_000::SMResult& result);
 /** The one that weighs more. */
 int Worse(int a, int b);

@@ -115,5 +115,5 @@ int PutModel(SMRepository& repository, SMRepositoryHelper& context, SMProject2& 
     if (!FlushOutput() && put.IsDone() && context.Revision() != base)
         Complain("revision " + std::to_string(context.Revision()) + " was saved, though this cannot be told on standard output");
     LeaveToTheSystem(project);
-    return StatusOf(put);
+    return StatusOfWriting(put);
 }

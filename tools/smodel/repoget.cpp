@@ -18,7 +18,7 @@ int GetRows(SMRepository& repository, SMRepositoryHelper& context, const std::st
     const schema_002_000::SMGetResult got = LoadRows(repository, context);
     if (!got.IsDone()) return StatusOf(got);
     DropIdsThatNoDocumentKeeps(*got.project);
-    return Worse(StatusOf(got), StatusOf(SaveModel(*got.project, output)));
+    return Worse(StatusOf(got), StatusOfWriting(SaveModel(*got.project, output)));
 }
 
 int Get(const Arguments& arguments) {
@@ -28,7 +28,8 @@ int Get(const Arguments& arguments) {
     context->ReadAt(revision.number);
     if (arguments.rows) return GetRows(repository, *context, arguments.output);
     if (revision.hasDocument)
-        return StatusOf(SaveDocument([&](QvXMLFormatTarget& target) { context->ReadDocument(target); }, arguments.output));
+        return StatusOf(
+            SaveDocument([&](QvXMLFormatTarget& target) { context->ReadDocument(target); }, arguments.output, revision.documentBytes));
     SMDiagnostic note;
     note.severity = SMSeverity::note;
     note.code = qv::code::NO_DOCUMENT;

@@ -7,6 +7,7 @@
 #include "objects/face/smmodelrestore_002_000.h"
 #include "objects/face/smreferences_002_000.h"
 #include "tools/smodel/interrupt.h"
+#include "tools/smodel/limits.h"
 #include "tools/smodel/models.h"
 #include "tools/smodel/putting.h"
 #include "tools/smodel/repo.h"
@@ -29,7 +30,7 @@ struct Arguments : RepositoryArguments {
 class Recorded {
   public:
     Recorded(SMRepository& repository, long project, const SMRepositoryRevision& revision, ProgressLine& line)
-        : m_context(repository.OpenProject(project)), m_document(Read(revision)), m_outline(*m_document, line.Control()) {
+        : m_context(repository.OpenProject(project)), m_document(Read(revision)), m_outline(*m_document, line.Control(), LimitsInForce()) {
         m_context->SetVisitor([&, compared = std::size_t{0}](const IOObject&) mutable {
             if (++compared % OBJECTS_PER_TICK == 0) line.Show("objects", compared, 0);
         });
@@ -119,6 +120,7 @@ void AddRepoRestore(const Command& repo) {
     restore.Text("-m,--message", "MESSAGE", arguments.message, "Why; by default what is restored");
     restore.Text("--author", "NAME", arguments.author, "Who; by default the login name");
     restore.Option("--base", "REV", arguments.base, "The revision that the new one is based on; by default the newest");
+    AddLimits(restore);
     restore.Footer(
         "All else stays as it is. What stood below the object then and stands elsewhere now comes back to it. When the repository has "
         "moved\n"

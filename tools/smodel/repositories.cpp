@@ -107,10 +107,15 @@ std::string Listed(const std::vector<SMRepositoryProject>& projects) {
 }  // namespace
 
 std::unique_ptr<SMRepositoryHelper> ContextFor(SMRepository& repository, const SMProject2& project) {
-    for (const SMRepositoryProject& stored : repository.Projects())
-        if (project.GetId().empty() ? stored.name == project.GetName() : stored.id == project.GetId())
-            return repository.OpenProject(stored.number);
-    return repository.NewProject();
+    std::vector<SMRepositoryProject> fitting = repository.Projects();
+    std::erase_if(fitting, [&](const SMRepositoryProject& stored) {
+        return project.GetId().empty() ? stored.name != project.GetName() : stored.id != project.GetId();
+    });
+    if (fitting.empty()) return repository.NewProject();
+    if (fitting.size() == 1) return repository.OpenProject(fitting.front().number);
+    throw TklRuntimeError(repository.Name() + " holds several projects that the model can be a new revision of, for it " +
+                          (project.GetId().empty() ? "has no id and they have its name" : "has the id of each") +
+                          "; name one of them by --project: " + Listed(fitting));
 }
 
 std::unique_ptr<SMRepositoryHelper> ContextOf(SMRepository& repository, const std::string& given) {

@@ -8,7 +8,10 @@
 #include "core/repository/smrepository.h"
 #include "objects/face/smmodelstore_002_000.h"
 
-/** A context for the project of a model: the stored one of its id, or of its name when it has no id, or else a new one. */
+/**
+ * A context for the project of a model: the stored one of its id, or of its name when it has no id, or else a new one. Raises
+ * TklRuntimeError that names them when there are several.
+ */
 std::unique_ptr<SMRepositoryHelper> ContextFor(SMRepository& repository, const schema_002_000::SMProject2& project);
 
 /** The project of that id, name or number; when none is given, the only one. Raises TklRuntimeError that names what there is. */

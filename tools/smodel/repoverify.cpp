@@ -56,7 +56,9 @@ class Verification {
             return Find(std::string("the document cannot be read: ") + error.what());
         }
         m_hasDocument = true;
-        SMLoadResult loaded = SMLoadModelBytes(m_document);
+        SMLoadOptions options;
+        options.limits = LimitsInForce();
+        SMLoadResult loaded = SMLoadModelBytes(m_document, options);
         if (!loaded.IsDone()) return Find("the document is no model", loaded);
         if (const std::string difference = DocumentDiff(m_document, Formatted(*loaded.project), "    "); !difference.empty())
             Find("the document is not canonical:\n" + difference);

@@ -33,7 +33,7 @@ int Split(const Arguments& arguments) {
     }
     PrintDiagnostics(stderr, split.diagnostics, true);
     for (const std::string& name : split.changed) Print(Printable(arguments.directory + "/" + name) + "\n");
-    return Worse(status, StatusOf(split));
+    return Worse(status, StatusOfWriting(split));
 }
 
 }  // namespace

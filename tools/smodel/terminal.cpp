@@ -157,12 +157,17 @@ schema_002_000::SMControl ProgressLine::Control() {
     control.cancelled = &Interrupted();
     if (m_isTerminal)
         control.progress = [this](const schema_002_000::SMProgress& progress) {
-            Show(UNITS[progress.unit], progress.done, progress.unit == schema_002_000::SMProgress::objects ? m_objects : 0);
+            using Progress = schema_002_000::SMProgress;
+            const std::size_t total = progress.unit == Progress::objects ? m_objects : progress.unit == Progress::bytes ? m_bytes : 0;
+            // separate files count too, so that more may be read than the document has
+            const bool isPart = m_bytes > 0 && progress.unit == Progress::elements && progress.bytesRead <= m_bytes;
+            Show(UNITS[progress.unit], progress.done, total,
+                 isPart ? static_cast<double>(progress.bytesRead) / static_cast<double>(m_bytes) : 0);
         };
     return control;
 }
 
-void ProgressLine::Show(const char* things, std::size_t done, std::size_t total) {
+void ProgressLine::Show(const char* things, std::size_t done, std::size_t total, double share) {
     const auto now = Clock::now();
     if (m_things != things) {
         if (!m_things.empty()) m_counts[m_things].spent += now - m_begin;
@@ -183,7 +188,10 @@ void ProgressLine::Show(const char* things, std::size_t done, std::size_t total)
     if (const double seconds = std::chrono::duration<double>(count.spent + (now - m_begin)).count(); seconds > 0.05 && done > 0) {
         const double rate = static_cast<double>(done) / seconds;
         line += ", " + Grouped(static_cast<std::size_t>(rate)) + "/s";
-        if (total >= done && total > 0) line += ", " + Clocked(static_cast<double>(total - done) / rate) + " left";
+        double left = -1;
+        if (total > 0) left = static_cast<double>(total) - static_cast<double>(done);
+        if (total == 0 && share > 0) left = static_cast<double>(count.last) / share - static_cast<double>(count.last);
+        if (left >= 0) line += ", " + Clocked(left / rate) + " left";
     }
     Write(stderr, line + "\x1b[K");
 }

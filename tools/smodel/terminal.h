@@ -53,9 +53,11 @@ class ProgressLine {
     schema_002_000::SMControl Control();
     /** How many objects there are, so that the time left can be told. */
     void SetObjects(std::size_t total) { m_objects = total; }
+    /** The same for the bytes of the document that is read or written. */
+    void SetBytes(std::size_t total) { m_bytes = total; }
     /** Tells how far it is, where a count that begins again goes on from what it had come to: with how many things a second, and, where
-     * `total` is not 0, the time that is left. */
-    void Show(const char* things, std::size_t done, std::size_t total);
+     * `total` is not 0, the time that is left. `share`: how much of all this is, where only that is known. */
+    void Show(const char* things, std::size_t done, std::size_t total, double share = 0);
 
   private:
     using Clock = std::chrono::steady_clock;
@@ -63,7 +65,7 @@ class ProgressLine {
     std::string m_what;
     bool m_isTerminal;
     bool m_shown = false;
-    std::size_t m_objects = 0;
+    std::size_t m_objects = 0, m_bytes = 0;
     Clock::time_point m_next;
     /** What is counted now, and since when. */
     std::string m_things;

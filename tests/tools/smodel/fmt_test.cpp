@@ -71,6 +71,23 @@ TEST(SmodelFmt, DropsContentWhenThatIsAccepted) {
     EXPECT_THAT(run.out, ::testing::Not(HasSubstr("odd")));
 }
 
+/** What is not there needs no keeping: `check` ends with 0 too. */
+TEST(SmodelFmt, TellsWhatOnlyWritingNotesWithoutAFinding) {
+    const std::string model =
+        ModelDocument("<namespace><name locale=\"en\">n</name><querySubject><name locale=\"en\">s</name></querySubject></namespace>");
+    const TestDirectory directory;
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"fmt", "-"},
+                                                  {"split", "-", "-d", directory.Path("parts")},
+                                                  {"join", "-"},
+                                                  {"repo", "put", directory.Path("r.db"), "-"}}) {
+        const ToolRun run = RunTool(words, model);
+        EXPECT_EQ(run.status, 0) << words.front();
+        EXPECT_THAT(run.err, HasSubstr("warning: SMQuerySubject with missing definition.")) << words.front();
+    }
+    EXPECT_EQ(RunTool({"check", "-"}, model).status, 0);
+    EXPECT_EQ(RunTool({"fmt", "-", "-o", "/dev/full"}, model).status, 2);
+}
+
 /** Nobody has seen what a file holds that cannot be read, so nobody can accept its loss. */
 TEST(SmodelFmt, RefusesAModelThatLacksAFileAsAllCommandsThatWriteDo) {
     const TestDirectory directory;

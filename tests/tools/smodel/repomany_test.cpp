@@ -156,6 +156,9 @@ TEST(SmodelRepoProgress, TellsObjectsRateAndTimeLeftOnATerminal) {
         return std::regex_search(
             out, std::regex(std::string("saving to [^\r]*: [0-9,]+ of [0-9,]+ ") + things + ", [0-9,]+/s, [0-9]+:[0-9][0-9] left"));
     };
+    const auto showsReading = [&] {
+        return std::regex_search(out, std::regex("reading [^\r]*big.xml: [0-9,]+ elements, [0-9,]+/s, [0-9]+:[0-9][0-9] left"));
+    };
 #ifdef NDEBUG
     const bool isSlow = false;  // rows go out too fast to be seen for certain
 #else
@@ -166,8 +169,9 @@ TEST(SmodelRepoProgress, TellsObjectsRateAndTimeLeftOnATerminal) {
         repository.leftUnverified = true;
         out = RunToolOnTerminal({"repo", "put", repository.Location(), repository.directory.Write("big.xml", BigModel(size.objects))}).out;
         EXPECT_THAT(out, HasSubstr(std::string("revision 1: ") + size.told + " objects added"));
-        if (shows("objects") && (!isSlow || shows("rows"))) break;
+        if (shows("objects") && showsReading() && (!isSlow || shows("rows"))) break;
     }
+    EXPECT_TRUE(showsReading()) << out;
     EXPECT_TRUE(shows("objects")) << out;
     EXPECT_TRUE(!isSlow || shows("rows")) << out;
     EXPECT_THAT(out, HasSubstr("\r\x1b[Krevision 1: ")) << "the line is wiped";

@@ -75,6 +75,25 @@ TEST(SmodelRepoPut, TellsAFullDiskAndLeavesAnEmptyRepository) {
                              "again\nstatus 2\n"));
 }
 
+TEST(SmodelRepoPut, AsksWhichProjectIsMeantWhereSeveralHaveTheNameOfAModelWithoutAnId) {
+    const auto model = [](const std::string& id, const std::string& content) {
+        std::string text = SalesModel(content);
+        return text.replace(text.find(" id=\"p\""), 7, id.empty() ? "" : " id=\"" + id + "\"");
+    };
+    const ToolRepository repository;
+    repository.Put(model("A", ""));
+    EXPECT_EQ(repository.Put(model("", ORDERS)).out, "revision 2: 3 objects added, 0 changed, 0 removed\n") << "only one has the name";
+    repository.Put(model("B", ""));
+    const ToolRun run = repository.Put(model("", ""));
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.err, HasSubstr("it has no id and they have its name; name one of them by --project: "));
+    EXPECT_THAT(run.err, HasSubstr("Test (A), "));
+    EXPECT_THAT(run.err, HasSubstr("Test (B)\n"));
+    EXPECT_EQ(SMRepository(repository.Location()).Projects().front().revision, 2);
+    EXPECT_EQ(repository.Put(model("", ORDERS), {"--project", "B"}).out, "revision 2: 3 objects added, 0 changed, 0 removed\n");
+    EXPECT_EQ(repository.Put(model("A", "")).out, "revision 3: 0 objects added, 0 changed, 3 removed\n") << "its id tells which";
+}
+
 TEST(SmodelRepoPut, KeepsAuthorAndMessage) {
     const ToolRepository repository;
     repository.Put(SalesModel(ORDERS), {"-m", "why\nand how", "--author", "ada"});

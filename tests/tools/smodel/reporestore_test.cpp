@@ -31,6 +31,12 @@ std::string Subject(const std::string& name, const std::string& content, const s
     return Named("querySubject", name, id, "<definition><dbQuery><sources></sources></dbQuery></definition>" + content);
 }
 
+/** So many folders around it, one in the other. */
+std::string InFolders(int depth, std::string content) {
+    for (; depth > 0; --depth) content = Named("folder", "f" + std::to_string(depth), {}, content);
+    return content;
+}
+
 /** The same on each kind of store. */
 class SmodelRepoRestore : public testing::TestWithParam<const char*> {
   protected:
@@ -86,6 +92,18 @@ class SmodelRepoRestore : public testing::TestWithParam<const char*> {
 INSTANTIATE_TEST_SUITE_P(Each, SmodelRepoRestore, testing::Values("Sqlite", "Postgres"), [](const auto& store) { return store.param; });
 
 }  // namespace
+
+TEST_P(SmodelRepoRestore, ReadsDocumentsWithinTheLimitsThatAreGiven) {
+    repository.leftUnverified = true;
+    const std::string limits = "depth=2000", address = "[Sales].[Orders]";
+    for (const char* const expression : {"1", "2"})
+        ASSERT_EQ(
+            repository.Put(SalesModel(InFolders(1'000, Subject("Orders", Item("Amount", {}, expression)))), {"--limits", limits}).status,
+            0);
+    EXPECT_THAT(Restore(address + "@1").err, HasSubstr("raise the limit, as by --limits"));
+    EXPECT_EQ(Restore(address + "@1", {"--limits", limits}).out, "revision 3: 0 objects added, 1 changed, 0 removed\n");
+    EXPECT_EQ(repository.Get(), repository.Get("1"));
+}
 
 TEST_P(SmodelRepoRestore, BringsBackWhatWasEditedAndNothingElse) {
     Put({SalesModel(Subject("Orders", Item("Amount") + Item("Day"))),

@@ -60,6 +60,34 @@ TEST_F(SmodelRepoVerify, NamesARowThatWasChangedByHand) {
                                HasSubstr("\n  NAME: \"Sum\" -> \"Amount\"\n")));
 }
 
+TEST_F(SmodelRepoVerify, NamesAProjectThatTheRegistryCallsOtherwise) {
+    ASSERT_EQ(ChangeByHand(repository, "UPDATE REPO_PROJECT SET NAME = 'Other', PROJECT_ID = 'o'"), 1);
+    const ToolRun run = repository.Run("verify");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out,
+              "revision 2:\n  REPO_PROJECT: its id is 'o', and that of SM_PROJECT is 'p'\n"
+              "  REPO_PROJECT: its name is 'Other', and that of SM_PROJECT is 'Test'\n");
+    EXPECT_EQ(repository.Run("verify", {"--at", "1"}).out, "revision 1: clean\n") << "the registry tells the newest name";
+}
+
+TEST_F(SmodelRepoVerify, FindsAProjectThatWasRenamedClean) {
+    std::string renamed = SECOND;
+    renamed.replace(renamed.find(">Test<"), 6, ">Renamed<");
+    ASSERT_EQ(repository.Put(renamed).out, "revision 3: 0 objects added, 1 changed, 0 removed\n");
+    EXPECT_EQ(repository.Run("verify", {"--all"}).out, "revision 1: clean\nrevision 2: clean\nrevision 3: clean\n");
+}
+
+TEST_F(SmodelRepoVerify, ReadsTheRecordedDocumentWithinTheLimitsThatAreGiven) {
+    std::string deep = SubjectElement("Orders", {"Amount"});
+    for (int depth = 0; depth < 1'000; ++depth) deep = "<folder><name locale=\"en\">f</name>" + deep + "</folder>";
+    repository.leftUnverified = true;
+    ASSERT_EQ(repository.Put(SalesModel(deep), {"--limits", "depth=2000"}).status, 0);
+    EXPECT_EQ(repository.Run("verify", {"--limits", "depth=2000"}).out, "revision 3: clean\n");
+    const ToolRun run = repository.Run("verify");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.out, AllOf(StartsWith("revision 3:\n  the document is no model\n"), HasSubstr("error[SM2102]")));
+}
+
 TEST_F(SmodelRepoVerify, NamesARowThatWasTakenAwayByHand) {
     ASSERT_EQ(ChangeByHand(repository, "DELETE FROM SM_QUERY_ITEM WHERE NAME = 'Day'"), 1);
     const ToolRun run = repository.Run("verify", {"--all"});

@@ -72,7 +72,7 @@ void SMProject2::EraseNamespaceEntry(const QvULString& name) {
     if (found == m_namespaceMap.end()) return;
     --found->second->m_mapEntries;
     m_namespaceMap.erase(found);
-    m_lastUniqueNames.clear();
+    m_takenNames.clear();
 }
 
 void SMProject2::AddNamespaceToMap(SMNamespace2* ns) {
@@ -92,7 +92,7 @@ void SMProject2::RebuildNamespaceMap() {
     }
     for (const auto& entry : m_namespaceMap) entry.second->m_mapEntries = 0;
     m_namespaceMap.clear();
-    m_lastUniqueNames.clear();
+    m_takenNames.clear();
     AddNamespaceToMap(m_rootNamespace);
     AddDescendentNamespacesToMap(*m_rootNamespace);
 }
@@ -116,7 +116,7 @@ void SMProject2::ForgetNamespace(SMNamespace2* ns) {
         const auto at = entry++;
         if (at->second != ns) continue;
         m_namespaceMap.erase(at);
-        m_lastUniqueNames.clear();
+        m_takenNames.clear();
         --ns->m_mapEntries;
     }
 }
@@ -139,14 +139,7 @@ SMNamespace2* SMProject2::FindNamespaceById(const I18NString& namespaceId) const
 }
 
 I18NString SMProject2::GenerateUniqueNamespaceName(const I18NString& name) const {
-    if (!FindNamespaceByName(name)) return SMRenameList2::GenerateUniqueNamespaceName(name, m_namespaceMap);
-    // the search goes on where the last one ended, so that a thousand namespaces of one name do not cost a million look-ups
-    constexpr std::size_t MOST_DIGITS = 15;  // a longer number is not read as one
-    I18NString& last = m_lastUniqueNames[name];
-    const std::string_view text = last.utf8();
-    const bool goesOn = !text.empty() && text.size() - (text.find_last_not_of("0123456789") + 1) <= MOST_DIGITS;
-    last = SMRenameList2::GenerateUniqueNamespaceName(goesOn ? last : name, m_namespaceMap);
-    return last;
+    return SMRenameList2::GenerateUniqueNamespaceName(name, m_namespaceMap, m_takenNames);
 }
 
 SMNamespace2* SMProject2::FindOrCreateNamespaceFromPath(std::list<QvULString>& path) {

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "core/qvutils/base/takennumbers.h"
 #include "objects/base/allsmobjects_002_000.h"
 #include "objects/base/smchildren_002_000.h"
 #include "objects/base/smenums_002_000.h"
@@ -223,8 +224,8 @@ class SM_API SMProject2 : public SMObjectBase {
     QvSmartPtr<SMNamespace2> m_rootNamespace;
     /** Every namespace of the model by name; borrows. */
     std::map<QvULString, SMNamespace2*> m_namespaceMap;
-    /** The last free name that was found for a taken one: no name between them is free until one leaves the map. */
-    mutable std::map<I18NString, I18NString> m_lastUniqueNames;
+    /** Forgotten when a name leaves the map. */
+    mutable std::map<I18NString, qv::TakenNumbers> m_takenNames;
     Packages m_packages;
     SMChildren<SMDatasource2> m_dataSources;
     SMChildren<SMParameterMap2> m_parameterMaps;

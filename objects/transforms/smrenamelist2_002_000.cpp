@@ -232,6 +232,18 @@ I18NString SMRenameList2::GenerateUniqueNamespaceName(const I18NString& name, co
     return result;
 }
 
+I18NString SMRenameList2::GenerateUniqueNamespaceName(const I18NString& name, const SMNamespaceMap& existing, SMTakenNames& taken) {
+    I18NString base, result;
+    long suffix = 0;
+    _SplitNameAndSuffix(name, base, suffix);
+    taken[base].FirstFree(suffix, [&](long number) {
+        result = base;
+        _AddSuffixToName(result, number);
+        return result.empty() || existing.find(result) != existing.end();
+    });
+    return result;
+}
+
 // ---- XML fragments
 
 SAX2RenameHandler::SAX2RenameHandler(QvXMLFormatTarget& target, SMRenameList2* list, bool ownRoot)

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/qvutils/base/takennumbers.h"
 #include "core/qvutils/text/qvulstring.h"
 #include "core/qvutils/text/tklbytebuffer.h"
 #include "core/qvutils/xml/qvsax2printhandler.h"
@@ -17,6 +18,8 @@ namespace schema_002_000 {
 class SMNamespace2;
 
 using SMNamespaceMap = std::map<QvULString, SMNamespace2*>;
+/** The numbers behind names that are taken, by what stands before the number. */
+using SMTakenNames = std::map<I18NString, qv::TakenNumbers>;
 
 /**
  * A table of renames of namespaces, objects and items, and the engine that carries them into texts. References are bracketed,
@@ -50,6 +53,8 @@ class SM_API SMRenameList2 {
 
     /** The name itself, or with the next free number: "Sales2" after "Sales" and "Sales1". */
     static I18NString GenerateUniqueNamespaceName(const I18NString& name, const SMNamespaceMap& existing);
+    /** The same; `taken` remembers what was found, and must be forgotten when a name leaves the map. */
+    static I18NString GenerateUniqueNamespaceName(const I18NString& name, const SMNamespaceMap& existing, SMTakenNames& taken);
 
     bool empty() const noexcept { return renames.empty(); }
 

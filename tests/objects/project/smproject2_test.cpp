@@ -203,6 +203,21 @@ TEST_F(ProjectNamespaces, AreFoundByNameAndId) {
     EXPECT_EQ(project->GenerateUniqueNamespaceName("root"), "root1");
 }
 
+TEST_F(ProjectNamespaces, GetNumbersBehindTheirNamesUntilTheseAreFree) {
+    for (const char* const name : {"a", "a1", "a2", "a4"}) root->AddOrUpdateNamespace(name, "");
+    EXPECT_EQ(project->GenerateUniqueNamespaceName("a"), "a3");
+    root->AddOrUpdateNamespace("a3", "");
+    EXPECT_EQ(project->GenerateUniqueNamespaceName("a"), "a5");
+    EXPECT_EQ(project->GenerateUniqueNamespaceName("a2"), "a5");
+    EXPECT_EQ(project->GenerateUniqueNamespaceName("a7"), "a7");
+    EXPECT_EQ(project->GenerateUniqueNamespaceName("a02"), "a5");
+    EXPECT_EQ(project->GenerateUniqueNamespaceName("b"), "b");
+    EXPECT_EQ(project->GenerateUniqueNamespaceName(""), "1");
+    project->DeleteNamespaceWithName("a1");
+    EXPECT_EQ(project->GenerateUniqueNamespaceName("a"), "a1");
+    EXPECT_EQ(project->GenerateUniqueNamespaceName("a2"), "a5");
+}
+
 TEST_F(ProjectNamespaces, AreFoundInKeyOrderWithoutRegardToCase) {
     SMNamespace2* upper = root->AddOrUpdateNamespace("NAME", "");
     root->AddOrUpdateNamespace("name", "");

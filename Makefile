@@ -1,7 +1,7 @@
 # The commands of the project. Each installs first what this machine lacks (see scripts/setup.sh).
 JOBS ?= $(shell nproc)
 # Tests also wait, for disks and servers.
-TEST_JOBS ?= $(shell expr $(JOBS) + 1)
+TEST_JOBS ?= $(shell expr 2 \* $(JOBS))
 SETUP := @scripts/setup.sh
 
 # $(call tree,PRESET,TARGETS) configures and builds one tree under build/.

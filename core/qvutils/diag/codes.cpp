@@ -40,7 +40,7 @@ constexpr SMCodeInfo CODES[] = {
     {qv::code::TRUNCATED, error, "the document ends too early",
      "The end of the document comes where something is still open: a tag, a text, or elements without their end. Most "
      "often a copy or a download broke off.",
-     "model.xml:5021:3: error[SM2004] input ended before all started tags were ended. last tag started is 'folder'"},
+     "model.xml:5021:3: error[SM2004] input ended before all started tags were ended; last tag started is 'folder'"},
     {qv::code::NOT_IN_ENCODING, error, "bytes that are no characters",
      "Bytes at this place stand for no character in the encoding of the document, which is UTF-8 unless its first line "
      "names another. Correct the encoding that is named, or convert the file.",
@@ -51,7 +51,7 @@ constexpr SMCodeInfo CODES[] = {
     {qv::code::UNKNOWN_ENCODING, error, "an encoding that is not known",
      "The first line of the document names an encoding that cannot be read. Convert the document to UTF-8, and let its "
      "first line say so.",
-     "model.xml:1:45: error[SM2007] could not create a converter for encoding: ebcdic-xx"},
+     "model.xml:1:43: error[SM2007] unable to create converter for 'EBCDIC-XX' encoding"},
     {qv::code::XML_VERSION, error, "another version of XML",
      "The document is not of XML version 1.0. Version 1.1 allows characters that could not be written back.",
      "model.xml:1:20: error[SM2008] XML version 1.1 is not supported"},
@@ -68,7 +68,7 @@ constexpr SMCodeInfo CODES[] = {
      "them. Take them out; models need no DOCTYPE.",
      "model.xml:2:40: error[SM2011] parameter entities are not supported"},
     {qv::code::RECURSIVE_ENTITY, error, "an entity that contains itself",
-     "The text of the entity leads back to the entity, so it has no end.", "model.xml:3:9: error[SM2012] recursive entity expansion"},
+     "The text of the entity leads back to the entity, so it has no end.", "model.xml:3:9: error[SM2012] recursive entity expansion 'a'"},
     {qv::code::NO_SUCH_FILE, error, "there is no such file",
      "Nothing stands under this path. For a separate file of a model: the model lacks what it holds.",
      "model.xml: error[SM2021] cannot open: No such file or directory"},
@@ -95,7 +95,7 @@ constexpr SMCodeInfo CODES[] = {
     {qv::code::TOO_MANY_BYTES, error, "the document is too large",
      "The document and its separate files together have more bytes than the limit \"document\" allows (16G by default). "
      "Where it is meant so, raise the limit with --limits; else somebody wants to keep this machine busy.",
-     "model.xml:1:1: error[SM2101] the document is larger than 17179869184 bytes; where that is meant, raise the limit, "
+     "model.xml: error[SM2101] the document is larger than 17179869184 bytes; where that is meant, raise the limit, "
      "as by --limits document=32G"},
     {qv::code::TOO_DEEP, error, "elements are nested too deep",
      "More elements stand inside each other than the limit \"depth\" allows (1000 by default), those around a separate "
@@ -132,7 +132,7 @@ constexpr SMCodeInfo CODES[] = {
      "The placeholders of the model name more files than the limit \"files\" allows (100000 by default), or the same "
      "files again too often. Where it is meant so, raise the limit with --limits; else somebody wants to keep this "
      "machine busy.",
-     "model.xml:9:1: error[SM2108] the model has more than 100000 separate files; where that is meant, raise the limit, "
+     "Sales.qvf: error[SM2108] the model has more than 100000 separate files; where that is meant, raise the limit, "
      "as by --limits files=200000"},
     {qv::code::TOO_MANY_REFERENCES, error, "too many entity references",
      "References to internal entities, those inside of entities included, are more than the limit \"references\" allows "
@@ -149,7 +149,7 @@ constexpr SMCodeInfo CODES[] = {
     {qv::code::FILES_TOO_DEEP, error, "separate files are nested too deep",
      "Each of these files is read in the midst of the one that names it, and there are more of them under way than any "
      "model needs. Put the content of some into the files that name them.",
-     "model.xml:9:1: error[SM2111] more than 100 files would be read one inside the other"},
+     "Sales.qvf: error[SM2111] more than 100 files would be read one inside the other"},
     {qv::code::STACK_TOO_SMALL, error, "the model is too deep for the stack",
      "Writing, saving and comparing a model take some of the stack of their thread for each level of it, and its objects stand inside each "
      "other so deep that the stack does not do. Where that is meant, give the thread a larger one: ulimit -s, before the command.",
@@ -169,8 +169,9 @@ constexpr SMCodeInfo CODES[] = {
      "model.xml:120:3: warning[SM3003] an object before it has the object id too, so that references never lead here "
      "[[sales].[orders]]"},
     {qv::code::NAME_CLASH, error, "a name clash that was resolved by a rename",
-     "The names of namespaces are unique in a model. A namespace before this one has the name, so the later one gets a number behind "
-     "its own, and references by its former name lead to the other. Usually the reason of a loss (SM1003); give it a name of its own.",
+     "The names of namespaces are unique in a model. Of two with one name, the one that ends later gets a number behind its own, "
+     "which of one inside the other is the outer one; references by its former name lead to the other. Usually the reason of a loss "
+     "(SM1003); give it a name of its own.",
      "model.xml:210:24: error[SM1003] the text of <name> in [sales2] is not kept (5 bytes): error[SM3004] A namespace with name 'sales' "
      "already exists - renaming this namespace to 'sales2'."},
     {qv::code::NO_CARDINALITY, warning, "a cardinality is missing",

@@ -75,17 +75,18 @@ TextDigest TextDigests::Stored(StoreSession& session, std::int64_t project, std:
 }
 
 void TextDigests::NoteRow(std::string_view id) {
-    if (!m_stored) return;
-    if (const std::uint64_t hash = HashOf(id); m_stored->count(hash) != 0) m_notes[hash] = {};
+    // what is fetched later in this save is of the revision before, which has the old texts
+    if (const std::uint64_t hash = HashOf(id); !m_stored || m_stored->count(hash) != 0) m_notes[hash] = {};
 }
 
 void TextDigests::NoteText(std::string_view id, const TextDigest& digest) {
-    if (m_stored) m_notes[HashOf(id)].Add(digest);
+    m_notes[HashOf(id)].Add(digest);
 }
 
 void TextDigests::Settle() {
     if (m_stored && m_stored->empty()) std::swap(*m_stored, m_notes);
-    for (const auto& [id, digest] : m_notes) (*m_stored)[id] = digest;
+    if (m_stored)
+        for (const auto& [id, digest] : m_notes) (*m_stored)[id] = digest;
     m_notes.clear();
 }
 

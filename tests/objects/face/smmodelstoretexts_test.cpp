@@ -7,6 +7,7 @@
 #include "objects/face/smmodelstore_002_000.h"
 #include "objects/containers/smnamespace2_002_000.h"
 #include "objects/query/smcalculation2_002_000.h"
+#include "objects/query/smquerysubject2_002_000.h"
 #include "tests/core/repository/repositorytest.h"
 #include "tests/support/facemodel.h"
 #include "tests/support/storerows.h"
@@ -107,6 +108,19 @@ TEST_P(PutOfTexts, WritesThemFromOneContextAgainAndAgain) {
     }
     EXPECT_EQ(Told(1, 4), "");
     EXPECT_EQ(Told(2, 3), "c name[fr]: compte -> somme\n");
+}
+
+TEST_P(PutOfTexts, KnowsThoseThatItWroteBeforeItAskedForAny) {
+    PutOf(Model("section", "calcul", "article"));
+    const auto context = repository->OpenProject(1);
+    const QvSmartPtr<SMProject2> project = Load(Model("partie", "calcul", "article"));
+    project->SetName("other");
+    project->GetRootNamespace()->ChangeDefaultScreenTip("tip");
+    ASSERT_TRUE(SMPutModel(*project, *context).IsDone());
+    project->GetRootNamespace()->GetQuerySubjects().front()->ChangeDefaultName("renamed");
+    ASSERT_TRUE(SMPutModel(*project, *context).IsDone());
+    EXPECT_EQ(project->GetRootNamespace()->GetVersionNo(), 2) << "not written again";
+    EXPECT_EQ(repository->CountChanges(1, 2, 3).changed, 1u) << Told(2, 3);
 }
 
 TEST_P(PutOfTexts, KeepsThoseThatAModelReadFromRowsLacks) {

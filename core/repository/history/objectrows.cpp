@@ -117,8 +117,10 @@ void ObjectRows::FetchRecordsAndTexts() {
     const auto fetch = [&](const RowTable& table, std::size_t owner) {
         m_session.FetchWhereEach(table, {{place::project, Condition::equal}, {owner, Condition::equal}}, parameters, arena,
                                  [&](const char* row, std::int64_t first, std::int64_t end) {
+                                     RowUse use(row);
                                      const auto id = owner == place::id ? rowcodec::Id(row) : rowcodec::ParentId(table, row);
-                                     Keep(m_places.at(std::string(id)), table, row, first, end);
+                                     const auto holder = m_places.find(std::string(id));
+                                     if (holder != m_places.end()) Keep(holder->second, table, use.HandOn(), first, end);
                                  });
     };
     fetch(Schema::Get().remainInfo(), place::parentId);

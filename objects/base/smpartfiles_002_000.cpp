@@ -93,6 +93,10 @@ bool SMPartFiles::Read(const Part& part, QvContentHandler& handler) {
     return isWhole;
 }
 
+void SMPartFiles::StandsFor(const I18NString& rootTag) {
+    if (m_source) m_source->Become(rootTag);
+}
+
 bool SMPartFiles::ReadContent(const Part& part, QvContentHandler& handler) {
     const std::size_t depth = m_open.size();
     try {

@@ -56,6 +56,8 @@ class SM_API SMPartFiles {
     };
     /** Reads a file into a handler. False, with the event logged, when it cannot be read; raises nothing but SMReadEnded. */
     bool Read(const Part& part, QvContentHandler& handler);
+    /** Tells the content source that the placeholder that has just been started names no file, but stands for such an element itself. */
+    void StandsFor(const I18NString& rootTag);
 
     /** Files that were read with this root element. */
     std::size_t ReadCount(const I18NString& rootTag) const;

@@ -72,6 +72,7 @@ void SMSectionTypeBuilder::StartNamespaceFile(const QvXMLAttributes& attrs) {
     const int filename = attrs.getIndex(m_tags->filename);
     QvSmartPtr<SMNamespace2> ns;
     if (filename < 0) {
+        project->m_partFiles.StandsFor(m_tags->namespace_);
         const I18NString name = attrs.getValue(m_tags->name);
         ns = project->FindNamespaceByName(name);
         if (!ns) {

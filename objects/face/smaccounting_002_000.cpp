@@ -18,6 +18,7 @@
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/diag/valuewitness.h"
 #include "core/qvutils/text/shortened.h"
+#include "core/qvutils/xml/limits.h"
 #include "objects/face/smfindings_002_000.h"
 #include "objects/face/smguard_002_000.h"
 #include "objects/face/smlossreasons_002_000.h"
@@ -167,18 +168,42 @@ class Account {
         const std::size_t misread = ReadFirst();
         if (!m_result.IsDone()) return std::move(m_result);
         Step([&] {
+            RequireFewEvents();
+            RequireFew(misread, " values cannot be read");
             TakeWritten();
-            if (m_scope == Scope::findingsToo) m_findings.emplace(m_result, m_options.control);
-            if (!m_sums.AreBalanced() || (m_findings && (misread != 0 || !m_findings->AreNone()))) ReadAgain();
+            m_keepsAll = m_sums.AreCovered();
+            if (m_scope == Scope::findingsToo) m_findings.emplace(m_result, m_options);
+            if (!m_keepsAll || (m_findings && (misread != 0 || !m_findings->AreNone()))) ReadAgain();
             SMDropToldEvents(m_result);
             if (m_reading.Input().Stamp() == stamp) return true;
             throw TklRuntimeError("the document was changed while it was read; read it again", m_reading.Input().Name());
         });
-        if (!m_result.IsDone()) m_result.project = nullptr;
+        if (!m_result.IsDone()) DropAll();
         return std::move(m_result);
     }
 
   private:
+    /** But what tells why. */
+    void DropAll() {
+        m_result.project = nullptr;
+        m_result.losses.clear();
+        m_result.findings.clear();
+        if (!m_result.diagnostics.empty() && m_result.diagnostics.back().code == qv::code::TOO_MANY_FINDINGS)
+            m_result.diagnostics.erase(m_result.diagnostics.begin(), std::prev(m_result.diagnostics.end()));
+    }
+
+    void RequireFewEvents() const {
+        if (m_result.diagnostics.empty() || m_result.diagnostics.back().code != qv::code::TOO_MANY_FINDINGS) return;
+        const SMDiagnostic& beyond = m_result.diagnostics.back();
+        FailOfTooMany("reading logs more events than are to be listed", beyond);
+    }
+    void RequireFew(std::size_t count, const char* what) const {
+        if (count > m_options.limits.findings) FailOfTooMany(std::to_string(count) + what + ", more than are to be listed");
+    }
+    [[noreturn]] void FailOfTooMany(const std::string& what, const SMDiagnostic& at = {}) const {
+        throw qv::LimitError(m_options.limits, &SMXMLLimits::findings, what, at.file, at.line, at.column);
+    }
+
     void Step(const std::function<bool()>& body) {
         SMResult step;
         SMRunGuarded(step, body);
@@ -217,7 +242,7 @@ class Account {
         SMFindingPlaces places(witness, m_findings ? m_findings->Texts() : NONE);
         std::vector<SMReading::Question> questions;
         qv::WantedContent wanted = known;
-        const SMLoadResult again = m_sums.AreBalanced() ? Reread(places) : FindLosses(witness, places, questions, wanted);
+        const SMLoadResult again = m_keepsAll ? Reread(places) : FindLosses(witness, places, questions, wanted);
         if (!wanted.IsNone()) return wanted;
         if (m_findings)
             for (SMModelFindings::Placed& placed : m_findings->Place(*again.project, places, witness)) {
@@ -264,12 +289,15 @@ class Account {
                                [](const qv::ContentNode& node) { return IsEntry(node); },  // a lambda, whose type no library exports
                                nullptr};
         if (hasClash) model.newName = [](const qv::ContentNode& node) { return NewNameOf(node); };
+        std::size_t count = 0;
         wanted = qv::FindContentLosses(document.Document(), written.Document(), model, [&](const ContentLoss& found) {
+            if (++count > m_options.limits.findings) return;
             m_result.losses.push_back(LossOf(found));
             if (const SMFindingPlaces::Misread* const why = places.ReasonOf(found))
                 SMGiveReason(m_result.losses.back(), SMToldMisread(*why));
             questions.push_back({witness.File(PlaceOf(found).file), QuestionOf(found)});
         });
+        RequireFew(count, " parts of the document would not be kept");
         return again;
     }
 
@@ -297,6 +325,7 @@ class Account {
     const SMLoadOptions& m_options;
     Scope m_scope;
     qv::ContentSums m_sums;
+    bool m_keepsAll = false;
     SMCheckResult m_result;
     std::optional<SMModelFindings> m_findings;
 };

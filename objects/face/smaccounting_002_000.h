@@ -17,7 +17,7 @@ struct SM_API SMLoss {
     std::string file;
     long line = 0, column = 0;
     std::size_t bytes = 0;
-    /** The object that it stands in. */
+    /** The object that it stands in; shortened beyond 4,000 bytes. */
     std::string objectPath;
     /** The element that is lost, or whose attribute or text is. */
     std::string elementName;
@@ -36,10 +36,10 @@ struct SM_API SMAccountedResult : SMLoadResult {
 /**
  * Reads a model document, and accounts for all its content: what a document that is written from the model would lack is listed,
  * with its exact place, and nothing else is. Comments, processing instructions, white space between elements, the order of siblings,
- * the spelling of whole numbers, and the midnight of a day without a time are no content. A document that a save leaves as it is costs one
- * read and one write into nowhere, in memory that does not grow with it. Any other one is read a second time, in memory that grows with
- * what is lost, with the longest list of siblings and, by eight bytes each, with the ids and versions that are written. What
- * can be read only once, such as a pipe, is put into a temporary file.
+ * the spelling of whole numbers, and the midnight of a day without a time are no content. A document of which all is kept costs one read
+ * and one write into nowhere, in memory that does not grow with it, but for eight bytes for each id and version that is not set, up to
+ * 64 MB. Any other one is read a second time, in memory that grows with what is lost and with the longest list of siblings. More losses
+ * than the limit `findings` are an error. What can be read only once, such as a pipe, is put into a temporary file.
  */
 SM_API SMAccountedResult SMLoadModelAccounted(const std::string& path, const SMLoadOptions& options = {});
 SM_API SMAccountedResult SMLoadModelBytesAccounted(std::string_view document, const SMLoadOptions& options = {});

@@ -8,6 +8,8 @@
 #include <utility>
 
 #include "core/qvutils/diag/codes.h"
+#include "core/qvutils/text/shortened.h"
+#include "core/qvutils/xml/limits.h"
 #include "objects/face/smguard_002_000.h"
 #include "objects/face/smmodelwalk_002_000.h"
 #include "objects/links/smrelationship2_002_000.h"
@@ -21,8 +23,9 @@ using What = qv::PlaceQuestion::What;
 
 /** How findings name an object: as references do, or else by its path. */
 std::string NameOf(const SMObjectBase& object) {
+    constexpr std::size_t LONGEST = 4'000;  // since each finding has its own
     const std::string address = SMAddressOf(object);
-    return address.empty() ? SMDescribeObject(object).path : address;
+    return qv::Shortened(address.empty() ? SMDescribeObject(object).path : address, LONGEST);
 }
 
 std::string SideOf(bool isLeft) {
@@ -44,10 +47,10 @@ bool Lacks(SMEnum_cardinality::Enum cardinality) {
 
 }  // namespace
 
-SMModelFindings::SMModelFindings(SMCheckResult& result, const SMControl& control) : m_result(result) {
+SMModelFindings::SMModelFindings(SMCheckResult& result, const SMLoadOptions& options) : m_result(result), m_options(options) {
     const SMReferenceIndex index(*result.project);
     m_objects = index.GetObjects();
-    FindDangling(index, control);
+    FindDangling(index);
     FindHidden(index);
     FindDuplicateIds();
     FindMissingCardinalities();
@@ -55,6 +58,11 @@ SMModelFindings::SMModelFindings(SMCheckResult& result, const SMControl& control
 }
 
 SMModelFindings::Finding& SMModelFindings::Add(Finding::Kind kind, std::size_t object, const char* code, std::string message) {
+    const std::size_t most = m_options.limits.findings;
+    if (m_findings.size() == most) {
+        const std::string what = "there are more than " + std::to_string(most) + " findings";
+        throw qv::LimitError(m_options.limits, &SMXMLLimits::findings, what, {});
+    }
     Finding& finding = m_findings.emplace_back();
     finding.kind = kind;
     finding.number = object;
@@ -63,8 +71,8 @@ SMModelFindings::Finding& SMModelFindings::Add(Finding::Kind kind, std::size_t o
     return finding;
 }
 
-void SMModelFindings::FindDangling(const SMReferenceIndex& index, const SMControl& control) {
-    SMReferenceCheck check = SMCheckReferences(index, control);
+void SMModelFindings::FindDangling(const SMReferenceIndex& index) {
+    SMReferenceCheck check = SMCheckReferences(index, m_options.control);
     m_result.diagnostics.insert(m_result.diagnostics.end(), check.diagnostics.begin(), check.diagnostics.end());
     if (check.status == SMStatus::cancelled) throw SMCancelled();
     m_result.dangling = std::move(check.dangling);

@@ -14,8 +14,8 @@ namespace schema_002_000 {
 /** What is not consistent in a model that was read. A first look finds it; its places come from a second read, if there is any. */
 class SMModelFindings {
   public:
-    /** `result` is borrowed, and gets the references that dangle. */
-    SMModelFindings(SMCheckResult& result, const SMControl& control);
+    /** Both are borrowed. `result` gets the references that dangle. More findings than the limit of `options` raise its error. */
+    SMModelFindings(SMCheckResult& result, const SMLoadOptions& options);
 
     bool AreNone() const { return m_findings.empty(); }
     /** The references to look for in the second read. */
@@ -41,7 +41,7 @@ class SMModelFindings {
         bool isLeft = false;
     };
 
-    void FindDangling(const SMReferenceIndex& index, const SMControl& control);
+    void FindDangling(const SMReferenceIndex& index);
     void FindHidden(const SMReferenceIndex& index);
     void FindDuplicateIds();
     void FindMissingCardinalities();
@@ -49,6 +49,7 @@ class SMModelFindings {
     class Placing;
 
     SMCheckResult& m_result;
+    const SMLoadOptions& m_options;
     /** For the time of the first look. */
     std::vector<const SMObjectBase*> m_objects;
     std::vector<Finding> m_findings;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/qvutils/xml/limits.h"
 #include "objects/base/smpartfiles_002_000.h"
 #include "objects/face/smoperation_002_000.h"
 
@@ -41,8 +42,12 @@ class SMTicker {
 /**
  * Runs an operation with its log collected, and turns the way it ends into a result: `body` gives false for a failure that it has
  * logged; what it throws, but for std::bad_alloc, becomes a diagnostic. Objects that diagnostics name must live until this returns.
+ * More events than `most` are not listed, but counted.
  */
-void SMRunGuarded(SMResult& result, const std::function<bool()>& body);
+void SMRunGuarded(SMResult& result, std::size_t most, const std::function<bool()>& body);
+inline void SMRunGuarded(SMResult& result, const std::function<bool()>& body) {
+    SMRunGuarded(result, SMXMLLimits().findings, body);
+}
 
 /** Drops all events, for questions about objects that may log when there is no answer. */
 class SMQuietSink : public SMLogSink {

@@ -1,6 +1,7 @@
 #include "objects/face/smmodelwalk_002_000.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -21,9 +22,14 @@ constexpr Place NONE = static_cast<Place>(-1);
 class Tree {
   public:
     explicit Tree(const SMProject2& project) {
+        const auto& objects = project.GetAllObjects().GetObjects();
+        std::unordered_set<const SMObjectBase*> namespaces{project.GetRootNamespace()};
+        for (const SMObjectBase* object : objects)
+            if (object && IsSection(*object))
+                for (const auto& below : static_cast<const SMSectionType2*>(object)->GetNamespaces()) namespaces.insert(below.get());
         Enter(project);
-        for (const SMObjectBase* object : project.GetAllObjects().GetObjects())
-            if (object && !IsFormerRoot(*object, project)) Enter(*object);
+        for (const SMObjectBase* object : objects)
+            if (object && (!IsNamespace(*object) || namespaces.count(object) > 0)) Enter(*object);
         std::sort(m_places.begin(), m_places.end());
         for (Place place = 1; place < m_nodes.size(); ++place) LinkToParent(place);
         m_places = {};
@@ -50,10 +56,12 @@ class Tree {
         Place first = NONE, last = NONE, next = NONE;
     };
 
-    /** The project keeps a root that was replaced alive, though no document has it any more. */
-    static bool IsFormerRoot(const SMObjectBase& object, const SMProject2& project) {
-        return object.parent == &project && object.GetSMType() == SMEnum_xmltag::Enum::namespace_ && &object != project.GetRootNamespace();
-    }
+    /**
+     * What is around a namespace may not have it, so that no document does: a root that was replaced, whom the project keeps alive, or what
+     * was read of a broken file, while somebody holds it.
+     */
+    static bool IsNamespace(const SMObjectBase& object) { return object.GetSMType() == SMEnum_xmltag::Enum::namespace_; }
+    static bool IsSection(const SMObjectBase& object) { return IsNamespace(object) || object.GetSMType() == SMEnum_xmltag::Enum::folder; }
 
     void Enter(const SMObjectBase& object) {
         m_places.emplace_back(&object, m_nodes.size());

@@ -45,8 +45,8 @@ bool SMResult::HasFindings() const {
                        [](const SMDiagnostic& found) { return found.severity != SMSeverity::note; });
 }
 
-void SMRunGuarded(SMResult& result, const std::function<bool()>& body) {
-    SMDiagnosticCollector collector;
+void SMRunGuarded(SMResult& result, std::size_t most, const std::function<bool()>& body) {
+    SMDiagnosticCollector collector(most);
     result.status = Run(collector, body);
     result.diagnostics = collector.Finish();
     const auto isError = [](const SMDiagnostic& found) { return found.severity == SMSeverity::error; };

@@ -245,7 +245,7 @@ std::string SMModelInput::Stamp() const {
 SMLoadResult SMReading::Load(qv::ContentSink* sink) {
     SMLoadResult result;
     QvSmartPtr<SMProject2> project;
-    SMRunGuarded(result, [&] {
+    SMRunGuarded(result, m_options.limits.findings, [&] {
         project = new SMProject2;
         const std::string& directory = m_input.Directory();
         project->m_baseDirectory = I18NString(std::string_view(directory));

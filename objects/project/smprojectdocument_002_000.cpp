@@ -145,6 +145,7 @@ void SMProjectBuilder::StartNamespaceFile(const QvXMLAttributes& attrs) {
     const int filename = attrs.getIndex(m_tags->filename);
     QvSmartPtr<SMNamespace2> ns;
     if (filename < 0) {
+        m_object->m_partFiles.StandsFor(m_tags->namespace_);
         const I18NString name = attrs.getValue(m_tags->name);
         ns = m_object->FindNamespaceByName(name);
         if (!ns) {

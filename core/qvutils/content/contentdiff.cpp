@@ -11,47 +11,12 @@
 
 #include "core/qvutils/base/stack.h"
 #include "core/qvutils/content/movedcontent.h"
-#include "core/qvutils/text/asciifold.h"
+#include "core/qvutils/content/plainvalue.h"
 
 namespace qv {
 namespace {
 
 constexpr std::string_view PROPERTY = "property";
-
-bool AreDigits(std::string_view text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), IsAsciiDigit);
-}
-
-/** A whole number without what does not count: a plus, leading zeros, the sign of zero. Empty for other texts. */
-std::string PlainNumber(std::string_view text) {
-    const bool isNegative = text.starts_with('-');
-    const std::string_view digits = isNegative || text.starts_with('+') ? text.substr(1) : text;
-    if (!AreDigits(digits)) return {};
-    const std::size_t first = digits.find_first_not_of('0');
-    if (first == std::string_view::npos) return "0";
-    return std::string(isNegative ? "-" : "").append(digits.substr(first));
-}
-
-/** Whether it has the form of a date without a time of day. */
-bool IsDay(std::string_view text) {
-    return text.size() == 10 && text[4] == '-' && text[7] == '-' && AreDigits(text.substr(0, 4)) && AreDigits(text.substr(5, 2)) &&
-           AreDigits(text.substr(8));
-}
-
-/**
- * What two spellings of one value have in common. Only what readers take for the same counts: whole numbers in any spelling, and a day
- * for its midnight. All else is another value if it is another text, be it in a blank alone.
- */
-std::string PlainValue(std::string_view text) {
-    std::string number = PlainNumber(text);
-    if (!number.empty()) return number;
-    return std::string(text).append(IsDay(text) ? "T00:00:00" : "");
-}
-
-/** Whether a value that was read as `written` has lost nothing but its spelling. */
-bool IsSameValue(std::string_view value, std::string_view written) {
-    return value == written || PlainValue(value) == PlainValue(written);
-}
 
 std::string WholeText(const ContentNode& node) {
     std::string whole;

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "core/qvutils/content/contentsink.h"
+#include "core/qvutils/content/plainvalue.h"
 
 #define XXH_INLINE_ALL
 #include <xxhash.h>
@@ -24,13 +25,15 @@ std::uint64_t Mix(std::uint64_t name, std::uint64_t sum) {
     return (hash ^ hash >> 32) * 0x94D0'49BB'1331'11EBu;
 }
 
-bool IsIdentity(std::string_view name) {
-    return name == "id" || name == "version";
+/** Whether a save writes this value of an object that has none. */
+bool IsUnset(bool isId, std::string_view plain) {
+    return plain == (isId ? std::string_view() : std::string_view("0"));
 }
 
 /** Names with a prefix are those of declarations. */
-bool IsGivenAttribute(std::string_view name) {
-    return IsIdentity(name) || name == "xmlns" || name.find(':') != std::string_view::npos;
+bool IsGivenAttribute(std::string_view name, std::string_view plain) {
+    if (name == "id" || name == "version") return IsUnset(name == "id", plain);
+    return name == "xmlns" || name.find(':') != std::string_view::npos;
 }
 
 }  // namespace
@@ -41,20 +44,24 @@ void ContentHasher::Start(std::string_view name) {
 
 void ContentHasher::Attribute(std::string_view name, std::string_view value) {
     Level& level = m_open.back();
-    const std::uint64_t hash = HashOf(value, HashOf(name));
+    const std::string_view plain = PlainValue(value, m_space);
+    const std::uint64_t hash = HashOf(plain, HashOf(name));
     level.whole += hash;
-    if (IsGivenAttribute(name))
+    if (IsGivenAttribute(name, plain))
         m_pending.push_back(hash);
     else
         level.bare += hash;
-    if (level.isProperty && name == "name" && IsIdentity(value)) level.isGiven = true;
+    if (!level.isProperty || name != "name") return;
+    level.isId = value == "id";
+    level.isGiven = level.isId || value == "version";
 }
 
 void ContentHasher::Forget(std::string_view name, std::string_view value) {
     Level& level = m_open.back();
-    const std::uint64_t hash = HashOf(value, HashOf(name));
+    const std::string_view plain = PlainValue(value, m_space);
+    const std::uint64_t hash = HashOf(plain, HashOf(name));
     level.whole -= hash;
-    if (IsGivenAttribute(name))
+    if (IsGivenAttribute(name, plain))
         m_pending.erase(std::find(m_pending.begin() + static_cast<std::ptrdiff_t>(level.pending), m_pending.end(), hash));
     else
         level.bare -= hash;
@@ -62,9 +69,12 @@ void ContentHasher::Forget(std::string_view name, std::string_view value) {
 
 void ContentHasher::Text(std::string_view text) {
     if (m_open.empty() || IsLayout(text)) return;
-    const std::uint64_t hash = HashOf(text, TEXT);
-    m_open.back().bare += hash;
-    m_open.back().whole += hash;
+    Level& level = m_open.back();
+    const std::string_view plain = PlainValue(text, m_space);
+    const std::uint64_t hash = HashOf(plain, TEXT);
+    level.bare += hash;
+    level.whole += hash;
+    level.isGiven = level.isGiven && IsUnset(level.isId, plain);
 }
 
 std::optional<ContentHasher::Digests> ContentHasher::End() {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -12,10 +13,10 @@ namespace qv {
 
 /**
  * Digests of elements with all that is in them. Neither the order of attributes nor that of siblings counts, since a document that is
- * written anew puts them in an order of its own; nor does white space between elements.
+ * written anew puts them in an order of its own; nor does white space between elements, nor the spelling of numbers and days.
  *
- * A save adds some things that the document may lack, and that are therefore told apart: ids and versions of objects, as attributes or
- * as elements `property`; declarations of namespaces; elements without anything in them.
+ * A save adds some things that the document may lack, and that are therefore told apart: empty ids and the version 0 of objects, as
+ * attributes or as elements `property`; declarations of namespaces; elements without anything in them.
  */
 class SM_API ContentHasher {
   public:
@@ -44,6 +45,8 @@ class SM_API ContentHasher {
         /** Where its own given things begin among the pending ones. */
         std::size_t pending = 0;
         bool isProperty = false, isGiven = false;
+        /** As a property: that of the id. */
+        bool isId = false;
     };
     /** How many elements are open around a part, and what its placeholder was without it. */
     struct Part {
@@ -55,6 +58,8 @@ class SM_API ContentHasher {
     /** Digests of what is given in the open elements. */
     std::vector<std::uint64_t> m_pending;
     std::vector<std::uint64_t> m_given;
+    /** For values in another spelling. */
+    std::string m_space;
 };
 
 }  // namespace qv

@@ -141,8 +141,9 @@ constexpr SMCodeInfo CODES[] = {
      "model.xml:9:1: error[SM2109] there are more than 100000 references to internal entities; where that is meant, "
      "raise the limit, as by --limits references=200000"},
     {qv::code::EXPANDS_TOO_FAR, error, "entities expand too far",
-     "The texts of all internal entities referred to, put together, have more characters than the limit \"expansion\" "
-     "allows (1M by default). A few lines can so be made to stand for more text than any machine holds. Where it is "
+     "The texts of all internal entities referred to, and the attributes that the DOCTYPE gives by default, have together more characters "
+     "than the limit \"expansion\" allows (1M by default). A few lines can so be made to stand for more text than any machine holds. Where "
+     "it is "
      "meant so, raise the limit with --limits; else somebody wants to keep this machine busy.",
      "model.xml:9:1: error[SM2110] internal entities expand to more than 1048576 characters; where that is meant, raise "
      "the limit, as by --limits expansion=2M"},
@@ -154,6 +155,14 @@ constexpr SMCodeInfo CODES[] = {
      "Writing, saving and comparing a model take some of the stack of their thread for each level of it, and its objects stand inside each "
      "other so deep that the stack does not do. Where that is meant, give the thread a larger one: ulimit -s, before the command.",
      "model.xml: error[SM2112] the model is too deep for the stack of this thread; give it a larger one, as by ulimit -s"},
+    {qv::code::TOO_MANY_FINDINGS, error, "too much to tell",
+     "All that is found is held until it is told, and of one kind (events of the log, values that cannot be read, findings, losses) there "
+     "is "
+     "more than the limit \"findings\" allows (100000 by default). Where only the log is shown, the rest of the document is read, and this "
+     "is "
+     "a warning at the first event that is not listed. Most such documents are no models; where one is, raise the limit with --limits.",
+     "model.xml: error[SM2113] 1000000 parts of the document would not be kept, more than are to be listed; where that is meant, "
+     "raise the limit, as by --limits findings=200000"},
 
     {qv::code::DANGLING_REFERENCE, warning, "a reference that leads nowhere",
      "No object of the model has the address that stands here. The object was renamed, moved or taken out, or the text was mistyped; "

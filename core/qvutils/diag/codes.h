@@ -62,6 +62,7 @@ inline constexpr const char* TOO_MANY_REFERENCES = "SM2109";
 inline constexpr const char* EXPANDS_TOO_FAR = "SM2110";
 inline constexpr const char* FILES_TOO_DEEP = "SM2111";
 inline constexpr const char* STACK_TOO_SMALL = "SM2112";
+inline constexpr const char* TOO_MANY_FINDINGS = "SM2113";
 
 inline constexpr const char* DANGLING_REFERENCE = "SM3001";
 inline constexpr const char* DUPLICATE_ID = "SM3002";

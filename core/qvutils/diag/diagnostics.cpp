@@ -1,5 +1,6 @@
 #include "core/qvutils/diag/diagnostics.h"
 
+#include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/heldobjects.h"
 #include "core/qvutils/diag/place.h"
 #include "core/qvutils/diag/tklerrors.h"
@@ -61,6 +62,7 @@ const char* WordOf(SMSeverity severity) {
 }  // namespace
 
 std::string qv::QuietPathOf(const IOObject& object) {
+    constexpr std::size_t LONGEST = 4'000;
     DroppingSink quiet;
     const SMLogScope scope(quiet);
     try {
@@ -68,10 +70,10 @@ std::string qv::QuietPathOf(const IOObject& object) {
         for (const IOObject* at = &object; at; at = at->parent) {
             at->getPath(path);
             const bool isNamed = !path.utf8().ends_with(".().()") && !path.utf8().ends_with("[]");
-            if (isNamed) return std::string(path.utf8());
+            if (isNamed) return Shortened(path.utf8(), LONGEST);
         }
         object.getPath(path);
-        return std::string(path.utf8());
+        return Shortened(path.utf8(), LONGEST);
     } catch (const std::exception&) {
         return {};
     }
@@ -146,11 +148,23 @@ struct SMDiagnosticCollector::Entry {
 
 struct SMDiagnosticCollector::Held : qv::HeldObjects {};
 
-SMDiagnosticCollector::SMDiagnosticCollector() : m_held(std::make_unique<Held>()) {}
+SMDiagnosticCollector::SMDiagnosticCollector(std::size_t most) : m_most(most), m_held(std::make_unique<Held>()) {}
 SMDiagnosticCollector::~SMDiagnosticCollector() = default;
 
 void SMDiagnosticCollector::Take(const QvLogEvent& event, const SMSourceContext* context) {
-    m_entries.push_back({DiagnosticOf(event, context), m_held->Hold(context ? context->object : nullptr)});
+    if (m_entries.size() < m_most)
+        m_entries.push_back({DiagnosticOf(event, context), m_held->Hold(context ? context->object : nullptr)});
+    else
+        Count(event, context);
+}
+
+void SMDiagnosticCollector::Count(const QvLogEvent& event, const SMSourceContext* context) {
+    if (m_unlisted++ == 0) {
+        m_firstUnlisted = DiagnosticOf(event, context);
+        m_firstUnlisted.code = qv::code::TOO_MANY_FINDINGS;
+        m_firstUnlisted.severity = SMSeverity::warning;
+    }
+    if (SeverityOfLevel(event.level) == SMSeverity::error) m_firstUnlisted.severity = SMSeverity::error;
 }
 
 void SMDiagnosticCollector::Add(SMDiagnostic diagnostic) {
@@ -168,13 +182,18 @@ void SMDiagnosticCollector::Add(const TklRuntimeError& error) {
 }
 
 std::vector<SMDiagnostic> SMDiagnosticCollector::Finish() {
-    if (m_entries.empty()) return {};  // an operation that is done and has nothing to tell must not fail for want of memory
+    if (m_entries.empty() && m_unlisted == 0) return {};  // what is done and has nothing to tell must not fail for want of memory
     std::vector<SMDiagnostic> diagnostics;
     diagnostics.reserve(m_entries.size());
     for (Entry& entry : m_entries) {
         if (entry.object) entry.diagnostic.objectPath = qv::QuietPathOf(*entry.object);
         diagnostics.push_back(std::move(entry.diagnostic));
     }
+    if (m_unlisted > 0) {
+        m_firstUnlisted.message = std::to_string(m_unlisted) + " more events are not listed";
+        diagnostics.push_back(std::move(m_firstUnlisted));
+    }
+    m_unlisted = 0;
     m_entries.clear();
     m_held = std::make_unique<Held>();
     return diagnostics;

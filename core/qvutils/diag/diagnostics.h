@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -21,7 +22,7 @@ struct SM_API SMDiagnostic {
     std::string file;
     /** From 1; 0 when not known. */
     long line = 0, column = 0;
-    /** The object it is about (`IOObject::getPath`), empty when there is none. */
+    /** The object it is about (`IOObject::getPath`), shortened beyond 4,000 bytes, empty when there is none. */
     std::string objectPath;
     std::string message;
 };
@@ -96,7 +97,8 @@ class SM_API SMSourceFrame {
  */
 class SM_API SMDiagnosticCollector : public SMLogSink {
   public:
-    SMDiagnosticCollector();
+    /** More events than `most` are counted only, and a last diagnostic tells how many there are, where the first of them was. */
+    explicit SMDiagnosticCollector(std::size_t most = std::size_t(-1));
     ~SMDiagnosticCollector() override;
     void Take(const QvLogEvent& event, const SMSourceContext* context) override;
     void Add(SMDiagnostic diagnostic);
@@ -107,6 +109,10 @@ class SM_API SMDiagnosticCollector : public SMLogSink {
   private:
     struct Entry;
     struct Held;
+    void Count(const QvLogEvent& event, const SMSourceContext* context);
+
+    std::size_t m_most, m_unlisted = 0;
+    SMDiagnostic m_firstUnlisted;
     std::vector<Entry> m_entries;
     std::unique_ptr<Held> m_held;
 };

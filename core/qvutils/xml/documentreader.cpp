@@ -64,6 +64,13 @@ std::size_t Utf8Size(const char16_t* text) {
     return size;
 }
 
+/** Of the values. */
+std::size_t CharactersOf(const ParsedAttributes::List& attributes, std::size_t count) {
+    std::size_t characters = 0;
+    for (std::size_t i = 0; i < count; ++i) characters += xercesc::XMLString::stringLen(attributes.elementAt(i)->getValue());
+    return characters;
+}
+
 std::string ReferencesText(const SMXMLLimits& limits) {
     return "there are more than " + std::to_string(limits.entityReferences) + " references to internal entities";
 }
@@ -177,7 +184,7 @@ void DocumentReader::Read(DocumentSource& source, bool isUtf8, const std::string
     m_slotsAtStart = m_scanner->AttributeSlots();
     m_fed = m_fedAtEvent = m_longestStretch = 0;
     m_lastByte = 0;
-    m_hasEntities = false;
+    m_hasEntities = m_hasDefaults = false;
     m_longestEntity = 0;
     try {
         m_scanner->Xerces().scanDocument(StreamSource(*this, m_memory, isUtf8));
@@ -341,10 +348,11 @@ void DocumentReader::CheckElement(const ParsedAttributes::List& attributes, std:
     if (m_names.size() - m_namesAtStart > m_limits.names)
         FailAt(&SMXMLLimits::names, "elements have more than " + std::to_string(m_limits.names) + " different names");
     if (count) CheckAttributes(attributes, count);
+    if (m_hasDefaults) ChargeDefaults(attributes, count);
     if (m_hasEntities) {
         // References in attribute values are told by their number alone, so each counts as one to the longest entity.
         const std::size_t references = m_scanner->TakeReferences();
-        ChargeReferences(references, references * m_longestEntity);
+        ChargeReferences(references, std::min(references * m_longestEntity, references > 0 ? CharactersOf(attributes, count) : 0));
     }
 }
 
@@ -437,6 +445,19 @@ void DocumentReader::ChargeReferences(std::size_t count, std::size_t characters)
     m_scanner->AllowReferences(std::min(ReferencesLeft(), std::max<std::size_t>(CharactersLeft() / longest, 1)));
 }
 
+void DocumentReader::ChargeDefaults(const ParsedAttributes::List& attributes, std::size_t count) {
+    std::size_t characters = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const xercesc::XMLAttr& attribute = *attributes.elementAt(i);
+        if (attribute.getSpecified()) continue;
+        characters += xercesc::XMLString::stringLen(attribute.getName()) + xercesc::XMLString::stringLen(attribute.getValue());
+    }
+    if (characters > CharactersLeft())
+        FailAt(&SMXMLLimits::entityCharacters, "attributes that the DOCTYPE gives by default come to more than " +
+                                                   std::to_string(m_limits.entityCharacters) + " characters");
+    m_totals->entityCharacters += characters;
+}
+
 void DocumentReader::startEntityReference(const xercesc::XMLEntityDecl& entity) {
     ChargeReferences(m_scanner->TakeReferences(), entity.getValueLen());
     TellMark();
@@ -471,7 +492,10 @@ void DocumentReader::endIntSubset() {
     m_scanner->Xerces().setHasNoDTD(true);
 }
 
-void DocumentReader::attDef(const xercesc::DTDElementDecl&, const xercesc::DTDAttDef&, bool) {}
+void DocumentReader::attDef(const xercesc::DTDElementDecl&, const xercesc::DTDAttDef& attribute, bool) {
+    if (attribute.getValue()) m_hasDefaults = true;
+}
+
 void DocumentReader::doctypeComment(const XMLCh*) {}
 void DocumentReader::doctypePI(const XMLCh*, const XMLCh*) {}
 void DocumentReader::doctypeWhitespace(const XMLCh*, XMLSize_t) {}

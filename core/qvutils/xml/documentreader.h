@@ -79,6 +79,8 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     void CheckElement(const ParsedAttributes::List& attributes, std::size_t count);
     void CheckAttributes(const ParsedAttributes::List& list, std::size_t count);
     void ChargeReferences(std::size_t count, std::size_t characters);
+    /** Those that the DOCTYPE gives an element count as what entities expand to. */
+    void ChargeDefaults(const ParsedAttributes::List& attributes, std::size_t count);
     std::size_t ReferencesLeft() const;
     std::size_t CharactersLeft() const;
 
@@ -158,7 +160,7 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     /** What earlier documents have left. */
     std::size_t m_namesAtStart = 0, m_slotsAtStart = 0;
 
-    bool m_hasEntities = false;
+    bool m_hasEntities = false, m_hasDefaults = false;
     std::size_t m_longestEntity = 0;
 };
 

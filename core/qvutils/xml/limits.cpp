@@ -18,7 +18,9 @@ constexpr SMXMLLimitInfo INFOS[] = {
     {"names", &SMXMLLimits::names, TOO_MANY_NAMES, "different element names in a file"},
     {"files", &SMXMLLimits::partFiles, TOO_MANY_FILES, "separate files"},
     {"references", &SMXMLLimits::entityReferences, TOO_MANY_REFERENCES, "references to internal entities"},
-    {"expansion", &SMXMLLimits::entityCharacters, EXPANDS_TOO_FAR, "characters that internal entities expand to"},
+    {"expansion", &SMXMLLimits::entityCharacters, EXPANDS_TOO_FAR,
+     "characters that internal entities expand to, and of attributes given by default"},
+    {"findings", &SMXMLLimits::findings, TOO_MANY_FINDINGS, "events, findings or losses that are listed"},
 };
 
 }  // namespace

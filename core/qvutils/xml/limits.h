@@ -24,12 +24,17 @@ struct SM_API SMXMLLimits {
     /** Separate files of a model. */
     std::size_t partFiles = 100'000;
     /**
-     * Total size of expanded internal entities, in characters, nested ones included. A reference inside an attribute value counts as
-     * one to the longest entity.
+     * Total size of expanded internal entities, in characters, nested ones included, and of attributes that the DOCTYPE gives by
+     * default. A reference inside an attribute value counts as one to the longest entity, but all of a tag as no more than its values.
      */
     std::size_t entityCharacters = std::size_t{1} << 20;
     /** References to internal entities, nested ones included. */
     std::size_t entityReferences = 100'000;
+    /**
+     * Of each kind that is held until it is told: events of the log, values that cannot be read, findings, losses. A plain read ends no
+     * earlier for more events, and tells how many there are.
+     */
+    std::size_t findings = 100'000;
 };
 
 /** What the files of one read have come to together. */

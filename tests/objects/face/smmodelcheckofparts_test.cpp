@@ -190,6 +190,40 @@ TEST_F(SMModelCheckOfParts, TellsWhatIsWrongWithAFileBelowAMissingOne) {
     }
 }
 
+/** What was read of the broken one is in no model, though the second read holds it for the places of what is lost. */
+TEST_F(SMModelCheckOfParts, TellsPlacesBehindABrokenFile) {
+    m_directory.Write("a.qvf", "<namespace><name locale=\"en\">a</name>" +
+                                   Named("namespace", "m", "<zz/>" + Named("filter", "f", "<zz/>")) +
+                                   "<relationship q=\"1\"><name>rel</name></relationship>");
+    const Marked part("<namespace>\n<name locale=\"en\">b</name>\n" + Named("filter", "g", "<zz/>") +
+                      Named("filter", "h", "\n<expression><refobj>@[no].[such]</refobj></expression>") + "</namespace>");
+    const std::string path = m_directory.Write("b.qvf", part.Text());
+    const std::string main = ModelDocument(Named("namespace", "n", Placeholder("a") + Placeholder("b")));
+    const SMCheckResult checked = SMCheckModel(m_directory.Write("main.xml", main));
+    EXPECT_THAT(checked.losses, SizeIs(2));
+    ASSERT_THAT(checked.findings, SizeIs(1));
+    EXPECT_EQ(checked.findings[0].file, path);
+    EXPECT_EQ(checked.findings[0].line, part.line);
+    EXPECT_EQ(checked.findings[0].column, part.column);
+}
+
+TEST_F(SMModelCheckOfParts, LooksIntoAPlaceholderWithoutAFile) {
+    const Marked part("<namespace>\n<name locale=\"en\">a</name>\n @<zz/></namespace>");
+    const std::string path = m_directory.Write("a.qvf", part.Text());
+    const auto with = [&](const std::string& attributes) {
+        const std::string main = ModelDocument(Named(
+            "namespace", "n", "<smnamespacefile id=\"i\" name=\"between\"" + attributes + ">" + Placeholder("a") + "</smnamespacefile>"));
+        return SMCheckModel(m_directory.Write("main.xml", main)).losses;
+    };
+    const std::vector<SMLoss> losses = with("");
+    ASSERT_THAT(losses, SizeIs(1));
+    EXPECT_EQ(FormatDiagnostic(SMDiagnosticOf(losses[0])), path + ":" + std::to_string(part.line) + ":" + std::to_string(part.column) +
+                                                               ": error[SM1001] <zz> in [a] is not kept (5 bytes)");
+    const std::vector<SMLoss> more = with(" odd=\"1\"");
+    ASSERT_THAT(more, SizeIs(2));
+    EXPECT_EQ(more[1].elementName + "@" + more[1].attributeName, "smnamespacefile@odd");
+}
+
 TEST_F(SMModelCheckOfParts, TellsWhatWasMisreadBeforeAFileBroke) {
     const Marked part("<namespace>\n<name locale=\"en\">a</name>\n<querySubject><queryItem><usage>@fakt</usage>\n<");
     const std::string path = m_directory.Write("a.qvf", part.Text());

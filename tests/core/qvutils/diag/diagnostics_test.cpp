@@ -144,6 +144,24 @@ TEST(SMDiagnosticCollector, TellsEventsInTheOrderOfTheirComing) {
     EXPECT_TRUE(collector.Finish().empty());
 }
 
+TEST(SMDiagnosticCollector, CountsWhatIsMoreThanItLists) {
+    SMDiagnosticCollector collector(2);
+    const SMSourceContext context = At(nullptr);
+    for (const char* const what : {"one", "two"}) collector.Take(Event(4, what), nullptr);
+    collector.Take(Event(4, "three"), &context);
+    collector.Take(Event(4, "four"), nullptr);
+    collector.Add(TklRuntimeError("cannot be read"));
+    std::vector<SMDiagnostic> found = collector.Finish();
+    ASSERT_EQ(found.size(), 4U);
+    EXPECT_EQ(FormatDiagnostic(found[2]), "error: cannot be read");
+    EXPECT_EQ(FormatDiagnostic(found[3]), "model.xml:3:9: warning[SM2113] 2 more events are not listed");
+    EXPECT_TRUE(collector.Finish().empty());
+    for (int i = 0; i < 3; ++i) collector.Take(Event(1, "failed"), nullptr);
+    found = collector.Finish();
+    ASSERT_EQ(found.size(), 3U);
+    EXPECT_EQ(FormatDiagnostic(found[2]), "error[SM2113] 1 more events are not listed");
+}
+
 TEST(SMDiagnosticCollector, ResolvesPathsWhenNamesAreKnown) {
     int alive = 0;
     SMDiagnosticCollector collector;
@@ -156,6 +174,15 @@ TEST(SMDiagnosticCollector, ResolvesPathsWhenNamesAreKnown) {
     EXPECT_EQ(found.at(0).objectPath, "root/sales");
     EXPECT_EQ(child->getReferenceCount(), 1);
     EXPECT_EQ(root->getReferenceCount(), 1);
+}
+
+TEST(SMDiagnosticCollector, ShortensPathsThatWouldMultiply) {
+    int alive = 0;
+    SMDiagnosticCollector collector;
+    const QvSmartPtr<PathObject> object = new PathObject(nullptr, std::string(100'000, 'a').c_str(), alive);
+    const SMSourceContext context = At(object);
+    collector.Take(Event(4, "odd"), &context);
+    EXPECT_EQ(collector.Finish().at(0).objectPath.size(), 4'003U);
 }
 
 TEST(SMDiagnosticCollector, KeepsObjectsAndTheirAncestorsUntilThePathsAreResolved) {

@@ -286,6 +286,8 @@ TEST(QvSAX2ParserDoctype, BoundsExpansionInAttributeValues) {
     EXPECT_THAT(VerdictOf(wide + "<a>" + Repeat("<b x='&e;'/>", 3000) + "</a>"), HasSubstr("internal entities expand to more than"));
     EXPECT_EQ("read", VerdictOf(wide + "<a>" + Repeat("<b x='&e;'/>", 10) + "</a>"));
     EXPECT_EQ("read", VerdictOf(Bomb(3, "ha") + "<a x='&e3;'/>"));
+    const std::string shortAndLong = "<!DOCTYPE a [<!ENTITY e '" + std::string(100'000, 'x') + "'><!ENTITY s 'short'>]>";
+    EXPECT_EQ("read", VerdictOf(shortAndLong + "<a>" + Repeat("<b x='&s;'/>", 3000) + "</a>")) << "no value is as long";
 }
 
 TEST(QvSAX2ParserDoctype, BoundsAreExactInText) {
@@ -299,6 +301,18 @@ TEST(QvSAX2ParserDoctype, BoundsAreExactInText) {
     limits.entityReferences = 2;
     EXPECT_EQ("read", VerdictOf(doctype + "<a>" + Repeat("&small;", 2) + "</a>", limits));
     EXPECT_THAT(VerdictOf(doctype + "<a>" + Repeat("&small;", 3) + "</a>", limits), HasSubstr("internal entities"));
+}
+
+TEST(QvSAX2ParserDoctype, BoundsAttributesGivenByDefault) {
+    const std::string doctype = "<!DOCTYPE a [<!ATTLIST b x CDATA '" + std::string(99'999, 'v') + "' y CDATA #IMPLIED>]><a>";
+    EXPECT_EQ("read", VerdictOf(doctype + Repeat("<b/>", 10) + Repeat("<b x='1'/>", 20) + "</a>"));
+    EXPECT_THAT(VerdictOf(doctype + Repeat("<b/>", 11) + "</a>"),
+                HasSubstr("attributes that the DOCTYPE gives by default come to more than 1048576 characters"));
+    SMXMLLimits limits;
+    limits.entityCharacters = 30;
+    const std::string empty = "<!DOCTYPE a [<!ATTLIST b x CDATA '' y CDATA ''>]><a>";
+    EXPECT_EQ("read", VerdictOf(empty + Repeat("<b/>", 15) + "</a>", limits));
+    EXPECT_THAT(VerdictOf(empty + Repeat("<b/>", 16) + "</a>", limits), HasSubstr("come to more than 30 characters"));
 }
 
 TEST(QvSAX2ParserDoctype, RefusesWhatExpandsOutOfSight) {

@@ -12,6 +12,7 @@
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/io/openbeneath.h"
 #include "core/qvutils/io/tklsmdir.h"
+#include "core/qvutils/xml/elementerror.h"
 #include "core/qvutils/xml/forwardinghandler.h"
 #include "objects/base/smenum_xmltag_002_000.h"
 #include "objects/base/smenums_002_000.h"
@@ -62,10 +63,8 @@ class PartHandler final : public qv::ForwardingHandler {
     void LookAtRoot(const I18NString& localName, const I18NString& qName, const QvXMLAttributes& attrs) {
         m_atRoot = false;
         if (localName != m_part.rootTag) {
-            const SMSourceContext at = SMSourceFrame::Innermost()->Describe();
-            throw TklRuntimeError(
-                "the root element is <" + std::string(qName.utf8()) + ">, not <" + std::string(m_part.rootTag.utf8()) + ">",
-                std::string(at.file), at.line, at.column, qv::code::WRONG_ROOT);
+            const std::string wanted(m_part.rootTag.utf8());
+            qv::FailAtToldElement("the root element is <" + std::string(qName.utf8()) + ">, not <" + wanted + ">", qv::code::WRONG_ROOT);
         }
         // as the format has it: the placeholder says nothing of it, and the file is not asked
         const SMEnum_xmltag* tags = SMEnum_xmltag::GetInstance();
@@ -77,6 +76,20 @@ class PartHandler final : public qv::ForwardingHandler {
     const std::function<void()>& m_watch;
     bool m_atRoot = true;
 };
+
+/**
+ * For a limit: where the placeholder begins that names a file; the file itself where the failure does not end the read, since the document
+ * with the placeholder is read on then.
+ */
+qv::DocumentPlace PlaceholderOf(const std::string& path, bool endsRead) {
+    qv::DocumentPlace place = endsRead ? qv::PlaceOfToldElement() : qv::DocumentPlace();
+    if (place.file.empty()) place.file = path;
+    return place;
+}
+
+[[noreturn]] void Fail(const qv::DocumentPlace& at, const std::string& message, const char* code) {
+    throw TklRuntimeError(message, at.file, at.line, at.column, code);
+}
 
 bool IsAbsolute(const I18NString& path) {
     return !path.empty() && path.utf8().front() == '/';
@@ -131,12 +144,15 @@ std::size_t SMPartFiles::ReadCount(const I18NString& rootTag) const {
 
 void SMPartFiles::Parse(const Part& part, const I18NString& path, QvContentHandler& handler) {
     const std::string name(path.utf8());
-    if (++m_entered > m_limits.partFiles)
+    if (++m_entered > m_limits.partFiles) {
+        const qv::DocumentPlace at = PlaceholderOf(name, !m_root.empty());
         throw qv::LimitError(m_limits, &SMXMLLimits::partFiles,
-                             "the model has more than " + std::to_string(m_limits.partFiles) + " separate files", name);
+                             "the model has more than " + std::to_string(m_limits.partFiles) + " separate files", at.file, at.line,
+                             at.column);
+    }
     if (m_open.size() == MOST_OPEN)
-        throw TklRuntimeError("more than " + std::to_string(MOST_OPEN) + " files would be read one inside the other", name, 0, 0,
-                              qv::code::FILES_TOO_DEEP);
+        Fail(PlaceholderOf(name, !m_root.empty()), "more than " + std::to_string(MOST_OPEN) + " files would be read one inside the other",
+             qv::code::FILES_TOO_DEEP);
     qv::Descriptor file;
     struct stat status {};
     if (!m_root.empty()) {
@@ -184,7 +200,7 @@ void SMPartFiles::Enter(const Identity& file, const std::string& path) {
         throw TklRuntimeError("the file would be read inside itself; take the placeholder that names it out of it", path, 0, 0,
                               qv::code::READ_INSIDE_ITSELF);
     if (!m_known.insert(file).second && ++m_again > MOST_READ_AGAIN)
-        throw TklRuntimeError("the placeholders of the model name the same files too often", path, 0, 0, qv::code::TOO_MANY_FILES);
+        Fail(PlaceholderOf(path, !m_root.empty()), "the placeholders of the model name the same files too often", qv::code::TOO_MANY_FILES);
     m_open.push_back(file);
 }
 

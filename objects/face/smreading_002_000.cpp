@@ -23,6 +23,7 @@
 #include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/xml/documentsource.h"
+#include "core/qvutils/xml/elementerror.h"
 #include "objects/containers/smfolder2_002_000.h"
 #include "objects/containers/smnamespace2_002_000.h"
 #include "objects/face/smguard_002_000.h"
@@ -87,9 +88,8 @@ class WatchedBuilder : public SMProjectBuilder {
 
   private:
     [[noreturn]] static void FailAtRoot(const I18NString& name) {
-        const SMSourceContext at = SMSourceFrame::Innermost()->Describe();
-        throw TklRuntimeError("no model document: the root element is <" + std::string(name.utf8()) + ">, not <project>",
-                              std::string(at.file), at.line, at.column, qv::code::WRONG_ROOT);
+        qv::FailAtToldElement("no model document: the root element is <" + std::string(name.utf8()) + ">, not <project>",
+                              qv::code::WRONG_ROOT);
     }
 
     SMTicker m_ticker;
@@ -171,6 +171,10 @@ class KeptSource final : public qv::DocumentSource {
         }
         return block;
     }
+    void LookBack(std::size_t size, const std::function<void(std::string_view)>& look) const override {
+        const qv::SourceBytes kept(m_file, 0, size);
+        if (!kept.Utf8().empty()) look(kept.Utf8());
+    }
 
   private:
     qv::FileSource m_source;
@@ -222,13 +226,13 @@ void SMModelInput::ShareStandardInput() {
     m_file = qv::Descriptor(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0));
 }
 
-void SMModelInput::ForText(const std::function<void(std::string_view)>& look) const {
-    if (m_isBytes) return look(qv::LookAtProlog(m_bytes).isUtf8 ? m_bytes : std::string_view(qv::Utf8OfDocument(m_bytes)));
+void SMModelInput::ForText(const std::function<void(std::string_view)>& look, std::size_t size) const {
+    if (m_isBytes) return qv::MemorySource(m_bytes).LookBack(size, look);
     qv::Descriptor opened;
     struct stat status {};
     if (!m_file && ::stat(m_path.c_str(), &status) == 0 && S_ISREG(status.st_mode))
         opened = qv::Descriptor(::open(m_path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (m_file || opened) look(qv::SourceBytes(m_file ? m_file.Get() : opened.Get(), m_start).Utf8());
+    if (m_file || opened) look(qv::SourceBytes(m_file ? m_file.Get() : opened.Get(), m_start, size).Utf8());
 }
 
 std::string SMModelInput::Stamp() const {
@@ -242,6 +246,11 @@ std::string SMModelInput::Stamp() const {
     return stamp;
 }
 
+std::string SMReading::RootDirectory() const {
+    const std::string& directory = m_input.Directory();
+    return directory.empty() ? "." : directory;
+}
+
 SMLoadResult SMReading::Load(qv::ContentSink* sink) {
     SMLoadResult result;
     QvSmartPtr<SMProject2> project;
@@ -253,7 +262,7 @@ SMLoadResult SMReading::Load(qv::ContentSink* sink) {
         std::optional<qv::ContentSource> source;
         if (sink) source.emplace(*sink);
         SMPartFiles& files = project->m_partFiles;
-        files.SetRoot(directory.empty() ? "." : directory);
+        files.SetRoot(RootDirectory());
         files.SetLimits(m_options.limits);
         files.SetWatch([&] { builder.Watch(); });
         files.SetContentSource(source ? &*source : nullptr);
@@ -267,7 +276,10 @@ SMLoadResult SMReading::Load(qv::ContentSink* sink) {
         NumberSiblings(*project);
         return true;
     });
-    if (result.IsDone()) result.project = project;
+    if (result.IsDone())
+        result.project = project;
+    else if (project)
+        m_most = project->m_partFiles.Totals().bytes;
     return result;
 }
 
@@ -282,28 +294,42 @@ SMLoadResult SMReading::ReadContent(qv::ContentSink& sink) {
 }
 
 void SMReading::Answer(const SMProject2& project, std::vector<Question>& questions) const {
+    AnswerIn(project.m_partFiles, questions);
+}
+
+void SMReading::AnswerIn(const SMPartFiles& files, std::vector<Question>& questions) const {
     std::map<std::string, std::vector<std::size_t>> byFile;
     for (std::size_t i = 0; i < questions.size(); ++i) byFile[questions[i].file].push_back(i);
     for (const auto& [file, indexes] : byFile) {
         std::vector<qv::PlaceQuestion> asked;
         for (const std::size_t i : indexes) asked.push_back(questions[i].place);
-        const auto look = [&](std::string_view text) { qv::AnswerPlaces(text, asked); };
+        const auto look = [&](std::string_view text) { qv::AnswerPlaces(text, asked, m_options.limits); };
         if (file == m_input.Path())
-            m_input.ForText(look);
-        else if (const qv::Descriptor part = project.m_partFiles.Open(file))
-            look(qv::SourceBytes(part.Get()).Utf8());
+            m_input.ForText(look, m_most);
+        else if (const qv::Descriptor part = files.Open(file))
+            look(qv::SourceBytes(part.Get(), 0, m_most).Utf8());
         for (std::size_t i = 0; i < indexes.size(); ++i) questions[indexes[i]].place = asked[i];
     }
 }
 
+std::size_t SMReading::IndexOfEnd(const SMLoadResult& result) const {
+    const std::size_t count = result.diagnostics.size();
+    if (result.status != SMStatus::failed || count == 0) return count;
+    const bool hasUnlisted = count - 1 > m_options.limits.findings;
+    return count - (hasUnlisted ? 2 : 1);
+}
+
 void SMReading::Finish(SMLoadResult& result) const {
-    if (result.IsDone()) {
-        std::vector<Question> questions;
-        for (const SMDiagnostic& found : result.diagnostics)
-            questions.push_back({found.file, {qv::PlaceQuestion::What::event, found.line, found.column, {}, found.line, found.column}});
-        const bool isPlaced = std::any_of(questions.begin(), questions.end(), [](const Question& asked) { return asked.place.line > 0; });
-        if (isPlaced) Answer(*result.project, questions);
-        for (std::size_t i = 0; isPlaced && i < questions.size(); ++i) {
+    std::vector<Question> questions;
+    for (const SMDiagnostic& found : result.diagnostics)
+        questions.push_back({found.file, {qv::PlaceQuestion::What::event, found.line, found.column, {}, found.line, found.column}});
+    if (std::any_of(questions.begin(), questions.end(), [](const Question& asked) { return asked.place.line > 0; })) {
+        SMPartFiles files;
+        files.SetRoot(RootDirectory());
+        AnswerIn(files, questions);
+        const std::size_t ended = IndexOfEnd(result);
+        for (std::size_t i = 0; i < questions.size(); ++i) {
+            if (i == ended) continue;
             result.diagnostics[i].line = questions[i].place.startLine;
             result.diagnostics[i].column = questions[i].place.startColumn;
         }

@@ -27,8 +27,8 @@ class SMModelInput {
      * read than the parser wants; that file, or standard input itself, is read from then on.
      */
     void MakeRepeatable();
-    /** Its whole text in UTF-8 for the time of the call; empty when it cannot be read again. */
-    void ForText(const std::function<void(std::string_view)>& look) const;
+    /** Its text in UTF-8, of its first `size` bytes, for the time of the call; none when it cannot be read again. */
+    void ForText(const std::function<void(std::string_view)>& look, std::size_t size = std::string_view::npos) const;
     /** Device, number, size and time of a file, to see whether it is still the same; empty for bytes. */
     std::string Stamp() const;
 
@@ -73,9 +73,17 @@ class SMReading {
 
   private:
     SMLoadResult Load(qv::ContentSink* sink);
+    /** No separate file outside of it is read. */
+    std::string RootDirectory() const;
+    /** Which diagnostic tells what ended the read, and has its place: the last one, but for that which counts events that are not listed.
+     */
+    std::size_t IndexOfEnd(const SMLoadResult& result) const;
+    void AnswerIn(const SMPartFiles& files, std::vector<Question>& questions) const;
 
     SMModelInput m_input;
     const SMLoadOptions& m_options;
+    /** How much of each file to look at for places: of one that was not read to its end, no more than was read. */
+    std::size_t m_most = std::string_view::npos;
 };
 
 }  // namespace schema_002_000

@@ -60,14 +60,14 @@ std::string Utf8OfDocument(std::string_view document) {
     return out;
 }
 
-SourceBytes::SourceBytes(int descriptor, std::size_t start) {
+SourceBytes::SourceBytes(int descriptor, std::size_t start, std::size_t size) {
     struct stat status {};
     if (::fstat(descriptor, &status) != 0 || status.st_size <= 0) return;
     m_size = static_cast<std::size_t>(status.st_size);
     void* const mapped = ::mmap(nullptr, m_size, PROT_READ, MAP_PRIVATE, descriptor, 0);
     if (mapped == MAP_FAILED) return;
     m_mapped = mapped;
-    m_utf8 = std::string_view(static_cast<const char*>(mapped), m_size).substr(std::min(start, m_size));
+    m_utf8 = std::string_view(static_cast<const char*>(mapped), m_size).substr(std::min(start, m_size), size);
     if (LookAtProlog(m_utf8).isUtf8) return;
     m_converted = Utf8OfDocument(m_utf8);
     m_utf8 = m_converted;

@@ -8,11 +8,11 @@
 
 namespace qv {
 
-/** The whole of a regular file in UTF-8, mapped where it is that already. */
+/** A regular file in UTF-8, mapped where it is that already. */
 class SM_API SourceBytes {
   public:
-    /** From `start` on. `descriptor` stays the caller's. What cannot be mapped or converted is empty. */
-    explicit SourceBytes(int descriptor, std::size_t start = 0);
+    /** From `start` on, at most `size` bytes of it. `descriptor` stays the caller's. What cannot be mapped or converted is empty. */
+    explicit SourceBytes(int descriptor, std::size_t start = 0, std::size_t size = std::string_view::npos);
     ~SourceBytes();
     SourceBytes(const SourceBytes&) = delete;
     SourceBytes& operator=(const SourceBytes&) = delete;

@@ -36,7 +36,7 @@ constexpr SMCodeInfo CODES[] = {
     {qv::code::WRONG_ROOT, error, "the root element is another one",
      "A model begins with <project>, and a separate file with the element that the placeholder of its object promises. "
      "This document is something else.",
-     "report.xml:2:9: error[SM2003] no model document: the root element is <report>, not <project>"},
+     "report.xml:2:1: error[SM2003] no model document: the root element is <report>, not <project>"},
     {qv::code::TRUNCATED, error, "the document ends too early",
      "The end of the document comes where something is still open: a tag, a text, or elements without their end. Most "
      "often a copy or a download broke off.",
@@ -66,7 +66,7 @@ constexpr SMCodeInfo CODES[] = {
     {qv::code::PARAMETER_ENTITY, error, "a declaration that is not supported",
      "The DOCTYPE has parameter entities, or attribute lists behind entities. Both expand where nothing could bound "
      "them. Take them out; models need no DOCTYPE.",
-     "model.xml:2:40: error[SM2011] parameter entities are not supported"},
+     "model.xml:2:20: error[SM2011] parameter entities are not supported"},
     {qv::code::RECURSIVE_ENTITY, error, "an entity that contains itself",
      "The text of the entity leads back to the entity, so it has no end.", "model.xml:3:9: error[SM2012] recursive entity expansion 'a'"},
     {qv::code::NO_SUCH_FILE, error, "there is no such file",
@@ -105,52 +105,52 @@ constexpr SMCodeInfo CODES[] = {
     {qv::code::TOO_MANY_ELEMENTS, error, "too many elements",
      "The document and its separate files together have more elements than the limit \"elements\" allows (1000000000 by "
      "default). Where it is meant so, raise the limit with --limits; else somebody wants to keep this machine busy.",
-     "model.xml:9:1: error[SM2103] there are more than 1000000000 elements; where that is meant, raise the limit, as by "
+     "model.xml:9:5: error[SM2103] there are more than 1000000000 elements; where that is meant, raise the limit, as by "
      "--limits elements=2000000000"},
     {qv::code::TOO_MANY_ATTRIBUTES, error, "too many attributes",
      "A start tag has more attributes than the limit \"attributes\" allows (10000 by default). Where it is meant so, "
      "raise the limit with --limits; else somebody wants to keep this machine busy.",
-     "model.xml:9:1: error[SM2104] a start tag has more than 10000 attributes; where that is meant, raise the limit, as "
+     "model.xml:9:88891: error[SM2104] a start tag has more than 10000 attributes; where that is meant, raise the limit, as "
      "by --limits attributes=20000"},
     {qv::code::ATTRIBUTE_TOO_LONG, error, "an attribute value is too long",
      "An attribute value has more bytes than the limit \"attribute\" allows (16M by default). Where it is meant so, "
      "raise the limit with --limits; else somebody wants to keep this machine busy.",
-     "model.xml:9:1: error[SM2105] an attribute value is longer than 16777216 bytes; where that is meant, raise the "
+     "model.xml:9:8: error[SM2105] an attribute value is longer than 16777216 bytes; where that is meant, raise the "
      "limit, as by --limits attribute=32M"},
     {qv::code::TEXT_TOO_LONG, error, "a text is too long",
      "A text, a tag, a comment or the DOCTYPE has more bytes than the limit \"text\" allows (256M by default). Where it "
      "is meant so, raise the limit with --limits; else somebody wants to keep this machine busy.",
-     "model.xml:9:1: error[SM2106] a text is longer than 268435456 bytes; where that is meant, raise the limit, as by "
+     "model.xml:9:11: error[SM2106] a text is longer than 268435456 bytes; where that is meant, raise the limit, as by "
      "--limits text=512M"},
     {qv::code::TOO_MANY_NAMES, error, "too many element names",
      "The elements of a file have more different names than the limit \"names\" allows (100000 by default). A model has "
      "about four hundred. Where it is meant so, raise the limit with --limits; else somebody wants to keep this machine "
      "busy.",
-     "model.xml:9:1: error[SM2107] elements have more than 100000 different names; where that is meant, raise the limit, "
+     "model.xml:9:5: error[SM2107] elements have more than 100000 different names; where that is meant, raise the limit, "
      "as by --limits names=200000"},
     {qv::code::TOO_MANY_FILES, error, "too many separate files",
      "The placeholders of the model name more files than the limit \"files\" allows (100000 by default), or the same "
      "files again too often. Where it is meant so, raise the limit with --limits; else somebody wants to keep this "
      "machine busy.",
-     "Sales.qvf: error[SM2108] the model has more than 100000 separate files; where that is meant, raise the limit, "
+     "model.xml:57:5: error[SM2108] the model has more than 100000 separate files; where that is meant, raise the limit, "
      "as by --limits files=200000"},
     {qv::code::TOO_MANY_REFERENCES, error, "too many entity references",
      "References to internal entities, those inside of entities included, are more than the limit \"references\" allows "
      "(100000 by default). Where it is meant so, raise the limit with --limits; else somebody wants to keep this machine "
      "busy.",
-     "model.xml:9:1: error[SM2109] there are more than 100000 references to internal entities; where that is meant, "
+     "model.xml:9:30: error[SM2109] there are more than 100000 references to internal entities; where that is meant, "
      "raise the limit, as by --limits references=200000"},
     {qv::code::EXPANDS_TOO_FAR, error, "entities expand too far",
      "The texts of all internal entities referred to, and the attributes that the DOCTYPE gives by default, have together more characters "
      "than the limit \"expansion\" allows (1M by default). A few lines can so be made to stand for more text than any machine holds. Where "
      "it is "
      "meant so, raise the limit with --limits; else somebody wants to keep this machine busy.",
-     "model.xml:9:1: error[SM2110] internal entities expand to more than 1048576 characters; where that is meant, raise "
+     "model.xml:9:30: error[SM2110] internal entities expand to more than 1048576 characters; where that is meant, raise "
      "the limit, as by --limits expansion=2M"},
     {qv::code::FILES_TOO_DEEP, error, "separate files are nested too deep",
      "Each of these files is read in the midst of the one that names it, and there are more of them under way than any "
      "model needs. Put the content of some into the files that name them.",
-     "Sales.qvf: error[SM2111] more than 100 files would be read one inside the other"},
+     "Sales.qvf:1:2114: error[SM2111] more than 100 files would be read one inside the other"},
     {qv::code::STACK_TOO_SMALL, error, "the model is too deep for the stack",
      "Writing, saving and comparing a model take some of the stack of their thread for each level of it, and its objects stand inside each "
      "other so deep that the stack does not do. Where that is meant, give the thread a larger one: ulimit -s, before the command.",
@@ -253,7 +253,7 @@ constexpr SMCodeInfo CODES[] = {
      "The DOCTYPE of the document names a DTD outside of it, which is never opened. Attributes that it may give by default are not read, "
      "and "
      "a reference to an entity that it declares is an error. A model needs no DOCTYPE; put what is needed into the document.",
-     "model.xml:2:36: note[SM3019] the external DTD \"model.dtd\" is not opened"},
+     "model.xml:2:1: note[SM3019] the external DTD \"model.dtd\" is not opened"},
 };
 
 }  // namespace

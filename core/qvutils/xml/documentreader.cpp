@@ -7,26 +7,26 @@
 #include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/qvlogevent.h"
 #include "core/qvutils/diag/tklerrors.h"
+#include "core/qvutils/xml/documentscanner.h"
 #include "core/qvutils/xml/documentsource.h"
 #include "core/qvutils/xml/errorcode.h"
 #include "core/qvutils/xml/markupwatcher.h"
 #include "core/qvutils/xml/utf16.h"
 
 #include <xercesc/framework/XMLErrorCodes.hpp>
-#include <xercesc/internal/DGXMLScanner.hpp>
-#include <xercesc/internal/WFXMLScanner.hpp>
 #include <xercesc/sax/InputSource.hpp>
 #include <xercesc/util/BinInputStream.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLResourceIdentifier.hpp>
 #include <xercesc/util/XMLUni.hpp>
-#include <xercesc/validators/common/GrammarResolver.hpp>
 
 namespace qv {
 namespace {
 
 /** The scanner reads ahead in blocks; what it has not looked at yet is no reason to complain. */
 constexpr std::size_t READ_AHEAD = std::size_t{128} << 10;
+/** Of what has been fed when more is wanted, the last bytes may not have been scanned; they are fewer than these. */
+constexpr std::size_t NOT_SCANNED = 512;
 constexpr std::size_t MOST_MEMORY_KEPT = std::size_t{1} << 20;
 constexpr std::size_t MOST_ENTRIES_KEPT = 4096;
 
@@ -71,6 +71,10 @@ std::size_t CharactersOf(const ParsedAttributes::List& attributes, std::size_t c
     return characters;
 }
 
+std::string AttributesText(const SMXMLLimits& limits) {
+    return "a start tag has more than " + std::to_string(limits.attributes) + " attributes";
+}
+
 std::string ReferencesText(const SMXMLLimits& limits) {
     return "there are more than " + std::to_string(limits.entityReferences) + " references to internal entities";
 }
@@ -94,61 +98,7 @@ class DepthKeeper {
 
 }  // namespace
 
-/** The scanner with a look at what it keeps to itself. */
-class DocumentReader::Scanner {
-  public:
-    explicit Scanner(ReaderMemory& memory) : m_grammars(nullptr, &memory) {}
-    virtual ~Scanner() = default;
-    Scanner(const Scanner&) = delete;
-    Scanner& operator=(const Scanner&) = delete;
-    virtual xercesc::XMLScanner& Xerces() = 0;
-    virtual char16_t TakeCharacter() = 0;
-    /** Attributes of the largest start tag met, the one being read included. */
-    virtual std::size_t AttributeSlots() const = 0;
-    /** References to entities since the last call. */
-    virtual std::size_t TakeReferences() { return 0; }
-    /** References from now on that are no error. */
-    virtual void AllowReferences(std::size_t) {}
-
-  protected:
-    xercesc::GrammarResolver m_grammars;
-};
-
-class DocumentReader::FastScanner final : public Scanner, public xercesc::WFXMLScanner {
-  public:
-    explicit FastScanner(ReaderMemory& memory) : Scanner(memory), WFXMLScanner(nullptr, &m_grammars, &memory) {
-        setURIStringPool(m_grammars.getStringPool());
-    }
-    xercesc::XMLScanner& Xerces() override { return *this; }
-    char16_t TakeCharacter() override { return fReaderMgr.getNextChar(); }
-    std::size_t AttributeSlots() const override { return fAttrList->size(); }
-};
-
-class DocumentReader::GeneralScanner final : public Scanner, public xercesc::DGXMLScanner {
-  public:
-    explicit GeneralScanner(ReaderMemory& memory) : Scanner(memory), DGXMLScanner(nullptr, &m_grammars, &memory) {
-        setURIStringPool(m_grammars.getStringPool());
-        setSecurityManager(&m_security);
-    }
-    xercesc::XMLScanner& Xerces() override { return *this; }
-    char16_t TakeCharacter() override { return fReaderMgr.getNextChar(); }
-    std::size_t AttributeSlots() const override { return fAttrList->size(); }
-    std::size_t TakeReferences() override {
-        const std::size_t count = fEntityExpansionCount;
-        fEntityExpansionCount = 0;
-        return count;
-    }
-    void AllowReferences(std::size_t count) override { fEntityExpansionLimit = count; }
-
-  private:
-    xercesc::SecurityManager m_security;
-};
-
-DocumentReader::DocumentReader(ScannerKind kind) {
-    if (kind == ScannerKind::fast)
-        m_scanner.reset(new (&m_memory) FastScanner(m_memory));
-    else
-        m_scanner.reset(new (&m_memory) GeneralScanner(m_memory));
+DocumentReader::DocumentReader(ScannerKind kind) : m_scanner(MakeScanner(kind, m_memory)) {
     xercesc::XMLScanner& scanner = m_scanner->Xerces();
     scanner.setValidationScheme(xercesc::XMLScanner::Val_Never);
     scanner.setDoNamespaces(false);
@@ -172,7 +122,8 @@ void DocumentReader::Read(DocumentSource& source, bool isUtf8, const std::string
     m_block = source.NextBlock();
     m_isUtf8 = isUtf8;
     m_decoder.Reset();
-    if (isUtf8 && m_block.substr(0, 3) == "\xEF\xBB\xBF") m_block.remove_prefix(3);
+    m_markSize = isUtf8 && m_block.substr(0, 3) == "\xEF\xBB\xBF" ? 3 : 0;
+    m_block.remove_prefix(m_markSize);
     m_name = name;
     m_handler = handler;
     m_limits = limits;
@@ -220,21 +171,74 @@ std::string_view DocumentReader::Element() const noexcept {
     return m_open.empty() ? std::string_view() : m_open.back()->qName.utf8();
 }
 
-void DocumentReader::Fail(const char* code, const std::string& message) const {
-    throw TklRuntimeError(message, m_name, Line(), Column(), code);
+void DocumentReader::Fail(const char* code, const std::string& message) {
+    FailHere(Line(), Column(), code, message);
 }
 
-void DocumentReader::FailAt(std::size_t SMXMLLimits::*bound, const std::string& message) const {
-    throw LimitError(m_limits, bound, message, m_name, Line(), Column());
+void DocumentReader::FailAt(SourcePiece piece, const char* code, const std::string& message) {
+    const SourcePlace place = PlaceOf(piece);
+    throw TklRuntimeError(message, m_name, place.line, place.column, code);
+}
+
+void DocumentReader::FailAt(SourcePiece piece, std::size_t SMXMLLimits::*bound, const std::string& message, std::size_t attribute) {
+    const SourcePlace place = PlaceOf(piece, attribute);
+    throw LimitError(m_limits, bound, message, m_name, place.line, place.column);
+}
+
+char16_t DocumentReader::TakeOfRest() {
+    const char16_t character = m_scanner->TakeCharacter();
+    if (character) m_rest += character;
+    return character;
+}
+
+void DocumentReader::TakeRest() {
+    try {
+        while (HasReader() && TakeOfRest()) continue;
+    } catch (const xercesc::XMLException&) {
+        return;  // the rest is not what the document ends with, then
+    }
+}
+
+void DocumentReader::LookBack(const std::function<void(std::string_view document, std::size_t offset)>& look) {
+    m_isStopped = true;
+    if (!m_isFeeding) TakeRest();
+    if (!m_isFeeding && !IsAtEnd()) return;
+    m_source->LookBack(m_markSize + m_fed - m_decoder.held(), [&](std::string_view document) {
+        const std::size_t offset =
+            m_isFeeding ? document.size() - std::min(NOT_SCANNED, document.size()) : OffsetOfRest(document, Utf8Of(m_rest.c_str()));
+        if (offset != std::string_view::npos) look(document, offset);
+    });
+}
+
+SourcePlace DocumentReader::PlaceOf(SourcePiece piece, std::size_t attribute) {
+    SourcePlace place{Line(), Column()};
+    LookBack([&](std::string_view document, std::size_t offset) {
+        const SourcePlace found = BeginningOf(piece, document, offset, attribute);
+        if (found.line > 0) place = found;
+    });
+    return place;
+}
+
+void DocumentReader::FailHere(long line, long column, const char* code, const std::string& message) {
+    LookBack([&](std::string_view document, std::size_t offset) { column = ColumnAt(document, offset); });
+    throw TklRuntimeError(message, m_name, line, column, code);
+}
+
+void DocumentReader::CheckStretch() {
+    const std::size_t stretch = m_fed - m_fedAtEvent;
+    m_longestStretch = std::max(m_longestStretch, stretch);
+    if (stretch <= READ_AHEAD) return;
+    if (stretch - READ_AHEAD > m_limits.textBytes)
+        FailAt(SourcePiece::markup, &SMXMLLimits::textBytes,
+               "a text, tag or comment is longer than " + std::to_string(m_limits.textBytes) + " bytes");
+    if (m_scanner->AttributeSlots() > std::max(m_limits.attributes, m_slotsAtStart))
+        FailAt(SourcePiece::attribute, &SMXMLLimits::attributes, AttributesText(m_limits), m_limits.attributes);
 }
 
 std::size_t DocumentReader::Feed(char* to, std::size_t room) {
-    const std::size_t stretch = m_fed - m_fedAtEvent;
-    m_longestStretch = std::max(m_longestStretch, stretch);
-    if (stretch > READ_AHEAD && stretch - READ_AHEAD > m_limits.textBytes)
-        FailAt(&SMXMLLimits::textBytes, "a text, tag or comment is longer than " + std::to_string(m_limits.textBytes) + " bytes");
-    if (m_scanner->AttributeSlots() > std::max(m_limits.attributes, m_slotsAtStart))
-        FailAt(&SMXMLLimits::attributes, "a start tag has more than " + std::to_string(m_limits.attributes) + " attributes");
+    if (m_isStopped) return 0;
+    m_isFeeding = true;
+    CheckStretch();
     char* out = to;
     while (out == to && m_decoder.fault() == Utf8Decoder::Fault::none) {
         if (m_block.empty()) m_block = m_source->NextBlock();
@@ -256,11 +260,13 @@ std::size_t DocumentReader::Feed(char* to, std::size_t room) {
         m_totals->bytes += before - m_block.size();
     }
     if (m_totals->bytes > m_limits.documentBytes)
-        FailAt(&SMXMLLimits::documentBytes, "the document is larger than " + std::to_string(m_limits.documentBytes) + " bytes");
+        throw LimitError(m_limits, &SMXMLLimits::documentBytes,
+                         "the document is larger than " + std::to_string(m_limits.documentBytes) + " bytes", m_name);
+    m_isFeeding = false;
     return static_cast<std::size_t>(out - to);
 }
 
-void DocumentReader::FailAtFault() const {
+void DocumentReader::FailAtFault() {
     if (m_decoder.fault() == Utf8Decoder::Fault::none || !IsAtEnd()) return;
     const bool nul = m_decoder.fault() == Utf8Decoder::Fault::nul;
     if (nul) Fail(code::NUL_CHARACTER, "a NUL character is not allowed");
@@ -291,7 +297,7 @@ void DocumentReader::docCharacters(const XMLCh* chars, XMLSize_t length, bool) {
     }
     m_charsSize = static_cast<std::size_t>(Utf16ToUtf8(chars, length, m_chars.get() + m_charsSize) - m_chars.get());
     if (m_charsSize > m_limits.textBytes)
-        FailAt(&SMXMLLimits::textBytes, "a text is longer than " + std::to_string(m_limits.textBytes) + " bytes");
+        FailAt(SourcePiece::text, &SMXMLLimits::textBytes, "a text is longer than " + std::to_string(m_limits.textBytes) + " bytes");
 }
 
 void DocumentReader::ignorableWhitespace(const XMLCh* chars, XMLSize_t length, bool cdata) {
@@ -329,24 +335,26 @@ void DocumentReader::endDocument() {
 
 void DocumentReader::CheckAttributes(const ParsedAttributes::List& list, std::size_t count) {
     if (count > m_limits.attributes)
-        FailAt(&SMXMLLimits::attributes, "a start tag has more than " + std::to_string(m_limits.attributes) + " attributes");
+        FailAt(SourcePiece::attribute, &SMXMLLimits::attributes, AttributesText(m_limits), m_limits.attributes);
     // A value longer than a read block shows as a long stretch; only a small bound needs a look at each value.
     const std::size_t most = std::min(m_limits.attributeBytes, m_limits.textBytes);
     if (m_fed - m_fedAtEvent <= most && most > READ_AHEAD) return;
-    for (std::size_t i = 0; i < count; ++i)
-        if (Utf8Size(list.elementAt(i)->getValue()) > most)
-            FailAt(most == m_limits.attributeBytes ? &SMXMLLimits::attributeBytes : &SMXMLLimits::textBytes,
-                   (most == m_limits.attributeBytes ? "an attribute value" : "a tag") +
-                       (" is longer than " + std::to_string(most) + " bytes"));
+    for (std::size_t i = 0; i < count; ++i) {
+        if (Utf8Size(list.elementAt(i)->getValue()) <= most) continue;
+        const std::string longer = " is longer than " + std::to_string(most) + " bytes";
+        if (most == m_limits.attributeBytes) FailAt(SourcePiece::attribute, &SMXMLLimits::attributeBytes, "an attribute value" + longer, i);
+        FailAt(SourcePiece::element, &SMXMLLimits::textBytes, "a tag" + longer);
+    }
 }
 
 void DocumentReader::CheckElement(const ParsedAttributes::List& attributes, std::size_t count) {
     m_totals->depth = m_depthAround + m_open.size();
-    if (m_totals->depth > m_limits.depth) FailAt(&SMXMLLimits::depth, "elements are nested deeper than " + std::to_string(m_limits.depth));
+    if (m_totals->depth > m_limits.depth)
+        FailAt(SourcePiece::element, &SMXMLLimits::depth, "elements are nested deeper than " + std::to_string(m_limits.depth));
     if (++m_totals->elements > m_limits.elements)
-        FailAt(&SMXMLLimits::elements, "there are more than " + std::to_string(m_limits.elements) + " elements");
+        FailAt(SourcePiece::element, &SMXMLLimits::elements, "there are more than " + std::to_string(m_limits.elements) + " elements");
     if (m_names.size() - m_namesAtStart > m_limits.names)
-        FailAt(&SMXMLLimits::names, "elements have more than " + std::to_string(m_limits.names) + " different names");
+        FailAt(SourcePiece::element, &SMXMLLimits::names, "elements have more than " + std::to_string(m_limits.names) + " different names");
     if (count) CheckAttributes(attributes, count);
     if (m_hasDefaults) ChargeDefaults(attributes, count);
     if (m_hasEntities) {
@@ -389,43 +397,39 @@ void DocumentReader::XMLDecl(const XMLCh* version, const XMLCh*, const XMLCh*, c
     if (!SameText(version, "1.0")) Fail(code::XML_VERSION, "XML version " + Utf8Of(version) + " is not supported");
 }
 
-void DocumentReader::error(unsigned int code, const XMLCh* domain, ErrTypes type, const XMLCh* text, const XMLCh*, const XMLCh*,
+void DocumentReader::error(unsigned int number, const XMLCh* domain, ErrTypes type, const XMLCh* text, const XMLCh*, const XMLCh*,
                            XMLFileLoc line, XMLFileLoc column) {
     if (type == ErrType_Warning) return;
     FailAtFault();
     const bool isOfScanner = xercesc::XMLString::equals(domain, xercesc::XMLUni::fgXMLErrDomain);
-    const long lineNumber = static_cast<long>(line), columnNumber = static_cast<long>(column);
-    const bool isExpansion = isOfScanner && code == xercesc::XMLErrs::EntityExpansionLimitExceeded;
+    const bool isExpansion = isOfScanner && number == xercesc::XMLErrs::EntityExpansionLimitExceeded;
     if (isExpansion && ReferencesLeft() <= CharactersLeft() / std::max<std::size_t>(m_longestEntity, 1))
-        FailAt(&SMXMLLimits::entityReferences, ReferencesText(m_limits));
-    if (isExpansion) throw LimitError(m_limits, &SMXMLLimits::entityCharacters, ExpansionText(m_limits), m_name, lineNumber, columnNumber);
-    const bool inEndTag = isOfScanner && code == xercesc::XMLErrs::ExpectedEndOfTagX;
-    const bool atEnd = IsAtEnd() || (inEndTag && !m_hasEntities && EndsWithinTag());
-    throw TklRuntimeError(Utf8Of(text), m_name, lineNumber, columnNumber, isOfScanner ? CodeOfError(code, atEnd) : CodeOfException(code));
+        FailAt(SourcePiece::reference, &SMXMLLimits::entityReferences, ReferencesText(m_limits));
+    if (isExpansion) FailAt(SourcePiece::reference, &SMXMLLimits::entityCharacters, ExpansionText(m_limits));
+    // What the reader beneath raises leaves it where nothing can be taken of it.
+    if (!isOfScanner)
+        throw TklRuntimeError(Utf8Of(text), m_name, static_cast<long>(line), static_cast<long>(column), CodeOfException(number));
+    const bool atEnd = IsAtEnd() || (number == xercesc::XMLErrs::ExpectedEndOfTagX && !m_hasEntities && EndsWithinTag());
+    const std::string_view known = CodeOfError(number, atEnd);
+    if (known == code::UNKNOWN_ENTITY || known == code::EXTERNAL_ENTITY || known == code::RECURSIVE_ENTITY)
+        FailAt(SourcePiece::reference, known.data(), Utf8Of(text));
+    FailHere(static_cast<long>(line), static_cast<long>(column), known.data(), Utf8Of(text));
 }
 
 bool DocumentReader::EndsWithinTag() {
     constexpr int LONGEST = 1'000;
     for (int i = 0; i < LONGEST && !IsAtEnd(); ++i)
-        if (m_scanner->TakeCharacter() == u'>') return false;
+        if (TakeOfRest() == u'>') return false;
     return IsAtEnd();
 }
 
-void DocumentReader::resetErrors() {}
-
 xercesc::InputSource* DocumentReader::resolveEntity(xercesc::XMLResourceIdentifier* id) {
-    Fail(code::EXTERNAL_ENTITY, "the external entity \"" + Utf8Of(id->getSystemId()) + "\" is not opened");
+    FailAt(SourcePiece::reference, code::EXTERNAL_ENTITY, "the external entity \"" + Utf8Of(id->getSystemId()) + "\" is not opened");
 }
-
-void DocumentReader::endInputSource(const xercesc::InputSource&) {}
 
 bool DocumentReader::expandSystemId(const XMLCh*, xercesc::XMLBuffer&) {
     return false;
 }
-
-void DocumentReader::resetEntities() {}
-
-void DocumentReader::startInputSource(const xercesc::InputSource&) {}
 
 std::size_t DocumentReader::ReferencesLeft() const {
     return m_limits.entityReferences - std::min(m_limits.entityReferences, m_totals->entityReferences);
@@ -436,8 +440,8 @@ std::size_t DocumentReader::CharactersLeft() const {
 }
 
 void DocumentReader::ChargeReferences(std::size_t count, std::size_t characters) {
-    if (characters > CharactersLeft()) FailAt(&SMXMLLimits::entityCharacters, ExpansionText(m_limits));
-    if (count > ReferencesLeft()) FailAt(&SMXMLLimits::entityReferences, ReferencesText(m_limits));
+    if (characters > CharactersLeft()) FailAt(SourcePiece::reference, &SMXMLLimits::entityCharacters, ExpansionText(m_limits));
+    if (count > ReferencesLeft()) FailAt(SourcePiece::reference, &SMXMLLimits::entityReferences, ReferencesText(m_limits));
     m_totals->entityCharacters += characters;
     m_totals->entityReferences += count;
     // One is let through in any case, to be judged by its own length where it stands in content.
@@ -453,8 +457,9 @@ void DocumentReader::ChargeDefaults(const ParsedAttributes::List& attributes, st
         characters += xercesc::XMLString::stringLen(attribute.getName()) + xercesc::XMLString::stringLen(attribute.getValue());
     }
     if (characters > CharactersLeft())
-        FailAt(&SMXMLLimits::entityCharacters, "attributes that the DOCTYPE gives by default come to more than " +
-                                                   std::to_string(m_limits.entityCharacters) + " characters");
+        FailAt(
+            SourcePiece::element, &SMXMLLimits::entityCharacters,
+            "attributes that the DOCTYPE gives by default come to more than " + std::to_string(m_limits.entityCharacters) + " characters");
     m_totals->entityCharacters += characters;
 }
 
@@ -463,10 +468,8 @@ void DocumentReader::startEntityReference(const xercesc::XMLEntityDecl& entity) 
     TellMark();
 }
 
-void DocumentReader::endEntityReference(const xercesc::XMLEntityDecl&) {}
-
 void DocumentReader::entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter, bool) {
-    if (isParameter) Fail(code::PARAMETER_ENTITY, "parameter entities are not supported");
+    if (isParameter) FailAt(SourcePiece::declaration, code::PARAMETER_ENTITY, "parameter entities are not supported");
     m_hasEntities = true;
     m_longestEntity = std::max(m_longestEntity, static_cast<std::size_t>(entity.getValueLen()));
     ChargeReferences(0, 0);
@@ -474,7 +477,7 @@ void DocumentReader::entityDecl(const xercesc::DTDEntityDecl& entity, bool isPar
 
 void DocumentReader::startAttList(const xercesc::DTDElementDecl&) {
     // Entities in default values would be expanded where nothing counts them.
-    if (m_hasEntities) Fail(code::PARAMETER_ENTITY, "attribute lists behind entities are not supported");
+    if (m_hasEntities) FailAt(SourcePiece::declaration, code::PARAMETER_ENTITY, "attribute lists behind entities are not supported");
 }
 
 void DocumentReader::doctypeDecl(const xercesc::DTDElementDecl&, const XMLCh*, const XMLCh* systemId, bool, bool) {
@@ -495,17 +498,5 @@ void DocumentReader::endIntSubset() {
 void DocumentReader::attDef(const xercesc::DTDElementDecl&, const xercesc::DTDAttDef& attribute, bool) {
     if (attribute.getValue()) m_hasDefaults = true;
 }
-
-void DocumentReader::doctypeComment(const XMLCh*) {}
-void DocumentReader::doctypePI(const XMLCh*, const XMLCh*) {}
-void DocumentReader::doctypeWhitespace(const XMLCh*, XMLSize_t) {}
-void DocumentReader::elementDecl(const xercesc::DTDElementDecl&, bool) {}
-void DocumentReader::endAttList(const xercesc::DTDElementDecl&) {}
-void DocumentReader::endExtSubset() {}
-void DocumentReader::resetDocType() {}
-void DocumentReader::notationDecl(const xercesc::XMLNotationDecl&, bool) {}
-void DocumentReader::startIntSubset() {}
-void DocumentReader::startExtSubset() {}
-void DocumentReader::TextDecl(const XMLCh*, const XMLCh*) {}
 
 }  // namespace qv

@@ -1,14 +1,16 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "core/qvutils/content/sourceplaces.h"
+#include "core/qvutils/xml/documentscanner.h"
 #include "core/qvutils/xml/elementnames.h"
 #include "core/qvutils/xml/parsedattributes.h"
 #include "core/qvutils/xml/qvsax2parser.h"
-#include "core/qvutils/xml/readermemory.h"
 #include "core/qvutils/xml/utf8decoder.h"
 
 #include <xercesc/framework/XMLDocumentHandler.hpp>
@@ -20,9 +22,6 @@ namespace qv {
 
 class DocumentSource;
 class MarkupWatcher;
-
-/** The scanner beneath: the fast one knows no DOCTYPE; the general one reads internal entities. */
-enum class ScannerKind { fast, general };
 
 /**
  * A Xerces-C scanner and what turns its callbacks into the events of `QvContentHandler`. It reads one document after the other;
@@ -54,25 +53,37 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     long Column() const;
     /** The innermost open element, or the one whose tag is being told; empty outside the root. */
     std::string_view Element() const noexcept;
+    /**
+     * Where the piece begins that the scanner is behind; what Line and Column tell where the document cannot be looked at once more. For an
+     * error: the document cannot be read on.
+     */
+    SourcePlace PlaceOf(SourcePiece piece, std::size_t attribute = 0);
 
     /** For the byte stream: fills in what comes next, counts it, and stops a text or a tag that never ends. */
     std::size_t Feed(char* to, std::size_t room);
 
   private:
-    class Scanner;
-    class FastScanner;
-    class GeneralScanner;
-
     /** False while the first bytes are fed: until then the scanner cannot even be asked where it stands. */
     bool HasReader() const;
     bool IsAtEnd() const;
-    [[noreturn]] void Fail(const char* code, const std::string& message) const;
-    /** Raises what stands for a document that passes a bound. */
-    [[noreturn]] void FailAt(std::size_t SMXMLLimits::*bound, const std::string& message) const;
+    /** Raises an error where the scanner stands. */
+    [[noreturn]] void Fail(const char* code, const std::string& message);
+    [[noreturn]] void FailAt(SourcePiece piece, const char* code, const std::string& message);
+    /** Raises what stands for a document that passes a bound with this piece. */
+    [[noreturn]] void FailAt(SourcePiece piece, std::size_t SMXMLLimits::*bound, const std::string& message, std::size_t attribute = 0);
     /** Raises the fault for which the decoder has ended the input, if the scanner has come to that end. */
-    void FailAtFault() const;
+    void FailAtFault();
     /** Reads on, for an error that has been met already: whether the document ends before the tag does. */
     bool EndsWithinTag();
+    /** The next character, for an error that has been met already; 0 at the end. */
+    char16_t TakeOfRest();
+    void TakeRest();
+    /** Shows what has been fed, with the offset where the scanner stands. Nothing is fed from then on. */
+    void LookBack(const std::function<void(std::string_view document, std::size_t offset)>& look);
+    /** Raises an error at a place of the scanner, in which the column may lack characters. */
+    [[noreturn]] void FailHere(long line, long column, const char* code, const std::string& message);
+    /** Stops a text or a tag that never ends. */
+    void CheckStretch();
     void FlushText();
     void TellMark() const;
     void EndElement(const ElementName& name);
@@ -90,7 +101,7 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     void docPI(const XMLCh* target, const XMLCh* data) override;
     void endDocument() override;
     void endElement(const xercesc::XMLElementDecl& element, unsigned int uri, bool isRoot, const XMLCh* prefix) override;
-    void endEntityReference(const xercesc::XMLEntityDecl& entity) override;
+    void endEntityReference(const xercesc::XMLEntityDecl&) override {}
     void ignorableWhitespace(const XMLCh* chars, XMLSize_t length, bool cdata) override;
     void resetDocument() override;
     void startDocument() override;
@@ -100,38 +111,38 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     void XMLDecl(const XMLCh* version, const XMLCh* encoding, const XMLCh* standalone, const XMLCh* autoEncoding) override;
 
     // XMLErrorReporter
-    void error(unsigned int code, const XMLCh* domain, ErrTypes type, const XMLCh* text, const XMLCh* systemId, const XMLCh* publicId,
+    void error(unsigned int number, const XMLCh* domain, ErrTypes type, const XMLCh* text, const XMLCh* systemId, const XMLCh* publicId,
                XMLFileLoc line, XMLFileLoc column) override;
-    void resetErrors() override;
+    void resetErrors() override {}
 
     // XMLEntityHandler
-    void endInputSource(const xercesc::InputSource& source) override;
+    void endInputSource(const xercesc::InputSource&) override {}
     bool expandSystemId(const XMLCh* systemId, xercesc::XMLBuffer& toFill) override;
-    void resetEntities() override;
+    void resetEntities() override {}
     xercesc::InputSource* resolveEntity(xercesc::XMLResourceIdentifier* id) override;
-    void startInputSource(const xercesc::InputSource& source) override;
+    void startInputSource(const xercesc::InputSource&) override {}
 
     // DocTypeHandler
-    void attDef(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute, bool ignoring) override;
-    void doctypeComment(const XMLCh* comment) override;
+    void attDef(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute, bool isIgnored) override;
+    void doctypeComment(const XMLCh*) override {}
     void doctypeDecl(const xercesc::DTDElementDecl& element, const XMLCh* publicId, const XMLCh* systemId, bool hasInternal,
                      bool hasExternal) override;
-    void doctypePI(const XMLCh* target, const XMLCh* data) override;
-    void doctypeWhitespace(const XMLCh* chars, XMLSize_t length) override;
-    void elementDecl(const xercesc::DTDElementDecl& element, bool isIgnored) override;
-    void endAttList(const xercesc::DTDElementDecl& element) override;
+    void doctypePI(const XMLCh*, const XMLCh*) override {}
+    void doctypeWhitespace(const XMLCh*, XMLSize_t) override {}
+    void elementDecl(const xercesc::DTDElementDecl&, bool) override {}
+    void endAttList(const xercesc::DTDElementDecl&) override {}
     void endIntSubset() override;
-    void endExtSubset() override;
+    void endExtSubset() override {}
     void entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter, bool isIgnored) override;
-    void resetDocType() override;
-    void notationDecl(const xercesc::XMLNotationDecl& notation, bool isIgnored) override;
+    void resetDocType() override {}
+    void notationDecl(const xercesc::XMLNotationDecl&, bool) override {}
     void startAttList(const xercesc::DTDElementDecl& element) override;
-    void startIntSubset() override;
-    void startExtSubset() override;
-    void TextDecl(const XMLCh* version, const XMLCh* encoding) override;
+    void startIntSubset() override {}
+    void startExtSubset() override {}
+    void TextDecl(const XMLCh*, const XMLCh*) override {}
 
     ReaderMemory m_memory;
-    std::unique_ptr<Scanner> m_scanner;
+    std::unique_ptr<DocumentScanner> m_scanner;
     DocumentSource* m_source = nullptr;
     /** What is left of the last block of the source. */
     std::string_view m_block;
@@ -154,9 +165,14 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     std::size_t m_charsSize = 0, m_charsRoom = 0;
     I18NString m_text;
 
+    /** Bytes before the first that was fed: those of a mark. */
+    std::size_t m_markSize = 0;
     /** Bytes fed so far, at the last callback, and the most between two callbacks. */
     std::size_t m_fed = 0, m_fedAtEvent = 0, m_longestStretch = 0;
     unsigned char m_lastByte = 0;
+    bool m_isFeeding = false, m_isStopped = false;
+    /** What was taken of the document after an error. */
+    std::u16string m_rest;
     /** What earlier documents have left. */
     std::size_t m_namesAtStart = 0, m_slotsAtStart = 0;
 

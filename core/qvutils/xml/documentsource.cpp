@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "core/qvutils/content/sourcebytes.h"
 #include "core/qvutils/diag/codes.h"
 #include "core/qvutils/diag/tklerrors.h"
 
@@ -63,6 +64,13 @@ bool IsHopeless(std::string_view head) {
 
 }  // namespace
 
+void MemorySource::LookBack(std::size_t size, const std::function<void(std::string_view)>& look) const {
+    const std::string_view bytes = m_bytes.substr(0, size);
+    if (LookAtProlog(m_bytes).isUtf8) return look(bytes);
+    const std::string converted = Utf8OfDocument(bytes);
+    if (!converted.empty()) look(converted);
+}
+
 FileSource::FileSource(std::string path) : m_path(std::move(path)) {
     if (m_path.find('\0') != std::string::npos) Fail("cannot open", EINVAL);
     // A copy of the descriptor goes on where the process stands in it; a socket could not be opened by this name at all.
@@ -107,7 +115,10 @@ void FileSource::FillHead() {
 std::size_t FileSource::ReadFile(char* to, std::size_t room) {
     while (true) {
         const ssize_t count = ::read(m_file, to, room);
-        if (count >= 0) return static_cast<std::size_t>(count);
+        if (count >= 0) {
+            m_bytesRead += static_cast<std::size_t>(count);
+            return static_cast<std::size_t>(count);
+        }
         if (errno != EINTR) Fail("cannot read", errno);
     }
 }
@@ -115,6 +126,13 @@ std::size_t FileSource::ReadFile(char* to, std::size_t room) {
 std::string_view FileSource::NextBlock() {
     if (std::exchange(m_headTaken, true)) return {m_block.get(), ReadFile(m_block.get(), m_room)};
     return Head();
+}
+
+void FileSource::LookBack(std::size_t size, const std::function<void(std::string_view)>& look) const {
+    const off_t at = ::lseek(m_file, 0, SEEK_CUR);
+    if (at < 0) return;
+    const SourceBytes bytes(m_file, static_cast<std::size_t>(at) - m_bytesRead, size);
+    if (!bytes.Utf8().empty()) look(bytes.Utf8());
 }
 
 void FileSource::Fail(const char* what, int error) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -19,6 +20,8 @@ class DocumentSource {
     virtual std::string_view Head() const = 0;
     /** The next bytes, good until the next call; empty only at the end. */
     virtual std::string_view NextBlock() = 0;
+    /** Shows its first `size` bytes once more, in UTF-8 and for the time of the call; shows nothing where that cannot be done. */
+    virtual void LookBack(std::size_t size, const std::function<void(std::string_view)>& look) const = 0;
 };
 
 /** Bytes in memory, borrowed. They are one block. */
@@ -27,6 +30,7 @@ class MemorySource final : public DocumentSource {
     explicit MemorySource(std::string_view bytes) noexcept : m_bytes(bytes), m_rest(bytes) {}
     std::string_view Head() const override { return m_bytes; }
     std::string_view NextBlock() override { return std::exchange(m_rest, {}); }
+    void LookBack(std::size_t size, const std::function<void(std::string_view)>& look) const override;
 
   private:
     std::string_view m_bytes, m_rest;
@@ -43,6 +47,8 @@ class FileSource final : public DocumentSource {
     FileSource& operator=(const FileSource&) = delete;
     std::string_view Head() const override { return {m_block.get(), m_headSize}; }
     std::string_view NextBlock() override;
+    /** Of a regular file. */
+    void LookBack(std::size_t size, const std::function<void(std::string_view)>& look) const override;
 
   private:
     std::size_t ReadFile(char* to, std::size_t room);
@@ -53,7 +59,7 @@ class FileSource final : public DocumentSource {
     std::string m_path;
     int m_file = -1;
     std::unique_ptr<char[]> m_block;
-    std::size_t m_room = 0, m_headSize = 0;
+    std::size_t m_room = 0, m_headSize = 0, m_bytesRead = 0;
     bool m_headTaken = false;
 };
 

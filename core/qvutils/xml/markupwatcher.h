@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "core/qvutils/xml/limits.h"
+
 namespace qv {
 
 /**
@@ -14,7 +16,7 @@ class MarkupWatcher {
     virtual void Mark(long line, long column) = 0;
 };
 
-/** Scans a document in UTF-8, whatever encoding it names, and without limits. `watcher` is borrowed. */
-void WatchMarkup(std::string_view document, MarkupWatcher& watcher);
+/** Scans a document in UTF-8, whatever encoding it names. `watcher` is borrowed. Raises TklRuntimeError where the scan ends early. */
+void WatchMarkup(std::string_view document, MarkupWatcher& watcher, const SMXMLLimits& limits);
 
 }  // namespace qv

@@ -1,6 +1,5 @@
 #include "core/qvutils/xml/qvsax2parser.h"
 
-#include <limits>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -10,6 +9,7 @@
 #include "core/qvutils/diag/tklerrors.h"
 #include "core/qvutils/xml/documentreader.h"
 #include "core/qvutils/xml/documentsource.h"
+#include "core/qvutils/xml/elementerror.h"
 #include "core/qvutils/xml/markupwatcher.h"
 #include "core/qvutils/xml/utf16.h"
 
@@ -58,26 +58,23 @@ void ReturnReader(ScannerKind kind, std::unique_ptr<DocumentReader> reader) {
 /** Where the parse stands, for whoever asks. */
 class ParseFrame final : public SMSourceFrame {
   public:
-    ParseFrame(const DocumentReader& reader, const std::string& file, const QvContentHandler* handler)
+    ParseFrame(DocumentReader& reader, const std::string& file, const QvContentHandler* handler)
         : m_reader(reader), m_file(file), m_handler(handler) {}
 
     SMSourceContext Describe() const override {
         const auto* locator = dynamic_cast<const SMObjectLocator*>(m_handler);
         return {m_file, m_reader.Line(), m_reader.Column(), m_reader.Element(), locator ? locator->InnermostObject() : nullptr};
     }
+    qv::DocumentPlace PlaceOfElement() const {
+        const qv::SourcePlace place = m_reader.PlaceOf(qv::SourcePiece::element);
+        return {m_file, place.line, place.column};
+    }
 
   private:
-    const DocumentReader& m_reader;
+    DocumentReader& m_reader;
     const std::string& m_file;
     const QvContentHandler* m_handler;
 };
-
-SMXMLLimits NoLimits() {
-    constexpr std::size_t MOST = std::numeric_limits<std::size_t>::max();
-    SMXMLLimits limits;
-    for (const SMXMLLimitInfo& info : SMXMLLimitInfos()) limits.*info.bound = MOST;
-    return limits;
-}
 
 }  // namespace
 
@@ -99,13 +96,23 @@ void qv::ParseSource(DocumentSource& source, const std::string& name, QvContentH
     ReturnReader(kind, std::move(reader));
 }
 
-void qv::WatchMarkup(std::string_view document, MarkupWatcher& watcher) {
+void qv::WatchMarkup(std::string_view document, MarkupWatcher& watcher, const SMXMLLimits& limits) {
     StartXerces();
     DocumentReader reader(LookAtProlog(document).isPlain ? ScannerKind::fast : ScannerKind::general);
     reader.SetWatcher(&watcher);
     MemorySource source(document);
     SMXMLTotals totals;
-    reader.Read(source, true, {}, nullptr, NoLimits(), totals);
+    reader.Read(source, true, {}, nullptr, limits, totals);
+}
+
+qv::DocumentPlace qv::PlaceOfToldElement() {
+    const auto* const frame = dynamic_cast<const ParseFrame*>(SMSourceFrame::Innermost());
+    return frame ? frame->PlaceOfElement() : DocumentPlace();
+}
+
+void qv::FailAtToldElement(const std::string& message, const char* code) {
+    const DocumentPlace place = PlaceOfToldElement();
+    throw TklRuntimeError(message, place.file, place.line, place.column, code);
 }
 
 QvSAX2Parser::QvSAX2Parser() = default;

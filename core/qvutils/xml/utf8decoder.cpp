@@ -79,8 +79,10 @@ char* Utf8Decoder::CompleteCut(std::string_view& bytes, char* out) noexcept {
         bytes.remove_prefix(1);
     }
     if (m_cutSize == length) {
-        if (!DecodeCharacter(m_cut.data(), length, out)) m_fault = Fault::malformed;
-        m_cutSize = 0;
+        if (!DecodeCharacter(m_cut.data(), length, out))
+            m_fault = Fault::malformed;
+        else
+            m_cutSize = 0;
     }
     return out;
 }
@@ -114,7 +116,6 @@ char* Utf8Decoder::Decode(std::string_view& bytes, char* out, const char* end) n
 
 void Utf8Decoder::Finish() noexcept {
     if (m_cutSize != 0) m_fault = Fault::malformed;
-    m_cutSize = 0;
 }
 
 }  // namespace qv

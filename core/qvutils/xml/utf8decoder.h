@@ -20,6 +20,8 @@ class Utf8Decoder {
     /** The last block is through: a character that is cut off is a fault. */
     void Finish() noexcept;
     Fault fault() const noexcept { return m_fault; }
+    /** Bytes taken for a character that is not written: its rest is to come, or makes none of it. */
+    std::size_t held() const noexcept { return m_cutSize; }
 
   private:
     bool DecodeCharacter(const char* bytes, std::size_t length, char*& out) noexcept;

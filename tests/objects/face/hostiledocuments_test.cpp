@@ -1,4 +1,5 @@
 // Documents too large for a file of the tree: cut at each byte, deep, wide and long.
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <tuple>
@@ -18,6 +19,7 @@
 
 using namespace schema_002_000;
 using testing::AnyOf;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -188,6 +190,20 @@ std::string Placeholder(const std::string& file) {
     return "<smnamespacefile id=\"i\" name=\"n\" filename=\"" + file + "\" filepath=\"\"></smnamespacefile>";
 }
 
+/** "file:line:column" of what ended a read. */
+std::string PlaceOf(const SMLoadResult& loaded) {
+    const SMDiagnostic& told = loaded.diagnostics.back();
+    return told.file + ":" + std::to_string(told.line) + ":" + std::to_string(told.column);
+}
+
+/** ":line:column" of a piece of a document. */
+std::string PlaceIn(const std::string& document, const std::string& piece) {
+    const std::size_t at = document.find(piece);
+    const auto lines = std::count(document.begin(), document.begin() + static_cast<std::ptrdiff_t>(at), '\n');
+    const std::size_t start = document.rfind('\n', at) + 1;  // 0 in the first line
+    return ":" + std::to_string(lines + 1) + ":" + std::to_string(at - start + 1);
+}
+
 class HostileFiles : public testing::Test {
   protected:
     SMLoadResult Load(const std::string& content) {
@@ -226,7 +242,40 @@ TEST_F(HostileFiles, CountTheElementsAroundThem) {
     m_limits.depth = 6;
     EXPECT_EQ("read", VerdictOf(Load(ROOT + Placeholder("a.qvf") + "</namespace>")));
     m_limits.depth = 5;
-    EXPECT_THAT(VerdictOf(Load(ROOT + Placeholder("a.qvf") + "</namespace>")), StartsWith("SM2102"));
+    const SMLoadResult tooDeep = Load(ROOT + Placeholder("a.qvf") + "</namespace>");
+    EXPECT_THAT(VerdictOf(tooDeep), StartsWith("SM2102"));
+    EXPECT_EQ(PlaceOf(tooDeep), m_dir.Path("a.qvf") + ":1:46");
+}
+
+TEST_F(HostileFiles, ThatNameTheSameTooOftenAreToldAtTheirPlaceholder) {
+    m_dir.Write("a.qvf", NamespaceElement("a"));
+    const std::string before = ROOT + Repeat(Placeholder("a.qvf"), 10'001);
+    const std::string document = before + Placeholder("./a.qvf") + "</namespace>";
+    const SMLoadResult tooOften = Load(document);
+    EXPECT_EQ(tooOften.diagnostics.back().code, "SM2108");
+    EXPECT_EQ(tooOften.diagnostics.back().message, "the placeholders of the model name the same files too often");
+    EXPECT_EQ(PlaceOf(tooOften), m_dir.Path("main.xml") + PlaceIn(ModelDocument(document), Placeholder("./a.qvf")));
+}
+
+TEST_F(HostileFiles, TellEventsBeforeTheEndOfAReadWhereTheyBelong) {
+    const std::string unknown = "<unknown>x</unknown>";
+    m_dir.Write("a.qvf", NamespaceElement("a", "<folder><name locale=\"en\">f</name>\n  " + unknown + "</folder>"));
+    const auto placesIn = [](const SMLoadResult& loaded) {
+        std::vector<std::string> places;
+        for (const SMDiagnostic& told : loaded.diagnostics)
+            places.push_back(std::filesystem::path(told.file).filename().string() + ":" + std::to_string(told.line) + ":" +
+                             std::to_string(told.column));
+        return places;
+    };
+    for (const std::string character : {"", "\xC2\x85"}) {
+        const std::string content = "<!--" + character + "-->" + ROOT + Placeholder("a.qvf") + "\n   " + unknown + "<broken>";
+        const std::string end = character.empty() ? "main.xml:3:34" : "main.xml:3:35";  // behind the "</" of another tag than the open one
+        const std::string broken = content + character + "</namespace>";
+        m_limits = {};
+        EXPECT_THAT(placesIn(Load(broken)), ElementsAre("a.qvf:2:3", "a.qvf:2:12", "main.xml:3:4", "main.xml:3:13", "main.xml:3:24", end));
+        m_limits.findings = 1;
+        EXPECT_THAT(placesIn(Load(broken)), ElementsAre("a.qvf:2:3", end, "a.qvf:2:12")) << "the last one counts those behind the first";
+    }
 }
 
 TEST_F(HostileFiles, AreBoundInTheirNumber) {
@@ -237,7 +286,7 @@ TEST_F(HostileFiles, AreBoundInTheirNumber) {
     m_limits.partFiles = 2;
     const SMLoadResult tooMany = Load(three);
     EXPECT_EQ(tooMany.status, SMStatus::failed);
-    EXPECT_EQ(tooMany.diagnostics.back().file, m_dir.Path("c.qvf"));
+    EXPECT_EQ(PlaceOf(tooMany), m_dir.Path("main.xml") + PlaceIn(ModelDocument(three), Placeholder("c.qvf")));
     EXPECT_EQ(VerdictOf(tooMany),
               "SM2108 the model has more than 2 separate files; where that is meant, raise the limit, as by --limits files=4");
 }
@@ -249,4 +298,6 @@ TEST_F(HostileFiles, AreBoundInTheirNesting) {
     const SMLoadResult loaded = Load(Placeholder("f0.qvf"));
     EXPECT_EQ(loaded.status, SMStatus::failed);
     EXPECT_EQ(VerdictOf(loaded), "SM2111 more than 100 files would be read one inside the other");
+    const std::string next = Placeholder("f100.qvf");
+    EXPECT_EQ(PlaceOf(loaded), m_dir.Path("f99.qvf") + PlaceIn(NamespaceElement("n99", next), next));
 }

@@ -378,10 +378,10 @@ TEST_F(SMModelFiles, MustHaveTheRootOfTheirObject) {
     m_dir.Write("main.xml", ModelDocument(Placeholder("Root.qvf") + "<packages><packagefile filename=\"P.qva\"></packagefile></packages>"));
     m_dir.Write("Root.qvf", "\n" + FolderElement("Root"));
     m_dir.Write("P.qva", PackageElement("P"));
-    EXPECT_THAT(Told(Join()), HasSubstr(m_dir.Path("Root.qvf") + ":2:9: the root element is <folder>, not <namespace>"));
+    EXPECT_THAT(Told(Join()), HasSubstr(m_dir.Path("Root.qvf") + ":2:1: the root element is <folder>, not <namespace>"));
     m_dir.Write("Root.qvf", NamespaceElement("Root"));
     m_dir.Write("P.qva", NamespaceElement("P"));
-    EXPECT_THAT(Told(Join()), HasSubstr("P.qva:1:12: the root element is <namespace>, not <package>"));
+    EXPECT_THAT(Told(Join()), HasSubstr("P.qva:1:1: the root element is <namespace>, not <package>"));
     m_dir.Write("P.qva", "<x:package xmlns:x=\"u\"><name locale=\"en\">P</name><adminAccess></adminAccess></x:package>");
     EXPECT_TRUE(Join().IsDone()) << "prefixes do not matter";
 }

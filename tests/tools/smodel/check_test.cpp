@@ -118,7 +118,7 @@ TEST(SmodelCheck, TellsOnStandardErrorWhyADocumentCannotBeRead) {
     for (const Case& bad : {Case{absent, absent + ": error[SM2021] cannot open: No such file or directory\n"},
                             Case{directory.Path("."), directory.Path(".") + ": error[SM2023] cannot read: Is a directory\n"},
                             Case{cut, cut + ":2:"}, Case{empty, empty + ":1:1: error[SM2002] the document is empty\n"},
-                            Case{other, other + ":1:4: error[SM2003] no model document: the root element is <a>, not <project>\n"}}) {
+                            Case{other, other + ":1:1: error[SM2003] no model document: the root element is <a>, not <project>\n"}}) {
         const ToolRun run = RunTool({"check", bad.path});
         EXPECT_EQ(run.status, 2) << bad.path;
         EXPECT_THAT(run.out, IsEmpty());

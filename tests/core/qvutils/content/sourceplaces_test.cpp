@@ -101,3 +101,46 @@ TEST(SourcePlaces, LeaveAPlaceAsItIsWhereNothingBegan) {
     EXPECT_EQ(Ask("<a", What::element, 1, 1), (Answer{1, 1, 0}));
     EXPECT_EQ(Ask("", What::text, 1, 1), (Answer{1, 1, 0}));
 }
+
+TEST(SourcePlaces, PutAnEventOfTheDoctypeAtItsFirstCharacter) {
+    EXPECT_EQ(Ask("<!-- c -->\n <!DOCTYPE a SYSTEM 'b'><a/>", What::event, 2, 24), (Answer{2, 2, 0}));
+    EXPECT_EQ(Ask("<!DOCTYPE a SYSTEM 'b' [<!ENTITY e '>'>]><a/>", What::event, 1, 24), (Answer{1, 1, 0}));
+}
+
+TEST(SourcePlaces, CostEachTextBehindADoctypeItsLengthAlone) {
+    constexpr std::size_t MANY = 300'000;
+    std::string document = "<!DOCTYPE a><a>";
+    for (std::size_t i = 0; i < MANY; ++i) document += "<b>text</b>\n";
+    document += "</a>";
+    const std::clock_t start = std::clock();
+    EXPECT_EQ(Ask(document, What::element, MANY, 4), (Answer{MANY, 1, 11}));
+    EXPECT_LT(std::clock() - start, 10 * CLOCKS_PER_SEC);
+}
+
+TEST(SourcePlaces, AreAnsweredBeforeTheFaultOfABrokenDocument) {
+    for (const std::string before : {"", "<!--\xC2\x85-->"})
+        for (const std::string after : {"</b>", "<c x='", "<![CDATA[", "<!--", "<", "&", "</", "<!DOCTYPE a [<!ENTITY"})
+            EXPECT_EQ(Ask(before + "<a>\n  <b/>" + after, What::element, 2, 7), (Answer{2, 3, 4})) << before << after;
+}
+
+TEST(SourcePlaces, TellWhereTheRestOfADocumentBegins) {
+    EXPECT_EQ(qv::OffsetOfRest("a\r\nb\rc\nd", "\nb\nc\nd"), 1u);
+    EXPECT_EQ(qv::OffsetOfRest("a\r\nb", "b"), 3u);
+    EXPECT_EQ(qv::OffsetOfRest("ab", "ab"), 0u);
+    EXPECT_EQ(qv::OffsetOfRest("ab", ""), 2u);
+    EXPECT_EQ(qv::OffsetOfRest("ab", "cb"), std::string_view::npos);
+    EXPECT_EQ(qv::OffsetOfRest("ab", "aab"), std::string_view::npos);
+}
+
+TEST(SourcePlaces, CountTheColumnOfACharacter) {
+    EXPECT_EQ(qv::ColumnAt("\xEF\xBB\xBF"
+                           "abc",
+                           5),
+              3);
+    EXPECT_EQ(qv::ColumnAt("a\rb\xC2\x85\xF0\x9F\x98\x80"
+                           "c",
+                           9),
+              5);
+    EXPECT_EQ(qv::ColumnAt("a\r\n", 3), 1);
+    EXPECT_EQ(qv::ColumnAt("", 0), 1);
+}

@@ -94,6 +94,10 @@ bool IsOfPlaceholder(const ContentLoss& found) {
     return found.kind != ContentLoss::Kind::element && !element.placeholder.empty() && PlaceOf(found).file == element.place.file;
 }
 
+bool IsDateOfObject(const ContentLoss& found) {
+    return found.kind == ContentLoss::Kind::text && found.element->name == SMEnum_xmltag::GetInstance()->lastChanged.utf8();
+}
+
 SMLoss LossOf(const ContentLoss& found) {
     SMLoss loss;
     loss.elementName = IsOfPlaceholder(found) ? found.element->placeholder : found.element->name;
@@ -295,6 +299,8 @@ class Account {
             m_result.losses.push_back(LossOf(found));
             if (const SMFindingPlaces::Misread* const why = places.ReasonOf(found))
                 SMGiveReason(m_result.losses.back(), SMToldMisread(*why));
+            else if (IsDateOfObject(found))
+                m_result.losses.back().why = "a description behind it, or another name that the object gets, dates the object anew";
             questions.push_back({witness.File(PlaceOf(found).file), QuestionOf(found)});
         });
         RequireFew(count, " parts of the document would not be kept");

@@ -64,11 +64,11 @@ class AddedValues {
     /** Both are borrowed, and `added` is looked at when a value is first asked for. */
     AddedValues(const std::vector<const ContentNode*>& added, const ContentModel& model) : m_added(added), m_model(model) {}
 
-    /** Whether an element holds the value under the name. */
-    bool HasField(std::string_view name, std::string_view value) {
+    /** Takes an element that holds the value under the name; false when there is none. */
+    bool TakeField(std::string_view name, std::string_view value) {
         LookOnce();
         const auto found = m_fields.find({std::string(name), PlainValue(value)});
-        return found != m_fields.end() && found->second > 0;
+        return found != m_fields.end() && found->second > 0 && found->second-- > 0;
     }
     /** Takes an entry of a list that holds the text, whatever its name; false when there is none. */
     bool TakeEntry(std::string_view text) {
@@ -201,7 +201,9 @@ class Comparison {
     void CompareAttributes(const ContentNode* outer) {
         for (const ContentAttribute& attribute : m_document.attributes) {
             const ContentAttribute* const written = m_writtenAttributes.Find(attribute.name);
-            if (written ? IsSameValue(attribute.value, written->value) : m_values.HasField(attribute.name, attribute.value)) continue;
+            if (written ? IsSameValue(attribute.value, written->value)
+                        : MayBecomeElements() && m_values.TakeField(attribute.name, attribute.value))
+                continue;
             Tell({ContentLoss::Kind::attribute, &m_document, outer, &attribute, nullptr, written ? &written->value : nullptr});
         }
     }
@@ -221,14 +223,18 @@ class Comparison {
         }
     }
 
+    /** Those of a placeholder repeat elements of what it stands for; of all else, attributes are read as such only. */
+    bool MayBecomeElements() const { return !m_document.placeholder.empty(); }
+
     bool StandsInAnotherForm(const ContentNode& child) {
         const bool isPlain = IsSimple(child) && (child.name == PROPERTY || child.attributes.empty());
         if (!isPlain) return false;
         const std::string_view name = FieldName(child);
         const std::string value = WholeText(child);
         const ContentAttribute* const attribute = m_writtenAttributes.Find(name);
-        if (attribute && !m_documentAttributes.Find(name) && IsSameValue(value, attribute->value)) return true;
-        return !value.empty() && (m_values.HasField(name, value) || (m_caller.model.isEntry(child) && m_values.TakeEntry(value)));
+        if (attribute && !m_documentAttributes.Find(name) && IsSameValue(value, attribute->value) && m_taken.insert(attribute).second)
+            return true;
+        return !value.empty() && m_caller.model.isEntry(child) && m_values.TakeEntry(value);
     }
 
     const ContentNode& m_document;
@@ -237,6 +243,8 @@ class Comparison {
     std::vector<std::pair<const ContentNode*, const ContentNode*>> m_pairs;
     Nodes m_unmatched, m_added;
     AttributesByName m_documentAttributes{m_document}, m_writtenAttributes{m_written};
+    /** Written attributes that stand for elements. */
+    std::set<const ContentAttribute*> m_taken;
     AddedValues m_values{m_added, m_caller.model};
 };
 

@@ -14,8 +14,9 @@ constexpr SMCodeInfo CODES[] = {
      "error[SM0001] the operation failed, and nothing told why"},
 
     {qv::code::ELEMENT_NOT_KEPT, error, "an element is not kept",
-     "The model has no place for this element, or takes only one where there are several, so a document written from the model would "
-     "lack it with all that is in it. Take it out, or correct its name; commands that write take --accept-loss to go on without it.",
+     "The model has no place for this element, takes only one where there are several, or reads no value that has elements in it, so a "
+     "document written from the model would lack it with all that is in it. Take it out, or correct its name; commands that write take "
+     "--accept-loss to go on without it.",
      "model.xml:12:5: error[SM1001] <colour> in [sales].[products].[name] is not kept (23 bytes)"},
     {qv::code::ATTRIBUTE_NOT_KEPT, error, "an attribute is not kept",
      "The model has no place for this attribute, or for its value, so a document written from the model would lack it. Take it out, or "

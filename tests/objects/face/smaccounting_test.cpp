@@ -471,6 +471,33 @@ TEST(SMAccounting, TellsTheNearestObjectThatHasAName) {
                 ElementsAre(HasSubstr("<zz> in [n].[s] is "), HasSubstr("<zz> in [n].[s].[i] is ")));
 }
 
+/** What a save adds in the place of a value that is lacking stands for none that nobody read, nor for two. */
+TEST(SMAccounting, TellsWhatNobodyReadsThoughADefaultIsLikeIt) {
+    const std::string item = "<name locale=\"en\">i</name>";
+    EXPECT_THAT(LossesOf(Subject("<queryItem size=\"0\">" + item + "</queryItem>")),
+                ElementsAre(HasSubstr("the attribute size of <queryItem>")));
+    EXPECT_THAT(LossesOf(Subject("<queryItem version=\"0\" id=\"\">" + item + "</queryItem>")),
+                ElementsAre(HasSubstr("the attribute version of"), HasSubstr("the attribute id of")));
+    EXPECT_THAT(LossesOf(Subject("<queryItem>" + item + "<version>0</version></queryItem>")), ElementsAre(HasSubstr("<version>")));
+    EXPECT_THAT(LossesOf(Subject("<determinants><determinant canGroup=\"false\"><name>d</name></determinant></determinants>")),
+                ElementsAre(HasSubstr("the attribute canGroup of <determinant>")));
+    const std::string filter = "<filter><name locale=\"en\">f</name><status>valid</status>", end = "<expression>1</expression></filter>";
+    const auto with = [](const std::string& content) {
+        Document document;
+        document.root = NamespaceElement("n", content);
+        return LossesOf(document.Text());
+    };
+    EXPECT_THAT(with(filter + end), IsEmpty());
+    EXPECT_THAT(with(filter + "<status>valid</status>" + end), ElementsAre(HasSubstr("<status>")));
+}
+
+TEST(SMAccounting, TellsWhyADateIsLostThatCanBeRead) {
+    const std::string date = "<lastChanged>2019-01-01T10:00:00</lastChanged>", text = "<description locale=\"en\">d</description>";
+    const std::string name = "<queryItem><name locale=\"en\">i</name>", end = "</queryItem>";
+    EXPECT_THAT(LossesOf(Subject(name + text + date + end)), IsEmpty());
+    EXPECT_THAT(LossesOf(Subject(name + date + text + end)), ElementsAre(HasSubstr("is not kept (19 bytes): a description behind it, or")));
+}
+
 TEST(SMAccounting, ShortensNamesOfAnySizeInItsLines) {
     const std::string name(40'000, 'N'), tag(3'000, 't');
     const SMAccountedResult result =

@@ -211,7 +211,7 @@ TEST(DifferingContent, IsNoneWhereVeryManyElementsHaveBecomeAttributesOrOtherEle
     const std::string asElements = "<a><b>" + elements + "</b>t</a>", asAttributes = "<a><b" + attributes + "></b>t</a>";
     EXPECT_LT(CpuSecondsOf([&] {
                   EXPECT_EQ(Compared(asElements, asAttributes).Losses(), "");
-                  EXPECT_EQ(Compared(asAttributes, asElements).Losses(), "");
+                  EXPECT_TRUE(Compared(asAttributes, asElements).Losses().starts_with("b@e0=v0 b@e1=v1 ")) << "nothing reads them as such";
                   EXPECT_EQ(Compared(asElements, "<a><b>" + others + "</b>t</a>").Losses(), "");
                   EXPECT_EQ(Compared("<a><b>" + elements + "<e>v1</e></b>t</a>", "<a><b>" + others + "</b>t</a>").Losses(), "e ");
               }),

@@ -268,6 +268,7 @@ std::size_t DocumentReader::Feed(char* to, std::size_t room) {
 
 void DocumentReader::FailAtFault() {
     if (m_decoder.fault() == Utf8Decoder::Fault::none || !IsAtEnd()) return;
+    m_rest.clear();  // it stands behind what was taken
     const bool nul = m_decoder.fault() == Utf8Decoder::Fault::nul;
     if (nul) Fail(code::NUL_CHARACTER, "a NUL character is not allowed");
     Fail(code::NOT_IN_ENCODING, "the bytes here are not UTF-8");
@@ -410,6 +411,7 @@ void DocumentReader::error(unsigned int number, const XMLCh* domain, ErrTypes ty
     if (!isOfScanner)
         throw TklRuntimeError(Utf8Of(text), m_name, static_cast<long>(line), static_cast<long>(column), CodeOfException(number));
     const bool atEnd = IsAtEnd() || (number == xercesc::XMLErrs::ExpectedEndOfTagX && !m_hasEntities && EndsWithinTag());
+    FailAtFault();  // which may stand in an end tag
     const std::string_view known = CodeOfError(number, atEnd);
     if (known == code::UNKNOWN_ENTITY || known == code::EXTERNAL_ENTITY || known == code::RECURSIVE_ENTITY)
         FailAt(SourcePiece::reference, known.data(), Utf8Of(text));

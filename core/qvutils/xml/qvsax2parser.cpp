@@ -76,14 +76,20 @@ class ParseFrame final : public SMSourceFrame {
     const QvContentHandler* m_handler;
 };
 
+/** And is in no encoding whose first character has such a byte. */
+bool StartsWithNul(std::string_view head) {
+    using namespace std::string_view_literals;
+    const bool isWide = head.starts_with("\0<\0"sv) || head.starts_with("\0\0\0<"sv) || head.starts_with("\0\0\xFE\xFF"sv);
+    return head.starts_with('\0') && !isWide;
+}
+
 }  // namespace
 
 void qv::ParseSource(DocumentSource& source, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits,
                      SMXMLTotals* totals) {
     const std::string_view head = source.Head();
     if (head.empty()) throw TklRuntimeError("the document is empty", name, 1, 1, code::EMPTY_DOCUMENT);
-    if (head.starts_with(std::string_view("\0\0\0\0", 4)))
-        throw TklRuntimeError("a NUL character is not allowed", name, 1, 1, code::NUL_CHARACTER);
+    if (StartsWithNul(head)) throw TklRuntimeError("a NUL character is not allowed", name, 1, 1, code::NUL_CHARACTER);
     StartXerces();
     const Prolog prolog = LookAtProlog(head);
     const ScannerKind kind = prolog.isPlain ? ScannerKind::fast : ScannerKind::general;

@@ -119,6 +119,10 @@ TEST(QvSAX2ParserErrors, RefuseNulWhereverItStands) {
     }
     EXPECT_EQ("d:1:5: a NUL character is not allowed", VerdictOf(std::string("<a>t\0</a>", 9)));
     EXPECT_EQ("d:1:5: a NUL character is not allowed", VerdictOf(std::string("<a/>\0<b/>", 9)));
+    EXPECT_EQ("d:1:7: a NUL character is not allowed", VerdictOf(std::string("<aa></\0aa>", 10)));
+    EXPECT_EQ("d:1:8: a NUL character is not allowed", VerdictOf(std::string("<aa></a\0a>", 10)));
+    EXPECT_EQ("d:1:1: a NUL character is not allowed", VerdictOf(std::string("\0<?xml version='1.0'?><a/>", 26)));
+    EXPECT_EQ("d:1:1: a NUL character is not allowed", VerdictOf(std::string("\0", 1)));
     const std::u16string utf16(u"\uFEFF<a/>\0<b/>", 10);
     EXPECT_THAT(VerdictOf({reinterpret_cast<const char*>(utf16.data()), utf16.size() * 2}), HasSubstr("NUL"));
 }

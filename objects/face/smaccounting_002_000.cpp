@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <atomic>
 #include <optional>
+#include <set>
+#include <string>
 #include <string_view>
 #include <tuple>
 #include <unordered_set>
@@ -88,10 +90,20 @@ const qv::ContentPlace& PlaceOf(const ContentLoss& found) {
     return found.kind == ContentLoss::Kind::attribute ? found.attribute->place : found.element->place;
 }
 
-/** Whether it is an attribute or a text of a placeholder, and not of the root of the file for which that stands. */
+/** Whether it is a placeholder, or an attribute or a text of one and not of the root of the file for which that stands. */
 bool IsOfPlaceholder(const ContentLoss& found) {
     const qv::ContentNode& element = *found.element;
-    return found.kind != ContentLoss::Kind::element && !element.placeholder.empty() && PlaceOf(found).file == element.place.file;
+    return !element.placeholder.empty() && PlaceOf(found).file == element.place.file;
+}
+
+using UnknownPlaces = std::set<std::tuple<std::string, long, long>>;
+
+/** Of the start tags that the readers do not know where they stand; places are those of the parser. */
+UnknownPlaces UnknownOf(const SMLoadResult& read) {
+    UnknownPlaces places;
+    for (const SMDiagnostic& event : read.diagnostics)
+        if (event.message.starts_with("Unknown tag")) places.emplace(event.file, event.line, event.column);
+    return places;
 }
 
 bool IsDateOfObject(const ContentLoss& found) {
@@ -112,7 +124,7 @@ SMLoss LossOf(const ContentLoss& found) {
         loss.attributeName = found.attribute->name;
         loss.value = found.attribute->value;
         if (IsOfPlaceholder(found) && (loss.attributeName == "id" || loss.attributeName == "name"))
-            loss.why = "the file behind the placeholder does not say so";
+            loss.why = "what the placeholder stands for does not say so";
         break;
     case ContentLoss::Kind::text:
         loss.kind = SMLoss::text;
@@ -289,7 +301,13 @@ class Account {
         qv::ForkedSink both(document, places);
         SMLoadResult again = Reread(both);
         TellWritten(*m_result.project, m_options.control, written);
-        qv::ContentModel model{[&](const qv::ContentNode& node) { return IsTag(node.name) && !places.IsMisread(node); },
+        const UnknownPlaces unknown = UnknownOf(again);
+        const auto isKnown = [&](const qv::ContentPlace& place) {
+            return unknown.count({witness.File(place.file), place.line, place.column}) == 0;
+        };
+        qv::ContentModel model{[&](const qv::ContentNode& node) {
+                                   return IsTag(node.name) && !places.IsMisread(node) && (unknown.empty() || isKnown(node.place));
+                               },
                                [](const qv::ContentNode& node) { return IsEntry(node); },  // a lambda, whose type no library exports
                                nullptr};
         if (hasClash) model.newName = [](const qv::ContentNode& node) { return NewNameOf(node); };

@@ -17,7 +17,7 @@ struct SM_API SMLoss {
     std::string file;
     long line = 0, column = 0;
     std::size_t bytes = 0;
-    /** The object that it stands in; shortened beyond 4,000 bytes. */
+    /** The object that it stands in; shortened beyond 1,000 bytes. */
     std::string objectPath;
     /** The element that is lost, or whose attribute or text is. */
     std::string elementName;

@@ -27,6 +27,7 @@ class SMFindingPlaces final : public qv::ContentSink, public qv::ValueWitness {
     void End() override;
     void StartPart() override;
     void EndPart(bool isWhole) override;
+    void Become(std::string_view) override {}
     void Tell(What what, std::string_view text, std::string_view taken) override;
 
     /** One of the texts where a reference may stand: in an attribute, or else in an element without others in it. */

@@ -23,7 +23,7 @@ using What = qv::PlaceQuestion::What;
 
 /** How findings name an object: as references do, or else by its path. */
 std::string NameOf(const SMObjectBase& object) {
-    constexpr std::size_t LONGEST = 4'000;  // since each finding has its own
+    constexpr std::size_t LONGEST = 1'000;  // since each finding has its own
     const std::string address = SMAddressOf(object);
     return qv::Shortened(address.empty() ? SMDescribeObject(object).path : address, LONGEST);
 }

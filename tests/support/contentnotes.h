@@ -15,6 +15,7 @@ class ContentNotes final : public qv::ContentSink {
     void End() override { text += ">"; }
     void StartPart() override { text += "?"; }
     void EndPart(bool) override { text += "?"; }
+    void Become(std::string_view name) override { text.append("=").append(name); }
 
     std::string text;
 };

@@ -185,6 +185,8 @@ class Comparison {
 
     void MatchChildren() {
         for (const ContentNode& child : m_document.children) m_unmatched.push_back(&child);
+        // what an element without a file adds to an object is not its counterpart
+        std::stable_partition(m_unmatched.begin(), m_unmatched.end(), [](const ContentNode* child) { return !child->placeholder.empty(); });
         for (const ContentNode& child : m_written.children) m_added.push_back(&child);
         MatchRenamed(m_added);
         Match(m_added, [](const ContentNode& node) { return node.digest; });
@@ -202,7 +204,7 @@ class Comparison {
         for (const ContentAttribute& attribute : m_document.attributes) {
             const ContentAttribute* const written = m_writtenAttributes.Find(attribute.name);
             if (written ? IsSameValue(attribute.value, written->value)
-                        : MayBecomeElements() && m_values.TakeField(attribute.name, attribute.value))
+                        : IsOfPlaceholder() && (IsRepeated(attribute) || m_values.TakeField(attribute.name, attribute.value)))
                 continue;
             Tell({ContentLoss::Kind::attribute, &m_document, outer, &attribute, nullptr, written ? &written->value : nullptr});
         }
@@ -223,12 +225,19 @@ class Comparison {
         }
     }
 
-    /** Those of a placeholder repeat elements of what it stands for; of all else, attributes are read as such only. */
-    bool MayBecomeElements() const { return !m_document.placeholder.empty(); }
+    /** Attributes of a placeholder repeat elements of what it stands for; those of all else are read as such only. */
+    bool IsOfPlaceholder() const { return !m_document.placeholder.empty(); }
+
+    /** Whether an element in the placeholder says the same. */
+    bool IsRepeated(const ContentAttribute& attribute) const {
+        return std::any_of(m_document.children.begin(), m_document.children.end(), [&](const ContentNode& child) {
+            return IsSimple(child) && FieldName(child) == attribute.name && IsSameValue(attribute.value, WholeText(child));
+        });
+    }
 
     bool StandsInAnotherForm(const ContentNode& child) {
         const bool isPlain = IsSimple(child) && (child.name == PROPERTY || child.attributes.empty());
-        if (!isPlain) return false;
+        if (!isPlain || !m_caller.model.isRead(child)) return false;
         const std::string_view name = FieldName(child);
         const std::string value = WholeText(child);
         const ContentAttribute* const attribute = m_writtenAttributes.Find(name);

@@ -25,7 +25,7 @@ struct ContentLoss {
 
 /** What a comparison asks about the model. */
 struct ContentModel {
-    /** Whether an element was read as what its name and its text say; such a one may be written further out. */
+    /** Whether an element was read as what its name and its text say; such a one may be written further out, or as an attribute. */
     std::function<bool(const ContentNode&)> isRead;
     /**
      * Whether an element of either document is an entry of a list, which a save never adds by itself: it may be written under the name of
@@ -46,8 +46,8 @@ struct WantedContent {
 /**
  * Finds what of a document is not in the one that was written for it. The written one may order siblings and attributes in its own way,
  * spell whole numbers in another one and a day as its midnight, hold as an attribute what was an element, and as elements what were
- * attributes of a placeholder, and hold the value of an entry, or a text beside entries, in an entry of another name. An element counts where it stands: what is the same
- * somewhere else stands for it only if a reader took it there. All is borrowed.
+ * attributes of a placeholder, and hold the value of an entry, or a text beside entries, in an entry of another name. An element counts
+ * where it stands: what is the same somewhere else stands for it only if a reader took it there. All is borrowed.
  *
  * Nothing is told when it needs hollow elements, which it gives: with those kept whole it can be asked again, and needs no others.
  */

@@ -89,14 +89,23 @@ std::optional<ContentHasher::Digests> ContentHasher::End() {
     }
     const Digests digests{Mix(level.name, level.bare), Mix(level.name, level.whole), level.isGiven};
     m_given.clear();
-    if (!level.isGiven)
-        for (std::size_t i = level.pending; i < m_pending.size(); ++i) m_given.push_back(Mix(m_pending[i], digests.bare));
+    if (!level.isGiven) GiveAll(level, digests.bare);
     m_pending.resize(level.pending);
     if (level.isGiven) m_pending.push_back(digests.whole);
     if (m_open.empty()) return digests;
     m_open.back().whole += digests.whole;
     if (!level.isGiven) m_open.back().bare += digests.bare;
     return digests;
+}
+
+/** What stands several times in an element is told apart, or two elements alike could have it of each other. */
+void ContentHasher::GiveAll(const Level& level, std::uint64_t bare) {
+    std::sort(m_pending.begin() + static_cast<std::ptrdiff_t>(level.pending), m_pending.end());
+    std::uint64_t times = 0;
+    for (std::size_t i = level.pending; i < m_pending.size(); ++i) {
+        times = i > level.pending && m_pending[i] == m_pending[i - 1] ? times + 1 : 0;
+        m_given.push_back(Mix(m_pending[i] + times, bare));
+    }
 }
 
 void ContentHasher::EndPart(bool isWhole) {
@@ -106,6 +115,10 @@ void ContentHasher::EndPart(bool isWhole) {
     if (isWhole) return;
     m_open.back() = part.placeholder;
     m_pending.resize(part.pending);
+}
+
+void ContentHasher::Become(std::string_view name) {
+    m_open.back().name = HashOf(name);
 }
 
 }  // namespace qv

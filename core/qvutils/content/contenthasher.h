@@ -38,6 +38,7 @@ class SM_API ContentHasher {
     void StartPart() { m_parts.push_back({m_open.size(), m_pending.size(), m_open.back()}); }
     /** The elements that a broken part has left open are dropped. */
     void EndPart(bool isWhole);
+    void Become(std::string_view name);
 
   private:
     struct Level {
@@ -53,6 +54,8 @@ class SM_API ContentHasher {
         std::size_t depth = 0, pending = 0;
         Level placeholder;
     };
+    void GiveAll(const Level& level, std::uint64_t bare);
+
     std::vector<Level> m_open;
     std::vector<Part> m_parts;
     /** Digests of what is given in the open elements. */

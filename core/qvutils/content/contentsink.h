@@ -26,6 +26,8 @@ class ContentSink {
      */
     virtual void StartPart() = 0;
     virtual void EndPart(bool isWhole) = 0;
+    /** The element that is open is a placeholder that stands for one of this name, with all that it has itself. */
+    virtual void Become(std::string_view name) = 0;
 };
 
 /** White space between elements is layout. */

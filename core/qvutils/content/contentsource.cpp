@@ -66,11 +66,4 @@ void ContentSource::EndPart(bool isWhole) {
     for (const Attribute& one : part.repeated) m_sink.Attribute(one.name, one.value);
 }
 
-void ContentSource::Become(const I18NString& name) {
-    m_sink.StartPart();
-    m_sink.Start(name.utf8());
-    m_sink.End();
-    m_sink.EndPart(true);
-}
-
 }  // namespace qv

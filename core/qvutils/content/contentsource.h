@@ -27,8 +27,7 @@ class SM_API ContentSource {
      */
     void StartPart(const std::vector<I18NString>& leading, const std::vector<I18NString>& repeated);
     void EndPart(bool isWhole);
-    /** The element that has just been started stands for one of this name, with all that it has. */
-    void Become(const I18NString& name);
+    void Become(const I18NString& name) { m_sink.Become(name.utf8()); }
 
   private:
     struct Attribute {

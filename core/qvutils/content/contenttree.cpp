@@ -105,7 +105,7 @@ void ContentTreeSink::End() {
     ContentNode& node = level.node;
     if (node.name == "name" && !node.texts.empty()) outer.names.push_back(node.texts.front().text);
     node.range.end = m_started;
-    if (!digests) return Become(outer, level);
+    if (!digests) return TakeRoot(outer, level);
     if (Finish(level, *digests, outer.node.name)) outer.holds = true;
     if (node.isHollow)
         outer.node.children.push_back(HollowOf(node));
@@ -138,7 +138,13 @@ bool ContentTreeSink::Finish(Level& level, const ContentHasher::Digests& digests
     return node.isChosen && !digests.isGiven;
 }
 
-void ContentTreeSink::Become(Level& placeholder, Level& root) const {
+void ContentTreeSink::Become(std::string_view name) {
+    m_hasher.Become(name);
+    ContentNode& node = Innermost().node;
+    node.placeholder = std::exchange(node.name, std::string(name));
+}
+
+void ContentTreeSink::TakeRoot(Level& placeholder, Level& root) const {
     ContentNode& node = placeholder.node;
     if (m_witness.filled) node.filled = m_witness.filled();
     if (m_witness.object) node.object = m_witness.object();  // at the end of the placeholder, its object may be behind the parser

@@ -114,6 +114,7 @@ class SM_API ContentTreeSink final : public ContentSink {
     void End() override;
     void StartPart() override;
     void EndPart(bool isWhole) override;
+    void Become(std::string_view name) override;
 
     /** Takes ranges of elements that are not to be hollow, nor all in them; in their order, before the document. */
     void KeepWhole(std::vector<ContentRange> ranges) { m_whole = std::move(ranges); }
@@ -143,7 +144,7 @@ class SM_API ContentTreeSink final : public ContentSink {
 
     bool IsWhole(const ContentRange& range) const;
     bool Finish(Level& level, const ContentHasher::Digests& digests, std::string_view outer);
-    void Become(Level& placeholder, Level& root) const;
+    void TakeRoot(Level& placeholder, Level& root) const;
 
     ContentChoice m_isChosen;
     ContentWitness m_witness;

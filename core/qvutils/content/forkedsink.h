@@ -38,6 +38,10 @@ class ForkedSink final : public ContentSink {
         m_first.EndPart(isWhole);
         m_second.EndPart(isWhole);
     }
+    void Become(std::string_view name) override {
+        m_first.Become(name);
+        m_second.Become(name);
+    }
 
   private:
     ContentSink& m_first;

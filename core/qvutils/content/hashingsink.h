@@ -21,6 +21,7 @@ class HashingSink : public ContentSink {
     }
     void StartPart() final { m_hasher.StartPart(); }
     void EndPart(bool isWhole) final { m_hasher.EndPart(isWhole); }
+    void Become(std::string_view name) final { m_hasher.Become(name); }
 
   protected:
     /** `given` is that of the hasher. Nothing is handed on for the root of a part, whose placeholder ends later. */

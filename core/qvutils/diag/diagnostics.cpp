@@ -62,7 +62,7 @@ const char* WordOf(SMSeverity severity) {
 }  // namespace
 
 std::string qv::QuietPathOf(const IOObject& object) {
-    constexpr std::size_t LONGEST = 4'000;
+    constexpr std::size_t LONGEST = 1'000;
     DroppingSink quiet;
     const SMLogScope scope(quiet);
     try {

@@ -22,7 +22,7 @@ struct SM_API SMDiagnostic {
     std::string file;
     /** From 1; 0 when not known. */
     long line = 0, column = 0;
-    /** The object it is about (`IOObject::getPath`), shortened beyond 4,000 bytes, empty when there is none. */
+    /** The object it is about (`IOObject::getPath`), shortened beyond 1,000 bytes, empty when there is none. */
     std::string objectPath;
     std::string message;
 };

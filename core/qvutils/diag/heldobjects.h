@@ -29,8 +29,9 @@ class HeldObjects {
 };
 
 /**
- * The path of an object that may be half built, shortened when it is longer than any model needs, since each finding has its own; of one with neither name nor id, that of the nearest object around it that has one. What
- * asking for it logs is dropped, and a failure leaves the path empty.
+ * The path of an object that may be half built; of one with neither name nor id, that of the nearest object around it that has one. It is
+ * shortened when it is longer than any model needs, since each finding has its own. What asking for it logs is dropped, and a failure
+ * leaves it empty.
  */
 SM_API std::string QuietPathOf(const IOObject& object);
 

@@ -135,7 +135,7 @@ void DocumentReader::Read(DocumentSource& source, bool isUtf8, const std::string
     m_slotsAtStart = m_scanner->AttributeSlots();
     m_fed = m_fedAtEvent = m_longestStretch = 0;
     m_lastByte = 0;
-    m_hasEntities = m_hasDefaults = false;
+    m_hasEntities = m_hasDefaults = m_hasTokens = false;
     m_longestEntity = 0;
     try {
         m_scanner->Xerces().scanDocument(StreamSource(*this, m_memory, isUtf8));
@@ -359,9 +359,11 @@ void DocumentReader::CheckElement(const ParsedAttributes::List& attributes, std:
     if (count) CheckAttributes(attributes, count);
     if (m_hasDefaults) ChargeDefaults(attributes, count);
     if (m_hasEntities) {
-        // References in attribute values are told by their number alone, so each counts as one to the longest entity.
+        // References in attribute values are told by their number alone, so each counts as one to the longest entity, but all of them
+        // as no more than the values, unless a declared type lets blanks vanish from these.
         const std::size_t references = m_scanner->TakeReferences();
-        ChargeReferences(references, std::min(references * m_longestEntity, references > 0 ? CharactersOf(attributes, count) : 0));
+        const std::size_t most = references * m_longestEntity;
+        ChargeReferences(references, m_hasTokens || references == 0 ? most : std::min(most, CharactersOf(attributes, count)));
     }
 }
 
@@ -499,6 +501,7 @@ void DocumentReader::endIntSubset() {
 
 void DocumentReader::attDef(const xercesc::DTDElementDecl&, const xercesc::DTDAttDef& attribute, bool) {
     if (attribute.getValue()) m_hasDefaults = true;
+    if (attribute.getType() != xercesc::XMLAttDef::CData) m_hasTokens = true;
 }
 
 }  // namespace qv

@@ -176,7 +176,7 @@ class DocumentReader final : private xercesc::XMLDocumentHandler,
     /** What earlier documents have left. */
     std::size_t m_namesAtStart = 0, m_slotsAtStart = 0;
 
-    bool m_hasEntities = false, m_hasDefaults = false;
+    bool m_hasEntities = false, m_hasDefaults = false, m_hasTokens = false;
     std::size_t m_longestEntity = 0;
 };
 

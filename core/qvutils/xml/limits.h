@@ -25,7 +25,8 @@ struct SM_API SMXMLLimits {
     std::size_t partFiles = 100'000;
     /**
      * Total size of expanded internal entities, in characters, nested ones included, and of attributes that the DOCTYPE gives by
-     * default. A reference inside an attribute value counts as one to the longest entity, but all of a tag as no more than its values.
+     * default. A reference inside an attribute value counts as one to the longest entity, but all of a tag as no more than its values
+     * where these have no declared types.
      */
     std::size_t entityCharacters = std::size_t{1} << 20;
     /** References to internal entities, nested ones included. */

@@ -224,6 +224,22 @@ TEST_F(SMModelCheckOfParts, LooksIntoAPlaceholderWithoutAFile) {
     EXPECT_EQ(more[1].elementName + "@" + more[1].attributeName, "smnamespacefile@odd");
 }
 
+TEST_F(SMModelCheckOfParts, TellsPlacesOfPlaceholdersWithoutAFile) {
+    const std::string id = "<property name=\"id\" type=\"hidden\">7</property>";
+    const auto check = [&](const Marked& main) {
+        const SMCheckResult checked = SMCheckModel(m_directory.Write("main.xml", main.Text()));
+        EXPECT_EQ(checked.losses.size() + checked.findings.size(), 1u);
+        if (checked.losses.size() + checked.findings.size() != 1) return std::string();
+        const SMDiagnostic told = checked.losses.empty() ? checked.findings[0] : SMDiagnosticOf(checked.losses[0]);
+        EXPECT_EQ(told.line, main.line) << told.message;
+        EXPECT_EQ(told.column, main.column) << told.message;
+        return told.code + " " + told.message;
+    };
+    EXPECT_THAT(check(In(Named("namespace", "a", id) + "@<smnamespacefile id=\"7\" name=\"b\"/>")), HasSubstr("SM3002 the id 7 is also"));
+    EXPECT_THAT(check(In("<smnamespacefile id=\"7\" name=\"b\">" + id + "@<zz/></smnamespacefile>")), HasSubstr("<zz> in [b] is"));
+    EXPECT_THAT(check(In(Named("filter", "f", "@<smnamespacefile name=\"b\"/>"))), HasSubstr("<smnamespacefile> in"));
+}
+
 TEST_F(SMModelCheckOfParts, TellsWhatWasMisreadBeforeAFileBroke) {
     const Marked part("<namespace>\n<name locale=\"en\">a</name>\n<querySubject><queryItem><usage>@fakt</usage>\n<");
     const std::string path = m_directory.Write("a.qvf", part.Text());

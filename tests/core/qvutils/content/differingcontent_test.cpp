@@ -153,6 +153,13 @@ TEST(DifferingContent, IsAnUnsetIdThatIsLostWhereOthersAreAdded) {
     EXPECT_EQ(both.Losses(), "c@id= ");
 }
 
+TEST(DifferingContent, IsAnUnsetIdThatStoodTwiceBesideAnElementAlikeThatHadNone) {
+    const std::string id = "<property name=\"id\"></property>";
+    Compared both("<a><b>" + id + id + "t</b><b>t</b></a>", "<a><b>" + id + "t</b><b>" + id + "t</b></a>");
+    EXPECT_FALSE(both.IsCovered());
+    EXPECT_EQ(both.Losses(), "property ");
+}
+
 TEST(ContentSums, TellNothingOfMoreThanTheyKeep) {
     using Kind = qv::ContentSums::Kind;
     qv::ContentSums sums;

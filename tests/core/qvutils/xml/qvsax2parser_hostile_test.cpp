@@ -292,6 +292,9 @@ TEST(QvSAX2ParserDoctype, BoundsExpansionInAttributeValues) {
     EXPECT_EQ("read", VerdictOf(Bomb(3, "ha") + "<a x='&e3;'/>"));
     const std::string shortAndLong = "<!DOCTYPE a [<!ENTITY e '" + std::string(100'000, 'x') + "'><!ENTITY s 'short'>]>";
     EXPECT_EQ("read", VerdictOf(shortAndLong + "<a>" + Repeat("<b x='&s;'/>", 3000) + "</a>")) << "no value is as long";
+    const std::string blanks = "<!DOCTYPE a [<!ATTLIST b x NMTOKENS #IMPLIED><!ENTITY e '" + std::string(500'000, ' ') + "'>]>";
+    EXPECT_THAT(VerdictOf(blanks + "<a>" + Repeat("<b x='y&e;'/>", 4) + "</a>"), HasSubstr("internal entities expand to more than"))
+        << "though nothing is left of them";
 }
 
 TEST(QvSAX2ParserDoctype, BoundsAreExactInText) {

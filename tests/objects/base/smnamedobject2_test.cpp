@@ -234,6 +234,7 @@ TEST_F(NamedObjectFiles, AreNotForEveryClass) {
     const CapturedLog log;
     EXPECT_EQ(object->GetFileExtension(), "");
     EXPECT_EQ(object->GetPlaceholderTag(), "");
+    EXPECT_EQ(object->WriteWhat(), 2);
     I18NString text;
     QvStringWriter target(text);
     object->WriteXMLEmptyPlaceholder(nullptr, nullptr, target);

@@ -8,6 +8,8 @@
 
 #include "core/qvutils/persist/cltask.h"
 #include "core/qvutils/persist/multifilehelper.h"
+#include "core/qvutils/xml/qvsax2printhandler.h"
+#include "core/qvutils/io/qvxmlformattarget.h"
 #include "tests/support/capturedlog.h"
 #include "tests/support/columns.h"
 #include "tests/support/contexts.h"
@@ -85,6 +87,17 @@ TEST(SMPackage2Model, HasItsKindAndFileWords) {
     EXPECT_EQ(Str(package->GetFileExtension()), "qva");
     EXPECT_EQ(Str(package->GetPlaceholderTag()), "packagefile");
     EXPECT_TRUE(package->GetSMID(false).empty());
+}
+
+TEST(SMPackage2Model, HasAPlaceholderThatLeadsToItsFile) {
+    Package package;
+    package->SetId("i");
+    package->AddName("en", "n");
+    I18NString text;
+    QvStringWriter target(text);
+    QvSAX2PrintHandler handler("UTF-8", false, target, false);
+    package->WriteXMLPlaceholder("n.qva", &handler);
+    EXPECT_THAT(Str(text), testing::EndsWith("<packagefile id=\"i\" name=\"n\" filename=\"n.qva\" filepath=\"\"></packagefile>"));
 }
 
 TEST(SMPackage2Model, IsWrittenWholeUnlessATaskLeavesItOut) {

@@ -35,6 +35,12 @@ using ParameterMapRows = ParameterMap;
 
 }  // namespace
 
+TEST_F(ParameterMapModel, HasItsKind) {
+    map->AddOrUpdateParameterMapEntry("a", "1");
+    EXPECT_EQ(static_cast<int>(map->GetSMType()), 115);
+    EXPECT_EQ(static_cast<int>(Entry(0)->GetSMType()), 116);
+}
+
 TEST_F(ParameterMapModel, UpdatesAnEntryInItsPlace) {
     map->AddOrUpdateParameterMapEntry("a", "1");
     map->AddOrUpdateParameterMapEntry("b", "2");

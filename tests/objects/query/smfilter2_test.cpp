@@ -24,6 +24,12 @@ struct Fixture {
 
 }  // namespace
 
+TEST(SMFilter2Model, HasItsKind) {
+    const Fixture fixture;
+    EXPECT_EQ(fixture.filter->GetModelType(), 35);
+    EXPECT_EQ(static_cast<int>(fixture.filter->GetSMType()), 56);
+}
+
 TEST(SMFilter2Xml, LeavesOutStatusAndExpressionWhenUnset) {
     const Fixture fixture;
     fixture.filter->AddName("en", "sold");

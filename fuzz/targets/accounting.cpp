@@ -43,6 +43,7 @@ bool IsStranger(const SMLoss& loss, long line) {
  * that otherwise because of it.
  */
 void RequireStrangerTold(const std::string& written, std::size_t choice) {
+    if (written.find(NAME) != std::string::npos) return;  // it is no stranger there
     const std::size_t at = TagIn(written, choice);
     const std::string document = written.substr(0, at) + std::string(STRANGER) + written.substr(at);
     const SMAccountedResult result = LoadAccounted(document);

@@ -68,7 +68,9 @@ class AddedValues {
     bool TakeField(std::string_view name, std::string_view value) {
         LookOnce();
         const auto found = m_fields.find({std::string(name), PlainValue(value)});
-        return found != m_fields.end() && found->second > 0 && found->second-- > 0;
+        if (found == m_fields.end() || found->second == 0) return false;
+        --found->second;
+        return true;
     }
     /** Takes an entry of a list that holds the text, whatever its name; false when there is none. */
     bool TakeEntry(std::string_view text) {
@@ -204,7 +206,7 @@ class Comparison {
         for (const ContentAttribute& attribute : m_document.attributes) {
             const ContentAttribute* const written = m_writtenAttributes.Find(attribute.name);
             if (written ? IsSameValue(attribute.value, written->value)
-                        : IsOfPlaceholder() && (IsRepeated(attribute) || m_values.TakeField(attribute.name, attribute.value)))
+                        : IsNaming(attribute) && (IsRepeated(attribute) || m_values.TakeField(attribute.name, attribute.value)))
                 continue;
             Tell({ContentLoss::Kind::attribute, &m_document, outer, &attribute, nullptr, written ? &written->value : nullptr});
         }
@@ -225,8 +227,10 @@ class Comparison {
         }
     }
 
-    /** Attributes of a placeholder repeat elements of what it stands for; those of all else are read as such only. */
-    bool IsOfPlaceholder() const { return !m_document.placeholder.empty(); }
+    /** These of a placeholder are read as what elements say elsewhere; all other attributes are read as such only. */
+    bool IsNaming(const ContentAttribute& attribute) const {
+        return !m_document.placeholder.empty() && (attribute.name == "id" || attribute.name == "name");
+    }
 
     /** Whether an element in the placeholder says the same. */
     bool IsRepeated(const ContentAttribute& attribute) const {

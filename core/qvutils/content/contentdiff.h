@@ -46,7 +46,7 @@ struct WantedContent {
 /**
  * Finds what of a document is not in the one that was written for it. The written one may order siblings and attributes in its own way,
  * spell whole numbers in another one and a day as its midnight, hold as an attribute what was an element, and as elements what were
- * attributes of a placeholder, and hold the value of an entry, or a text beside entries, in an entry of another name. An element counts
+ * the id and name of a placeholder, and hold the value of an entry, or a text beside entries, in an entry of another name. An element counts
  * where it stands: what is the same somewhere else stands for it only if a reader took it there. All is borrowed.
  *
  * Nothing is told when it needs hollow elements, which it gives: with those kept whole it can be asked again, and needs no others.

@@ -222,6 +222,7 @@ TEST_F(SMModelCheckOfParts, LooksIntoAPlaceholderWithoutAFile) {
     const std::vector<SMLoss> more = with(" odd=\"1\"");
     ASSERT_THAT(more, SizeIs(2));
     EXPECT_EQ(more[1].elementName + "@" + more[1].attributeName, "smnamespacefile@odd");
+    EXPECT_THAT(with(" version=\"0\""), SizeIs(2)) << "which nobody reads, though a save adds it";
 }
 
 TEST_F(SMModelCheckOfParts, TellsPlacesOfPlaceholdersWithoutAFile) {

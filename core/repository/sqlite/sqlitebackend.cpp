@@ -70,10 +70,15 @@ std::string Told(sqlite3* database, int code) {
     return text;
 }
 
-[[noreturn]] void Raise(sqlite3* database, int code) {
+/** SQLite speaks of its locking protocol when it waited in vain for a process that stopped where its log is begun or mended. */
+bool IsBusy(int code) {
     const int primary = code & 0xff;
-    const bool busy = primary == SQLITE_BUSY || primary == SQLITE_LOCKED;
-    if (primary == SQLITE_READONLY)
+    return primary == SQLITE_BUSY || primary == SQLITE_LOCKED || primary == SQLITE_PROTOCOL;
+}
+
+[[noreturn]] void Raise(sqlite3* database, int code) {
+    const bool busy = IsBusy(code);
+    if ((code & 0xff) == SQLITE_READONLY)
         throw StoreError("It can only be read: you may not write to the file, or to its directory, where its log stands.");
     throw StoreError(busy ? "Another process is writing to the repository." : Told(database, code),
                      busy ? StoreError::busy : StoreError::failed);
@@ -169,7 +174,7 @@ class StoreFile {
     StoreFile(const std::string& path, int flags) : m_file(FileOf(path)), m_stamp(Now()), m_database(OpenFile(m_file, flags)) {
         constexpr const char* LOOK = "SELECT count(*) FROM sqlite_master";
         const int looked = sqlite3_exec(get(), LOOK, nullptr, nullptr, nullptr), code = looked & 0xff;
-        if (code == SQLITE_IOERR || code == SQLITE_FULL) Raise(get(), looked);
+        if (code == SQLITE_IOERR || code == SQLITE_FULL || IsBusy(looked)) Raise(get(), looked);
         std::error_code ignored;
         const std::string real = std::filesystem::canonical(m_file, ignored).string();
         const bool isWritable = WhyNot(real, W_OK) == 0 && WhyNot(DirectoryOf(real), W_OK | X_OK) == 0;

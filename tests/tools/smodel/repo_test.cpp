@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -100,11 +101,12 @@ constexpr int OBJECTS = 100'000;
 constexpr int OBJECTS = 15'000;
 #endif
 
-bool IsRepository(const std::string& file) {
+/** How many projects stand there; none where no repository is, or a process that is stopped holds a lock of it. */
+std::optional<std::size_t> ProjectsOf(const std::string& file) {
     try {
-        return SMRepository(file).Name() == file;
+        return SMRepository(file).Projects().size();
     } catch (const TklRuntimeError&) {
-        return false;
+        return std::nullopt;
     }
 }
 
@@ -113,13 +115,13 @@ template <class Meanwhile>
 ToolRun InterruptFirstPut(const TestDirectory& directory, const Meanwhile& meanwhile) {
     const std::string in = directory.Write("in.xml", BigModel(OBJECTS)), repository = directory.Path("r.db");
     ToolRun run;
-    // where the machine is busy, the put may be done before it is seen
+    // where the machine is busy, the put may be done before it is seen, or stop while it holds a lock
     for (int tries = 0; tries < 5 && run.status != 130; ++tries) {
         for (const std::string& file : directory.Files())
             if (file != "in.xml") std::filesystem::remove(directory.Path(file));
         RunningTool tool({"repo", "put", repository, in}, {});
-        WaitFor([&] { return IsRepository(repository); });
-        if (!tool.Pause() || !SMRepository(repository).Projects().empty()) continue;
+        WaitFor([&] { return ProjectsOf(repository).has_value(); });
+        if (!tool.Pause() || ProjectsOf(repository) != 0u) continue;
         meanwhile(repository);
         run = tool.ResumeWith(SIGINT);
     }

@@ -13,6 +13,7 @@ function(smodel_add_library name description)
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
     LINK_DEPENDS ${SMODEL_CMAKE_DIR}/exports.map)
   target_link_options(${name} PRIVATE LINKER:--version-script=${SMODEL_CMAKE_DIR}/exports.map LINKER:--as-needed)
+  target_link_options(${name} PRIVATE LINKER:-Bsymbolic-functions) # nobody replaces its functions, so they call each other directly
   if(NOT SMODEL_SANITIZE) # a sanitizer's runtime comes with the executable
     target_link_options(${name} PRIVATE LINKER:--no-undefined)
   endif()

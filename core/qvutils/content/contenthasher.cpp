@@ -77,33 +77,40 @@ void ContentHasher::Text(std::string_view text) {
     level.isGiven = level.isGiven && IsUnset(level.isId, plain);
 }
 
-std::optional<ContentHasher::Digests> ContentHasher::End() {
-    Level level = m_open.back();
+// Levels are not copied: reading a whole one right behind a change of its members makes the processor wait.
+const ContentHasher::Digests* ContentHasher::End() {
+    const Level& level = m_open.back();
+    const std::uint64_t name = level.name, bare = level.bare, whole = level.whole;
+    const std::size_t pending = level.pending;
+    const bool isGiven = level.isGiven || whole == 0;
     m_open.pop_back();
-    if (level.whole == 0) level.isGiven = true;
     if (!m_parts.empty() && m_open.size() == m_parts.back().depth) {
-        m_open.back().name = level.name;
-        m_open.back().bare += level.bare;
-        m_open.back().whole += level.whole;
-        return std::nullopt;
+        m_open.back().name = name;
+        m_open.back().bare += bare;
+        m_open.back().whole += whole;
+        return nullptr;
     }
-    const Digests digests{Mix(level.name, level.bare), Mix(level.name, level.whole), level.isGiven};
+    m_ended.bare = Mix(name, bare);
+    m_ended.whole = whole == bare ? m_ended.bare : Mix(name, whole);
+    m_ended.isGiven = isGiven;
     m_given.clear();
-    if (!level.isGiven) GiveAll(level, digests.bare);
-    m_pending.resize(level.pending);
-    if (level.isGiven) m_pending.push_back(digests.whole);
-    if (m_open.empty()) return digests;
-    m_open.back().whole += digests.whole;
-    if (!level.isGiven) m_open.back().bare += digests.bare;
-    return digests;
+    if (m_pending.size() != pending) {
+        if (!isGiven) GiveAll(pending, m_ended.bare);
+        m_pending.resize(pending);
+    }
+    if (isGiven) m_pending.push_back(m_ended.whole);
+    if (m_open.empty()) return &m_ended;
+    m_open.back().whole += m_ended.whole;
+    if (!isGiven) m_open.back().bare += m_ended.bare;
+    return &m_ended;
 }
 
 /** What stands several times in an element is told apart, or two elements alike could have it of each other. */
-void ContentHasher::GiveAll(const Level& level, std::uint64_t bare) {
-    std::sort(m_pending.begin() + static_cast<std::ptrdiff_t>(level.pending), m_pending.end());
+void ContentHasher::GiveAll(std::size_t first, std::uint64_t bare) {
+    std::sort(m_pending.begin() + static_cast<std::ptrdiff_t>(first), m_pending.end());
     std::uint64_t times = 0;
-    for (std::size_t i = level.pending; i < m_pending.size(); ++i) {
-        times = i > level.pending && m_pending[i] == m_pending[i - 1] ? times + 1 : 0;
+    for (std::size_t i = first; i < m_pending.size(); ++i) {
+        times = i > first && m_pending[i] == m_pending[i - 1] ? times + 1 : 0;
         m_given.push_back(Mix(m_pending[i] + times, bare));
     }
 }

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,8 +30,8 @@ class SM_API ContentHasher {
     void Attribute(std::string_view name, std::string_view value);
     void Forget(std::string_view name, std::string_view value);
     void Text(std::string_view text);
-    /** Those of the element that ends; nothing for the root of a part, which its placeholder becomes, and whose end is awaited. */
-    std::optional<Digests> End();
+    /** Those of the element that ends, good until another one does. Null for the root of a part: its placeholder becomes it and is open. */
+    const Digests* End();
     /** Digests of what a save may have added right in the element that has ended last; each of them stands for that element too. */
     const std::vector<std::uint64_t>& Given() const { return m_given; }
     void StartPart() { m_parts.push_back({m_open.size(), m_pending.size(), m_open.back()}); }
@@ -54,13 +53,14 @@ class SM_API ContentHasher {
         std::size_t depth = 0, pending = 0;
         Level placeholder;
     };
-    void GiveAll(const Level& level, std::uint64_t bare);
+    void GiveAll(std::size_t first, std::uint64_t bare);
 
     std::vector<Level> m_open;
     std::vector<Part> m_parts;
     /** Digests of what is given in the open elements. */
     std::vector<std::uint64_t> m_pending;
     std::vector<std::uint64_t> m_given;
+    Digests m_ended;
     /** For values in another spelling. */
     std::string m_space;
 };

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string_view>
 
 namespace qv {
@@ -38,9 +37,7 @@ inline bool IsLayout(std::string_view text) noexcept {
 }
 
 inline std::string_view LocalName(std::string_view qualifiedName) noexcept {
-    for (std::size_t at = 0; at < qualifiedName.size(); ++at)
-        if (qualifiedName[at] == ':') return qualifiedName.substr(at + 1);
-    return qualifiedName;
+    return qualifiedName.substr(qualifiedName.find(':') + 1);  // none is one before the first
 }
 
 }  // namespace qv

@@ -97,7 +97,7 @@ void ContentTreeSink::Text(std::string_view text) {
 }
 
 void ContentTreeSink::End() {
-    const auto digests = m_hasher.End();
+    const ContentHasher::Digests* const digests = m_hasher.End();
     Level& level = Innermost();
     Level& outer = m_open[--m_depth - 1];
     m_behindMarkup = Here();

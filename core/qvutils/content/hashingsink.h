@@ -17,7 +17,7 @@ class HashingSink : public ContentSink {
     void Forget(std::string_view name, std::string_view value) final { m_hasher.Forget(name, value); }
     void Text(std::string_view text) final { m_hasher.Text(text); }
     void End() final {
-        if (const auto digests = m_hasher.End()) Take(*digests, m_hasher.Given());
+        if (const ContentHasher::Digests* const digests = m_hasher.End()) Take(*digests, m_hasher.Given());
     }
     void StartPart() final { m_hasher.StartPart(); }
     void EndPart(bool isWhole) final { m_hasher.EndPart(isWhole); }

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "core/qvutils/text/asciifold.h"
-
 namespace qv {
 namespace {
 
@@ -20,10 +18,8 @@ bool IsDay(std::string_view text) {
 
 }  // namespace
 
-std::string_view PlainValue(std::string_view text, std::string& space) {
-    if (text.empty()) return text;
+std::string_view PlainOfDigits(std::string_view text, std::string& space) {
     const bool isNegative = text.front() == '-', isSigned = isNegative || text.front() == '+';
-    if (!isSigned && !IsAsciiDigit(text.front())) return text;
     if (IsDay(text)) return space.assign(text).append("T00:00:00");
     const std::string_view digits = isSigned ? text.substr(1) : text;
     if (!AreDigits(digits)) return text;

@@ -1,5 +1,6 @@
 #include "core/qvutils/xml/parsedattributes.h"
 
+#include <bit>
 #include <cstring>
 #include <string>
 
@@ -28,10 +29,11 @@ const char* TypeName(xercesc::XMLAttDef::AttTypes type) {
 I18NString RecentTexts::Get(const char16_t* text) {
     std::size_t length = 0;
     std::size_t hash = 0;
-    while (length < LONGEST && text[length] != 0) hash = hash * 31 + text[length++];
+    while (length < LONGEST && text[length] != 0) hash = std::rotl(hash, 5) ^ text[length++];
+    hash *= 0x9E37'79B1'85EB'CA87u;
     if (length == 0) return {};
     if (text[length] != 0) return I18NString(std::string_view(Utf8Of(text)));
-    Slot& slot = m_slots[(hash ^ (hash >> 9)) % SLOTS];
+    Slot& slot = m_slots[(hash >> 32) % SLOTS];
     if (slot.length != length || std::memcmp(slot.utf16.data(), text, length * sizeof(char16_t)) != 0) {
         std::array<char, LONGEST * UTF8_PER_UTF16> utf8;
         const char* end = Utf16ToUtf8(text, length, utf8.data());

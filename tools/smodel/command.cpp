@@ -1,5 +1,6 @@
 #include "tools/smodel/command.h"
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
@@ -110,8 +111,14 @@ CommandLine::CommandLine(const char* about, const char* name, const char* versio
 CommandLine::~CommandLine() = default;
 
 int CommandLine::Run(int argc, char** argv) {
+    std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
+    if (!words.empty() && words.front() == "help") {
+        words.erase(words.begin());
+        words.push_back("--help");
+    }
+    std::reverse(words.begin(), words.end());  // the last one first is how they are taken
     try {
-        m_app->parse(argc, argv);
+        m_app->parse(std::move(words));
     } catch (const CLI::ParseError& error) {
         return m_app->exit(error) == 0 ? STATUS_CLEAN : STATUS_UNUSABLE;
     }

@@ -210,12 +210,13 @@ constexpr SMCodeInfo CODES[] = {
      "belongs. The reason of a loss (SM1001). Correct the name.",
      "model.xml:44:7: error[SM1001] <Tjze> in [sales].[orders].[sum] is not kept (14 bytes): warning[SM3009] \"Tjze\" is no known name, "
      "and taken for \"size\""},
-    {qv::code::PART_MISSING, error, "a separate file is missing",
+    {qv::code::PART_MISSING, error, "a separate file is missing or cannot be opened",
      "The file that a placeholder names cannot be opened: it is not there, may not be read, or lies outside of the directory of the "
      "model. The model lacks what it holds, and commands that write refuse to work on it, with --accept-loss too: nobody has seen what "
      "would be lost. The reason of a loss (SM1001), whose line ends with the fault; a placeholder inside of such a one has a line of its "
      "own. Bring the file back, or take the placeholder out.",
-     "model.xml:57:5: error[SM1001] <smnamespacefile> in [sales] is not kept (86 bytes): error[SM3010] a separate file is missing: "
+     "model.xml:57:5: error[SM1001] <smnamespacefile> in [sales] is not kept (86 bytes): error[SM3010] a separate file is missing or "
+     "cannot be opened: "
      "error[SM2021] Error reading SM model from XML: orders.qvf: cannot open: No such file or directory"},
     {qv::code::PART_BROKEN, error, "a separate file cannot be read",
      "The file that a placeholder names is there, but is no XML, holds something else than the placeholder says, or would be read inside "

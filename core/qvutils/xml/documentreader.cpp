@@ -417,7 +417,9 @@ void DocumentReader::error(unsigned int number, const XMLCh* domain, ErrTypes ty
     const std::string_view known = CodeOfError(number, atEnd);
     if (known == code::UNKNOWN_ENTITY || known == code::EXTERNAL_ENTITY || known == code::RECURSIVE_ENTITY)
         FailAt(SourcePiece::reference, known.data(), Utf8Of(text));
-    FailHere(static_cast<long>(line), static_cast<long>(column), known.data(), Utf8Of(text));
+    const bool isBeforeRoot = number == xercesc::XMLErrs::InvalidDocumentStructure;
+    const std::string advice = isBeforeRoot ? ": something stands before the root element that is no markup" : "";
+    FailHere(static_cast<long>(line), static_cast<long>(column), known.data(), Utf8Of(text) + advice);
 }
 
 bool DocumentReader::EndsWithinTag() {

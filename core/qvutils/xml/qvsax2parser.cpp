@@ -83,6 +83,18 @@ bool StartsWithNul(std::string_view head) {
     return head.starts_with('\0') && !isWide;
 }
 
+/** The program that has packed it; null when none has. */
+const char* PackerOf(std::string_view head) {
+    using namespace std::string_view_literals;
+    if (head.starts_with("\x1F\x8B"sv)) return "gzip";
+    if (head.starts_with("PK\x03\x04"sv)) return "zip";
+    if (head.starts_with("\xFD"
+                         "7zXZ"sv))
+        return "xz";
+    if (head.starts_with("BZh"sv)) return "bzip2";
+    return head.starts_with("\x28\xB5\x2F\xFD"sv) ? "zstd" : nullptr;
+}
+
 }  // namespace
 
 void qv::ParseSource(DocumentSource& source, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits,
@@ -90,6 +102,8 @@ void qv::ParseSource(DocumentSource& source, const std::string& name, QvContentH
     const std::string_view head = source.Head();
     if (head.empty()) throw TklRuntimeError("the document is empty", name, 1, 1, code::EMPTY_DOCUMENT);
     if (StartsWithNul(head)) throw TklRuntimeError("a NUL character is not allowed", name, 1, 1, code::NUL_CHARACTER);
+    if (const char* const packer = PackerOf(head))
+        throw TklRuntimeError(std::string("the document is packed by ") + packer + "; unpack it first", name, 1, 1, code::NOT_WELL_FORMED);
     StartXerces();
     const Prolog prolog = LookAtProlog(head);
     const ScannerKind kind = prolog.isPlain ? ScannerKind::fast : ScannerKind::general;

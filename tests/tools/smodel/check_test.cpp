@@ -70,9 +70,10 @@ TEST(SmodelCheck, TellsEachMissingFileOnce) {
     const std::string path = directory.Write("a.xml", ModelDocument(NamespaceElement("Sales", placeholder + "\n" + placeholder)));
     const std::string out = RunTool({"check", path}).out;
     EXPECT_EQ(LinesWith(out, "gone.qvf: cannot open: No such file or directory"), 2U) << out;
-    EXPECT_EQ(
-        LinesWith(out, "is not kept (83 bytes): error[SM3010] a separate file is missing: error[SM2021] Error reading SM model from XML: "),
-        2U);
+    EXPECT_EQ(LinesWith(out,
+                        "is not kept (83 bytes): error[SM3010] a separate file is missing or cannot be opened: error[SM2021] Error reading "
+                        "SM model from XML: "),
+              2U);
 }
 
 TEST(SmodelCheck, TellsTheReferencesThatLeadNowhere) {

@@ -103,7 +103,7 @@ TEST(SmodelFmt, RefusesAModelThatLacksAFileAsAllCommandsThatWriteDo) {
             if (isAccepted) words.push_back("--accept-loss");
             const ToolRun run = RunTool(words);
             EXPECT_EQ(run.status, 2) << command[0] << run.err;
-            EXPECT_THAT(run.err, HasSubstr("error[SM3010] a separate file is missing")) << command[0];
+            EXPECT_THAT(run.err, HasSubstr("error[SM3010] a separate file is missing or cannot be opened")) << command[0];
             EXPECT_THAT(run.err, HasSubstr("nothing was written: 1 file of it could not be read")) << command[0];
             EXPECT_THAT(directory.Files(), ElementsAre("main.xml")) << command[0];
         }

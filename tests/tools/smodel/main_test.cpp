@@ -54,7 +54,11 @@ TEST(Smodel, PrintsHelpAndVersionWhenAsked) {
     EXPECT_EQ(help.status, 0);
     EXPECT_THAT(help.out, HasSubstr("Exit status: 0 clean"));
     EXPECT_THAT(help.err, IsEmpty());
-    EXPECT_EQ(RunTool({"check", "--help"}).status, 0);
+    EXPECT_EQ(RunTool({"help"}).out, help.out);
+    const ToolRun check = RunTool({"check", "--help"});
+    EXPECT_EQ(check.status, 0);
+    EXPECT_EQ(RunTool({"help", "check"}).out, check.out);
+    EXPECT_EQ(RunTool({"help", "repo", "put"}).out, RunTool({"repo", "put", "--help"}).out);
     EXPECT_THAT(RunTool({"--version"}).out, ::testing::StartsWith("smodel "));
 }
 

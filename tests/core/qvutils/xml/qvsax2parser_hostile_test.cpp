@@ -1,3 +1,7 @@
+#include <string>
+#include <utility>
+#include <vector>
+
 #include <sys/stat.h>
 
 #include "core/qvutils/diag/tklerrors.h"
@@ -52,7 +56,8 @@ TEST(QvSAX2ParserErrors, TellPlaceAndReason) {
     EXPECT_EQ("d:2:7: expected end of tag 'b'", VerdictOf("<a>\n <b></a>"));
     EXPECT_EQ("d:1:1: the document is empty", VerdictOf(""));
     EXPECT_THAT(VerdictOf(" \n "), HasSubstr("d:2:2: "));
-    EXPECT_THAT(VerdictOf("hello"), HasSubstr("d:1:1: "));
+    EXPECT_EQ("d:1:1: invalid document structure: something stands before the root element that is no markup", VerdictOf("hello"));
+    EXPECT_THAT(VerdictOf("<?xml version=\"1.0\"?>\n {}<a/>"), HasSubstr("d:2:2: invalid document structure: something stands before"));
     EXPECT_THAT(VerdictOf("<a>"), HasSubstr("input ended before all started tags were ended"));
     EXPECT_THAT(VerdictOf("<a x='1"), HasSubstr("unexpected end of input"));
     EXPECT_THAT(VerdictOf("<a x='1' x='2'/>"), HasSubstr("attribute 'x' is already specified"));
@@ -62,6 +67,18 @@ TEST(QvSAX2ParserErrors, TellPlaceAndReason) {
     EXPECT_THAT(VerdictOf("<a>\x01</a>"), Not("read"));
     EXPECT_THAT(VerdictOf("<a x=1/>"), Not("read"));
     EXPECT_THAT(VerdictOf("<a>&nbsp;</a>"), HasSubstr("entity 'nbsp' not found"));
+}
+
+TEST(QvSAX2ParserErrors, NameTheProgramThatPackedADocument) {
+    const std::vector<std::pair<std::string, std::string>> packed = {{"gzip", "\x1F\x8B\x08"},
+                                                                     {"zip", "PK\x03\x04"},
+                                                                     {"xz",
+                                                                      "\xFD"
+                                                                      "7zXZ"},
+                                                                     {"bzip2", "BZh9"},
+                                                                     {"zstd", "\x28\xB5\x2F\xFD"}};
+    for (const auto& [packer, head] : packed)
+        EXPECT_EQ("d:1:1: the document is packed by " + packer + "; unpack it first", VerdictOf(head + "\x01\x02<a/>"));
 }
 
 TEST(QvSAX2ParserErrors, CoverEachTruncation) {

@@ -204,6 +204,7 @@ class Account {
         m_result.project = nullptr;
         m_result.losses.clear();
         m_result.findings.clear();
+        m_result.dangling.clear();
         if (!m_result.diagnostics.empty() && m_result.diagnostics.back().code == qv::code::TOO_MANY_FINDINGS)
             m_result.diagnostics.erase(m_result.diagnostics.begin(), std::prev(m_result.diagnostics.end()));
     }
@@ -261,19 +262,22 @@ class Account {
         const SMLoadResult again = m_keepsAll ? Reread(places) : FindLosses(witness, places, questions, wanted);
         if (!wanted.IsNone()) return wanted;
         if (m_findings)
-            for (SMModelFindings::Placed& placed : m_findings->Place(*again.project, places, witness)) {
+            for (SMModelFindings::Placed& placed : m_findings->Place(places, witness)) {
                 m_result.findings.push_back(std::move(placed.finding));
                 questions.push_back(std::move(placed.question));
             }
-        m_reading.Answer(*again.project, questions);
+        m_reading.Answer(*m_result.project, questions);
         PutPlaces(questions);
         return wanted;
     }
 
+    /** What it gives takes the place of the model that was read first: memory holds one of them. */
     SMLoadResult Reread(qv::ContentSink& sink) {
+        m_result.project = nullptr;
         SMLoadResult again = m_reading.ReadContent(sink);
         if (again.status == SMStatus::cancelled) throw SMCancelled();
         if (!again.IsDone()) throw TklRuntimeError("the document cannot be read a second time", m_reading.Input().Name());
+        m_result.project = again.project;
         return again;
     }
 
@@ -318,7 +322,8 @@ class Account {
             if (const SMFindingPlaces::Misread* const why = places.ReasonOf(found))
                 SMGiveReason(m_result.losses.back(), SMToldMisread(*why));
             else if (IsDateOfObject(found))
-                m_result.losses.back().why = "a description behind it, or another name that the object gets, dates the object anew";
+                m_result.losses.back().why =
+                    "another date or a description behind it, or another name that the object gets, dates the object anew";
             questions.push_back({witness.File(PlaceOf(found).file), QuestionOf(found)});
         });
         RequireFew(count, " parts of the document would not be kept");

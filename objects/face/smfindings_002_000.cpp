@@ -158,11 +158,11 @@ class SMModelFindings::Placing {
 
     std::vector<Placed> Take() { return std::move(m_placed); }
 
-  private:
     const SMObjectBase* ObjectOf(const Finding& finding) const {
         return finding.number < m_objects.size() ? m_objects[finding.number] : nullptr;
     }
 
+  private:
     void Put(SMDiagnostic told, const qv::ContentPlace& place, What what, const std::string& name = {}) {
         m_placed.push_back({std::move(told), {m_witness.File(place.file), {what, place.line, place.column, name}}});
     }
@@ -204,9 +204,9 @@ class SMModelFindings::Placing {
     std::vector<Placed> m_placed;
 };
 
-std::vector<SMModelFindings::Placed> SMModelFindings::Place(const SMProject2& again, SMFindingPlaces& places,
-                                                            const SMReadWitness& witness) const {
-    Placing placing(again, places, witness);
+std::vector<SMModelFindings::Placed> SMModelFindings::Place(SMFindingPlaces& places, const SMReadWitness& witness) {
+    Placing placing(*m_result.project, places, witness);
+    for (std::size_t i = 0; i < m_result.dangling.size(); ++i) m_result.dangling[i].place.holder = placing.ObjectOf(m_findings[i]);
     for (const Finding& finding : m_findings) placing.Add(finding);
     for (const SMFindingPlaces::Misread& misread : places.Misreads())
         if (!misread.isLost) placing.AddMisread(misread);

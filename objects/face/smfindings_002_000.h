@@ -26,8 +26,11 @@ class SMModelFindings {
         SMDiagnostic finding;
         SMReading::Question question;
     };
-    /** `again` is what the second read gave, which `places` has watched. Values that were misread, and no loss tells of, come along. */
-    std::vector<Placed> Place(const SMProject2& again, SMFindingPlaces& places, const SMReadWitness& witness) const;
+    /**
+     * When the result has the model of the second read, which `places` has watched: references that dangle are then held by its objects.
+     * Values that were misread, and no loss tells of, come along.
+     */
+    std::vector<Placed> Place(SMFindingPlaces& places, const SMReadWitness& witness);
 
   private:
     struct Finding {
@@ -52,6 +55,7 @@ class SMModelFindings {
     const SMLoadOptions& m_options;
     /** For the time of the first look. */
     std::vector<const SMObjectBase*> m_objects;
+    /** First the references that dangle, in the order of the result. */
     std::vector<Finding> m_findings;
     std::unordered_set<std::string> m_texts;
 };

@@ -59,7 +59,9 @@ SMProject2::~SMProject2() {
 void SMProject2::SetRootNamespace(SMNamespace2* ns) {
     if (m_rootNamespace && m_rootNamespace.get() != ns) m_formerRoots.push_back(m_rootNamespace);
     m_rootNamespace = ns;
-    if (ns) AddNamespaceToMap(ns);
+    if (!ns) return;
+    if (ns->GetSMProject() == this) ns->parent = this;  // it may have stood inside the old one
+    AddNamespaceToMap(ns);
 }
 
 void SMProject2::EnterNamespace(const QvULString& name, SMNamespace2* ns) {

@@ -18,16 +18,6 @@ namespace {
 
 constexpr std::string_view PROPERTY = "property";
 
-std::string WholeText(const ContentNode& node) {
-    std::string whole;
-    for (const ContentText& text : node.texts) whole += text.text;
-    return whole;
-}
-
-bool IsSimple(const ContentNode& node) {
-    return node.children.empty() && !node.isHollow;
-}
-
 /** The attributes of an element by their names. Most elements have so few that looking at each is fastest. */
 class AttributesByName {
   public:
@@ -113,6 +103,8 @@ class Comparison {
         std::vector<ContentLoss>& losses;
         std::vector<ContentGain>& gains;
         WantedContent& wanted;
+        /** The losses of lists that are told piece by piece. */
+        std::vector<ContentLoss>& lists;
     };
 
     Comparison(const ContentNode& document, const ContentNode& written, const Caller& caller)
@@ -133,7 +125,7 @@ class Comparison {
             if (child->isChosen || child->bareDigest != counterpart->bareDigest)  // else it differs in what a save adds
                 Pair(*child, *counterpart, &m_document, m_caller);
         for (const ContentNode* child : m_unmatched)
-            if (!StandsInAnotherForm(*child)) Tell({ContentLoss::Kind::element, child, &m_document});
+            if (!StandsInAnotherForm(*child)) TellElement(*child);
         CompareTexts(outer);
         for (const ContentNode* child : m_added)
             if (!m_values.IsTaken(*child)) m_caller.gains.push_back({child, &m_document});
@@ -143,6 +135,30 @@ class Comparison {
     using Nodes = std::vector<const ContentNode*>;
 
     void Tell(const ContentLoss& loss) { m_caller.losses.push_back(loss); }
+
+    /** Of a list that stands twice, readers may have taken the pieces into the other one. */
+    void TellElement(const ContentNode& child) {
+        const ContentLoss whole{ContentLoss::Kind::element, &child, &m_document};
+        const ContentNode* const twin = TwinOf(child);
+        if (!twin) return Tell(whole);
+        m_caller.lists.push_back(whole);
+        for (const ContentAttribute& attribute : child.attributes)
+            Tell({ContentLoss::Kind::attribute, &child, &m_document, &attribute, nullptr, nullptr, twin});
+        for (const ContentNode& piece : child.children) Tell({ContentLoss::Kind::element, &piece, &child, nullptr, nullptr, nullptr, twin});
+    }
+
+    /** The sibling of the name that has a counterpart, when both are lists; null when there is none. */
+    const ContentNode* TwinOf(const ContentNode& child) {
+        const bool isList = !IsSimple(child) && !child.isHollow && child.key.empty() && child.texts.empty();
+        if (!isList || !m_caller.model.isRead(child)) return nullptr;
+        if (m_matched.empty()) {
+            const std::set<const ContentNode*> unmatched(m_unmatched.begin(), m_unmatched.end());
+            for (const ContentNode& one : m_document.children)
+                if (unmatched.count(&one) == 0) m_matched[one.name] = &one;
+        }
+        const auto found = m_matched.find(child.name);
+        return found == m_matched.end() ? nullptr : found->second;
+    }
 
     /** Pairs what agrees in `by`, the last with the last: of several where one is taken, readers take the last. */
     template <class Key>
@@ -255,11 +271,29 @@ class Comparison {
     const Caller& m_caller;
     std::vector<std::pair<const ContentNode*, const ContentNode*>> m_pairs;
     Nodes m_unmatched, m_added;
+    /** Children that have counterparts, the last of each name; made when it is asked for. */
+    std::unordered_map<std::string_view, const ContentNode*> m_matched;
     AttributesByName m_documentAttributes{m_document}, m_writtenAttributes{m_written};
     /** Written attributes that stand for elements. */
     std::set<const ContentAttribute*> m_taken;
     AddedValues m_values{m_added, m_caller.model};
 };
+
+/** A list of which nothing was taken anywhere is lost as a whole. */
+void JoinLists(std::vector<ContentLoss>& losses, const std::vector<ContentLoss>& lists) {
+    std::unordered_map<const ContentNode*, std::size_t> pieces;
+    const auto listOf = [](const ContentLoss& loss) {
+        const bool isOfList = loss.kind == ContentLoss::Kind::attribute;
+        return loss.twin ? (isOfList ? loss.element : loss.outer) : nullptr;
+    };
+    for (const ContentLoss& loss : losses) ++pieces[listOf(loss)];
+    std::unordered_set<const ContentNode*> whole;
+    for (const ContentLoss& list : lists)
+        if (pieces[list.element] == list.element->children.size() + list.element->attributes.size()) whole.insert(list.element);
+    std::erase_if(losses, [&](const ContentLoss& loss) { return whole.count(listOf(loss)) != 0; });
+    for (const ContentLoss& list : lists)
+        if (whole.count(list.element) != 0) losses.push_back(list);
+}
 
 /** Those that are in no other one. */
 void SortRanges(std::vector<ContentRange>& ranges) {
@@ -275,8 +309,9 @@ WantedContent FindContentLosses(const ContentNode& document, const ContentNode& 
                                 const std::function<void(const ContentLoss&)>& tell) {
     std::vector<ContentLoss> losses;
     std::vector<ContentGain> gains;
+    std::vector<ContentLoss> lists;
     WantedContent wanted;
-    const Comparison::Caller caller{model, losses, gains, wanted};
+    const Comparison::Caller caller{model, losses, gains, wanted, lists};
     Comparison(document, written, caller).Run(nullptr);
     for (const ContentMove& move : TakeMovedObjects(losses, gains, model))
         Comparison::Pair(*move.loss.element, *move.written, move.loss.outer, caller);
@@ -284,6 +319,7 @@ WantedContent FindContentLosses(const ContentNode& document, const ContentNode& 
     SortRanges(wanted.written);
     if (!wanted.IsNone()) return wanted;
     DropMovedContent(losses, gains, model);
+    JoinLists(losses, lists);
     std::for_each(losses.begin(), losses.end(), tell);
     return wanted;
 }

@@ -21,6 +21,8 @@ struct ContentLoss {
     const ContentText* text = nullptr;
     /** What the other document has in the place of the value; null when it has nothing. */
     const std::string* instead = nullptr;
+    /** When `outer` is a list that stands twice: the other one of it, into which readers may have taken the element. Borrowed. */
+    const ContentNode* twin = nullptr;
 };
 
 /** What a comparison asks about the model. */
@@ -46,8 +48,8 @@ struct WantedContent {
 /**
  * Finds what of a document is not in the one that was written for it. The written one may order siblings and attributes in its own way,
  * spell whole numbers in another one and a day as its midnight, hold as an attribute what was an element, and as elements what were
- * the id and name of a placeholder, and hold the value of an entry, or a text beside entries, in an entry of another name. An element counts
- * where it stands: what is the same somewhere else stands for it only if a reader took it there. All is borrowed.
+ * the id and name of a placeholder, and hold the value of an entry, or a text beside entries, in an entry of another name. An element
+ * counts where it stands: what is the same somewhere else stands for it only if a reader took it there. All is borrowed.
  *
  * Nothing is told when it needs hollow elements, which it gives: with those kept whole it can be asked again, and needs no others.
  */

@@ -30,10 +30,10 @@ bool IsUnset(bool isId, std::string_view plain) {
     return plain == (isId ? std::string_view() : std::string_view("0"));
 }
 
-/** Names with a prefix are those of declarations. */
+/** Of names with a prefix, those that say where a schema is: the root has them. */
 bool IsGivenAttribute(std::string_view name, std::string_view plain) {
     if (name == "id" || name == "version") return IsUnset(name == "id", plain);
-    return name == "xmlns" || name.find(':') != std::string_view::npos;
+    return name.starts_with('x') && (name == "xmlns" || name.starts_with("xmlns:") || name.starts_with("xsi:"));
 }
 
 }  // namespace

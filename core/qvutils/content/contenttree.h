@@ -79,6 +79,17 @@ struct SM_API ContentNode {
     const IOObject* filled = nullptr;
 };
 
+/** Whether there is no element in it. */
+inline bool IsSimple(const ContentNode& node) {
+    return node.children.empty() && !node.isHollow;
+}
+
+inline std::string WholeText(const ContentNode& node) {
+    std::string whole;
+    for (const ContentText& text : node.texts) whole += text.text;
+    return whole;
+}
+
 /** Where the parser stands, and which object it fills now. */
 struct ContentWitness {
     std::function<ContentPlace()> place;

@@ -15,32 +15,9 @@
 namespace qv {
 namespace {
 
-/** The encoding that the XML declaration names; its characters are ASCII in each encoding that is not known by its first bytes. */
-std::string DeclaredName(std::string_view document) {
-    const std::string_view head = document.substr(0, std::min(document.find("?>"), std::size_t{256}));
-    const std::size_t at = head.find("encoding");
-    const std::size_t open = at == std::string_view::npos ? at : head.find_first_of("\"'", at);
-    if (open == std::string_view::npos) return "UTF-8";
-    const std::size_t close = head.find(head[open], open + 1);
-    return std::string(head.substr(open + 1, close == std::string_view::npos ? close : close - open - 1));
-}
-
-std::string EncodingOf(std::string_view document) {
-    int32_t mark = 0;
+std::string Converted(std::string_view document, const std::string& encoding) {
     UErrorCode error = U_ZERO_ERROR;
-    const char* const named =
-        ucnv_detectUnicodeSignature(document.data(), static_cast<int32_t>(std::min<std::size_t>(document.size(), 8)), &mark, &error);
-    if (U_SUCCESS(error) && named) return named;
-    if (document.starts_with(std::string_view("<\0?", 3))) return "UTF-16LE";
-    if (document.starts_with(std::string_view("\0<\0?", 4))) return "UTF-16BE";
-    return DeclaredName(document);
-}
-
-}  // namespace
-
-std::string Utf8OfDocument(std::string_view document) {
-    UErrorCode error = U_ZERO_ERROR;
-    const std::unique_ptr<UConverter, void (*)(UConverter*)> from(ucnv_open(EncodingOf(document).c_str(), &error), ucnv_close);
+    const std::unique_ptr<UConverter, void (*)(UConverter*)> from(ucnv_open(encoding.c_str(), &error), ucnv_close);
     if (U_FAILURE(error)) return {};
     std::string out;
     std::vector<UChar> units(std::size_t{16} << 10);
@@ -58,6 +35,33 @@ std::string Utf8OfDocument(std::string_view document) {
         icu::UnicodeString(false, units.data(), count).toUTF8String(out);
     } while (error == U_BUFFER_OVERFLOW_ERROR);
     return out;
+}
+
+/** A declaration has only characters that all code pages of EBCDIC have alike. */
+std::string DeclaredInEbcdic(std::string_view document) {
+    constexpr std::size_t LONGEST = 4096;
+    return DeclaredEncoding(Converted(document.substr(0, LONGEST), "ibm-37"));
+}
+
+std::string EncodingOf(std::string_view document) {
+    using namespace std::string_view_literals;
+    int32_t mark = 0;
+    UErrorCode error = U_ZERO_ERROR;
+    const char* const named =
+        ucnv_detectUnicodeSignature(document.data(), static_cast<int32_t>(std::min<std::size_t>(document.size(), 8)), &mark, &error);
+    if (U_SUCCESS(error) && named) return named;
+    if (document.starts_with("<\0\0\0"sv)) return "UTF-32LE";
+    if (document.starts_with("\0\0\0<"sv)) return "UTF-32BE";
+    if (document.starts_with("<\0?"sv)) return "UTF-16LE";
+    if (document.starts_with("\0<\0?"sv)) return "UTF-16BE";
+    const std::string declared = document.starts_with('\x4C') ? DeclaredInEbcdic(document) : DeclaredEncoding(document);
+    return declared.empty() ? "UTF-8" : declared;
+}
+
+}  // namespace
+
+std::string Utf8OfDocument(std::string_view document) {
+    return Converted(document, EncodingOf(document));
 }
 
 SourceBytes::SourceBytes(int descriptor, std::size_t start, std::size_t size) {

@@ -25,18 +25,6 @@ bool StartsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
 }
 
-/** The encoding that the XML declaration names, in lower case; empty when there is none. */
-std::string DeclaredEncoding(std::string_view head) {
-    if (!StartsWith(head, "<?xml")) return {};
-    const std::string_view declaration = head.substr(0, head.find("?>"));
-    const std::size_t open = declaration.find_first_of("\"'", std::min(declaration.find("encoding"), declaration.size()));
-    if (open == std::string_view::npos) return {};
-    const std::size_t close = declaration.find(declaration[open], open + 1);
-    std::string name(declaration.substr(open + 1, close == std::string_view::npos ? close : close - open - 1));
-    std::transform(name.begin(), name.end(), name.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    return name;
-}
-
 /** Whether the root, or what cannot be a prolog, comes without a DOCTYPE before it. */
 bool HasNoDoctype(std::string_view head) {
     while (!head.empty()) {
@@ -137,6 +125,17 @@ void FileSource::LookBack(std::size_t size, const std::function<void(std::string
 
 void FileSource::Fail(const char* what, int error) const {
     throw TklRuntimeError(std::string(what) + ": " + std::strerror(error), m_path, 0, 0, CodeOfSystemError(error));
+}
+
+std::string DeclaredEncoding(std::string_view head) {
+    if (!StartsWith(head, "<?xml")) return {};
+    const std::string_view declaration = head.substr(0, head.find("?>"));
+    const std::size_t open = declaration.find_first_of("\"'", std::min(declaration.find("encoding"), declaration.size()));
+    if (open == std::string_view::npos) return {};
+    const std::size_t close = declaration.find(declaration[open], open + 1);
+    std::string name(declaration.substr(open + 1, close == std::string_view::npos ? close : close - open - 1));
+    std::transform(name.begin(), name.end(), name.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    return name;
 }
 
 Prolog LookAtProlog(std::string_view head) {

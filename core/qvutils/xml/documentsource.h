@@ -73,6 +73,9 @@ struct Prolog {
 
 Prolog LookAtProlog(std::string_view head);
 
+/** The encoding that the XML declaration names, in lower case; empty when there is none, or not in characters that read as ASCII. */
+std::string DeclaredEncoding(std::string_view head);
+
 /** What QvSAX2Parser does with a document that comes from anywhere. All is borrowed; `handler` and `totals` may be null. */
 void ParseSource(DocumentSource& source, const std::string& name, QvContentHandler* handler, const SMXMLLimits& limits,
                  SMXMLTotals* totals);

@@ -59,11 +59,10 @@ void ReturnReader(ScannerKind kind, std::unique_ptr<DocumentReader> reader) {
 class ParseFrame final : public SMSourceFrame {
   public:
     ParseFrame(DocumentReader& reader, const std::string& file, const QvContentHandler* handler)
-        : m_reader(reader), m_file(file), m_handler(handler) {}
+        : m_reader(reader), m_file(file), m_locator(dynamic_cast<const SMObjectLocator*>(handler)) {}
 
     SMSourceContext Describe() const override {
-        const auto* locator = dynamic_cast<const SMObjectLocator*>(m_handler);
-        return {m_file, m_reader.Line(), m_reader.Column(), m_reader.Element(), locator ? locator->InnermostObject() : nullptr};
+        return {m_file, m_reader.Line(), m_reader.Column(), m_reader.Element(), m_locator ? m_locator->InnermostObject() : nullptr};
     }
     qv::DocumentPlace PlaceOfElement() const {
         const qv::SourcePlace place = m_reader.PlaceOf(qv::SourcePiece::element);
@@ -73,7 +72,8 @@ class ParseFrame final : public SMSourceFrame {
   private:
     DocumentReader& m_reader;
     const std::string& m_file;
-    const QvContentHandler* m_handler;
+    /** Null for a handler that knows of no objects. */
+    const SMObjectLocator* m_locator;
 };
 
 /** And is in no encoding whose first character has such a byte. */

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "core/qvutils/diag/codes.h"
+#include "objects/face/smmodelwalk_002_000.h"
 #include "tests/support/documents.h"
 #include "tests/support/facemodel.h"
 #include "tests/support/markedmodel.h"
@@ -78,6 +79,8 @@ TEST(SMModelCheck, TellsEachOfSeveralAlikeReferencesAtItsPlace) {
     ASSERT_THAT(checked.findings, SizeIs(3));
     EXPECT_THAT(checked.dangling, SizeIs(3));
     for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(checked.dangling[i].place.holder->GetSMProject(), &*checked.project);
+        EXPECT_EQ(SMNameOf(*checked.dangling[i].place.holder), std::string(1, "abc"[i]));
         EXPECT_EQ(checked.findings[i].objectPath, std::string("[n].[") + "abc"[i] + "]");
         EXPECT_EQ(checked.findings[i].line, static_cast<long>(3 + i));
     }

@@ -164,6 +164,12 @@ TEST_F(ProjectNamespaces, KeepTheEntryOfAReplacedRoot) {
     EXPECT_EQ(project->FindNamespaceByName("root"), nullptr);
 }
 
+TEST_F(ProjectNamespaces, BecomeChildrenOfTheProjectAsItsRoot) {
+    SMNamespace2* const inner = root->AddOrUpdateFolder("f")->AddOrUpdateNamespace("inner", "");
+    project->SetRootNamespace(inner);
+    EXPECT_EQ(inner->GetParentSMObj(), project.get());
+}
+
 TEST_F(ProjectNamespaces, MayTakeAReplacedRootIn) {
     auto* second = new SMNamespace2(project, project);
     second->SetNameDontTouchNamespaceMap("second");

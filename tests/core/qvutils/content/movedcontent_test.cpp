@@ -21,7 +21,7 @@ qv::ContentNode Object(const std::string& key, std::uint64_t digest) {
     qv::ContentNode node;
     node.name = "dataSource";
     node.key = key;
-    node.bareDigest = digest;
+    node.digest = node.bareDigest = digest;
     node.isHollow = true;
     return node;
 }
@@ -75,4 +75,16 @@ TEST(MovedContent, IsAnObjectOfTheSameNameUnlessAllOfItIsThere) {
     EXPECT_EQ(losses[2].element, &gone);
     ASSERT_EQ(gains.size(), 1u);
     EXPECT_EQ(gains[0].element, &wholeThere);
+}
+
+TEST(MovedContent, IsComparedWhereASaveMayHaveAddedAllThatDiffers) {
+    const qv::ContentNode around, object = Object("a", 1);
+    qv::ContentNode written = Object("a", 1);
+    written.digest = 2;
+    std::vector<qv::ContentLoss> losses{{qv::ContentLoss::Kind::element, &object, &around}};
+    std::vector<qv::ContentGain> gains{{&written, &around}};
+    const std::vector<qv::ContentMove> moves = qv::TakeMovedObjects(losses, gains, {ANY, NONE, nullptr});
+    ASSERT_EQ(moves.size(), 1u);
+    EXPECT_EQ(moves[0].written, &written);
+    EXPECT_TRUE(losses.empty());
 }

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -42,10 +43,84 @@ class AttributesByName {
     std::unordered_map<std::string_view, const ContentAttribute*> m_byName;
 };
 
+/** The texts of an element and of all that is in it, in their order. */
+std::vector<const ContentText*> TextsIn(const ContentNode& element) {
+    std::vector<const ContentText*> texts;
+    std::vector<const ContentNode*> left{&element};
+    while (!left.empty()) {
+        const ContentNode& one = *left.back();
+        left.pop_back();
+        for (const ContentText& text : one.texts) texts.push_back(&text);
+        for (const ContentNode& child : one.children) left.push_back(&child);
+    }
+    const auto placeOf = [](const ContentText* text) { return std::tie(text->place.file, text->place.line, text->place.column); };
+    std::stable_sort(texts.begin(), texts.end(), [&](const auto* a, const auto* b) { return placeOf(a) < placeOf(b); });
+    return texts;
+}
+
+using Pieces = std::unordered_set<const ContentText*>;
+
+/** What is written and not yet taken. The layout at its end is none of the texts. */
+class UntakenText {
+  public:
+    enum class Side { front, back };
+    UntakenText(std::string_view text, Side side) : m_side(side) { Set(text); }
+
+    /** Takes a text away at that side; false when it is not there. */
+    bool Take(std::string_view text) {
+        for (const std::string_view from : {m_text, m_trimmed}) {
+            if (m_side == Side::front ? !from.starts_with(text) : !from.ends_with(text)) continue;
+            Set(m_side == Side::front ? from.substr(text.size()) : from.substr(0, from.size() - text.size()));
+            return true;
+        }
+        return false;
+    }
+    bool IsLayout() const { return m_trimmed.empty(); }
+
+  private:
+    /** Looked for once, since there may be much of it, and many that ask. */
+    void Set(std::string_view text) {
+        constexpr std::string_view BLANKS = " \n\t\r";
+        m_text = text;
+        m_trimmed = m_side == Side::front ? text.substr(std::min(text.find_first_not_of(BLANKS), text.size()))
+                                          : text.substr(0, text.find_last_not_of(BLANKS) + 1);
+    }
+
+    Side m_side;
+    std::string_view m_text, m_trimmed;
+};
+
+/** Those of the texts that what is written is made of, taken away in this order; none when more is written. */
+Pieces PiecesFrom(const std::vector<const ContentText*>& texts, UntakenText written) {
+    Pieces pieces;
+    for (const ContentText* text : texts)
+        if (written.Take(text->text)) pieces.insert(text);
+    return written.IsLayout() ? pieces : Pieces();
+}
+
+/** The texts in an element of which a written text is made: readers take the first of several, or the last; none of another text. */
+Pieces PiecesOf(std::string_view written, const ContentNode& element) {
+    if (IsLayout(written)) return {};
+    std::vector<const ContentText*> texts = TextsIn(element);
+    Pieces pieces = PiecesFrom(texts, UntakenText(written, UntakenText::Side::front));
+    if (!pieces.empty()) return pieces;
+    std::reverse(texts.begin(), texts.end());
+    return PiecesFrom(texts, UntakenText(written, UntakenText::Side::back));
+}
+
 /** The name under which a simple element could also stand as an attribute. */
 std::string_view FieldName(const ContentNode& node) {
     const ContentAttribute* const name = node.name == PROPERTY ? AttributesByName(node).Find("name") : nullptr;
     return name ? std::string_view(name->value) : std::string_view(node.name);
+}
+
+/** Of an object, if it has one: as an attribute or as a property. */
+std::string IdOf(const ContentNode& object) {
+    constexpr std::string_view ID = "id";
+    if (const ContentAttribute* const id = AttributesByName(object).Find(ID)) return id->value;
+    for (const ContentNode& child : object.children)
+        if (IsSimple(child) && child.name == PROPERTY && FieldName(child) == ID) return WholeText(child);
+    return {};
 }
 
 /** The values of simple elements that only the written document has, for those that the other has in another form. */
@@ -209,6 +284,11 @@ class Comparison {
         MatchRenamed(m_added);
         Match(m_added, [](const ContentNode& node) { return node.digest; });
         Match(m_added, [](const ContentNode& node) { return node.bareDigest; });
+        Match(m_added, [](const ContentNode& node) {
+            std::string id = IdOf(node);
+            const ContentNode* const alone = id.empty() ? &node : nullptr;
+            return std::make_tuple(std::string_view(node.name), std::move(id), alone);
+        });
         Match(m_added, [](const ContentNode& node) { return std::make_pair(std::string_view(node.name), std::string_view(node.key)); });
         // another name is one that it got, unless all that has the old name is somewhere else, and a property gets none
         Match(m_added, [](const ContentNode& node) {
@@ -233,14 +313,10 @@ class Comparison {
         if (written == WholeText(m_document)) return;
         const bool isValue = m_document.texts.size() == 1 && m_written.texts.size() == 1 && IsSimple(m_document);
         if (isValue && IsSameValue(m_document.texts.front().text, written)) return;
-        std::size_t from = 0;
-        for (const ContentText& text : m_document.texts) {
-            const std::size_t at = isValue ? std::string::npos : written.find(text.text, from);
-            if (at != std::string::npos)
-                from = at + text.text.size();
-            else if (!m_values.TakeEntry(text.text))
+        const Pieces kept = isValue ? Pieces() : PiecesOf(written, m_document);
+        for (const ContentText& text : m_document.texts)
+            if (kept.count(&text) == 0 && !m_values.TakeEntry(text.text))
                 Tell({ContentLoss::Kind::text, &m_document, outer, nullptr, &text, isValue ? &m_written.texts.front().text : nullptr});
-        }
     }
 
     /** These of a placeholder are read as what elements say elsewhere; all other attributes are read as such only. */

@@ -9,21 +9,13 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/facemodel.h"
+#include "tests/support/toldlosses.h"
 
 namespace {
 
-using namespace schema_002_000;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-std::vector<std::string> LossesOf(const std::string& document) {
-    const SMAccountedResult result = SMLoadModelBytesAccounted(document);
-    EXPECT_TRUE(result.IsDone());
-    std::vector<std::string> told;
-    for (const SMLoss& loss : result.losses) told.push_back(FormatDiagnostic(SMDiagnosticOf(loss)));
-    return told;
-}
 
 std::string Subject(const std::string& content, const std::string& inProject = {}) {
     return ModelDocument(NamespaceElement("n", "<querySubject><name locale=\"en\">s</name>" + content + "</querySubject>") + inProject);

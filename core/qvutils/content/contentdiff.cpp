@@ -114,13 +114,20 @@ std::string_view FieldName(const ContentNode& node) {
     return name ? std::string_view(name->value) : std::string_view(node.name);
 }
 
-/** Of an object, if it has one: as an attribute or as a property. */
+/** Of an object, if it has one: as an attribute or as a property, of which readers take the last. */
 std::string IdOf(const ContentNode& object) {
     constexpr std::string_view ID = "id";
     if (const ContentAttribute* const id = AttributesByName(object).Find(ID)) return id->value;
-    for (const ContentNode& child : object.children)
-        if (IsSimple(child) && child.name == PROPERTY && FieldName(child) == ID) return WholeText(child);
+    for (auto child = object.children.rbegin(); child != object.children.rend(); ++child)
+        if (IsSimple(*child) && child->name == PROPERTY && FieldName(*child) == ID) return WholeText(*child);
     return {};
+}
+
+/** Whether it holds elements and is no object: these have fields of their own. */
+bool IsList(const ContentNode& node) {
+    return !IsSimple(node) && !node.isHollow && std::none_of(node.children.begin(), node.children.end(), [](const ContentNode& child) {
+        return child.name == PROPERTY || child.name == "name";
+    });
 }
 
 /** The values of simple elements that only the written document has, for those that the other has in another form. */
@@ -219,13 +226,13 @@ class Comparison {
         m_caller.lists.push_back(whole);
         for (const ContentAttribute& attribute : child.attributes)
             Tell({ContentLoss::Kind::attribute, &child, &m_document, &attribute, nullptr, nullptr, twin});
+        for (const ContentText& text : child.texts) Tell({ContentLoss::Kind::text, &child, &m_document, nullptr, &text, nullptr, twin});
         for (const ContentNode& piece : child.children) Tell({ContentLoss::Kind::element, &piece, &child, nullptr, nullptr, nullptr, twin});
     }
 
     /** The sibling of the name that has a counterpart, when both are lists; null when there is none. */
     const ContentNode* TwinOf(const ContentNode& child) {
-        const bool isList = !IsSimple(child) && !child.isHollow && child.key.empty() && child.texts.empty();
-        if (!isList || !m_caller.model.isRead(child)) return nullptr;
+        if (!IsList(child) || !m_caller.model.isRead(child)) return nullptr;
         if (m_matched.empty()) {
             const std::set<const ContentNode*> unmatched(m_unmatched.begin(), m_unmatched.end());
             for (const ContentNode& one : m_document.children)
@@ -284,11 +291,13 @@ class Comparison {
         MatchRenamed(m_added);
         Match(m_added, [](const ContentNode& node) { return node.digest; });
         Match(m_added, [](const ContentNode& node) { return node.bareDigest; });
-        Match(m_added, [](const ContentNode& node) {
+        const auto byId = [](const ContentNode& node, std::string_view key) {
             std::string id = IdOf(node);
             const ContentNode* const alone = id.empty() ? &node : nullptr;
-            return std::make_tuple(std::string_view(node.name), std::move(id), alone);
-        });
+            return std::make_tuple(std::string_view(node.name), key, std::move(id), alone);
+        };
+        Match(m_added, [&](const ContentNode& node) { return byId(node, node.key); });
+        Match(m_added, [&](const ContentNode& node) { return byId(node, {}); });
         Match(m_added, [](const ContentNode& node) { return std::make_pair(std::string_view(node.name), std::string_view(node.key)); });
         // another name is one that it got, unless all that has the old name is somewhere else, and a property gets none
         Match(m_added, [](const ContentNode& node) {
@@ -359,13 +368,15 @@ class Comparison {
 void JoinLists(std::vector<ContentLoss>& losses, const std::vector<ContentLoss>& lists) {
     std::unordered_map<const ContentNode*, std::size_t> pieces;
     const auto listOf = [](const ContentLoss& loss) {
-        const bool isOfList = loss.kind == ContentLoss::Kind::attribute;
-        return loss.twin ? (isOfList ? loss.element : loss.outer) : nullptr;
+        const bool isInList = loss.kind == ContentLoss::Kind::element;
+        return loss.twin ? (isInList ? loss.outer : loss.element) : nullptr;
     };
     for (const ContentLoss& loss : losses) ++pieces[listOf(loss)];
     std::unordered_set<const ContentNode*> whole;
-    for (const ContentLoss& list : lists)
-        if (pieces[list.element] == list.element->children.size() + list.element->attributes.size()) whole.insert(list.element);
+    for (const ContentLoss& list : lists) {
+        const ContentNode& element = *list.element;
+        if (pieces[&element] == element.children.size() + element.attributes.size() + element.texts.size()) whole.insert(&element);
+    }
     std::erase_if(losses, [&](const ContentLoss& loss) { return whole.count(listOf(loss)) != 0; });
     for (const ContentLoss& list : lists)
         if (whole.count(list.element) != 0) losses.push_back(list);

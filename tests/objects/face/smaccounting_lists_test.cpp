@@ -43,6 +43,12 @@ TEST(SMAccountingOfLists, TellsWhatIsLostOfTheOneThatIsJoined) {
     const std::string lists =
         "<dataSources>" + Source("a", "", "<zz>x</zz>") + "</dataSources><dataSources>" + Source("b") + "</dataSources>";
     EXPECT_THAT(LossesOf(Subject("", lists)), ElementsAre(HasSubstr("<zz> in (dataSource).(a).() is not kept (10 bytes)")));
+    const std::string text = "<dataSources>stray" + Source("a") + "</dataSources><dataSources>" + Source("b") + "</dataSources>";
+    EXPECT_THAT(LossesOf(Subject("", text)), ElementsAre(HasSubstr("the text of <dataSources>")));
+    const std::string three = "<dataSources id=\"x\">" + Source("a") + "</dataSources><dataSources id=\"y\">" + Source("b") +
+                              "</dataSources><dataSources>" + Source("c") + "</dataSources>";
+    EXPECT_THAT(LossesOf(Subject("", three)),
+                ElementsAre(HasSubstr("the attribute id of <dataSources>"), HasSubstr("the attribute id of <dataSources>")));
     const std::string attribute = "<dataSources zz=\"1\">" + Source("a") + "</dataSources><dataSources>" + Source("b") + "</dataSources>";
     EXPECT_THAT(LossesOf(Subject("", attribute)), ElementsAre(HasSubstr("the attribute zz of <dataSources>")));
 }

@@ -114,15 +114,6 @@ std::string_view FieldName(const ContentNode& node) {
     return name ? std::string_view(name->value) : std::string_view(node.name);
 }
 
-/** Of an object, if it has one: as an attribute or as a property, of which readers take the last. */
-std::string IdOf(const ContentNode& object) {
-    constexpr std::string_view ID = "id";
-    if (const ContentAttribute* const id = AttributesByName(object).Find(ID)) return id->value;
-    for (auto child = object.children.rbegin(); child != object.children.rend(); ++child)
-        if (IsSimple(*child) && child->name == PROPERTY && FieldName(*child) == ID) return WholeText(*child);
-    return {};
-}
-
 /** Whether it holds elements and is no object: these have fields of their own. */
 bool IsList(const ContentNode& node) {
     return !IsSimple(node) && !node.isHollow && std::none_of(node.children.begin(), node.children.end(), [](const ContentNode& child) {
@@ -291,6 +282,11 @@ class Comparison {
         MatchRenamed(m_added);
         Match(m_added, [](const ContentNode& node) { return node.digest; });
         Match(m_added, [](const ContentNode& node) { return node.bareDigest; });
+        // lists may give their entries another name
+        Match(m_added, [&](const ContentNode& node) {
+            const bool isEntry = IsSimple(node) && !node.texts.empty() && m_caller.model.isEntry(node) && m_caller.model.isRead(node);
+            return std::make_pair(isEntry ? WholeText(node) : std::string(), isEntry ? nullptr : &node);
+        });
         const auto byId = [](const ContentNode& node, std::string_view key) {
             std::string id = IdOf(node);
             const ContentNode* const alone = id.empty() ? &node : nullptr;

@@ -34,6 +34,7 @@ ContentNode HollowOf(ContentNode& node) {
     hollow.key = std::move(node.key);
     hollow.otherNames = std::move(node.otherNames);
     hollow.place = node.place;
+    hollow.filled = node.filled;
     return hollow;
 }
 
@@ -46,6 +47,20 @@ ContentNode::~ContentNode() {
         rest.pop_back();
         std::move(below.begin(), below.end(), std::back_inserter(rest));
     }
+}
+
+std::string IdOf(const ContentNode& object) {
+    const auto valueOf = [](const ContentNode& node, std::string_view name) -> const std::string* {
+        const auto found = std::find_if(node.attributes.begin(), node.attributes.end(),
+                                        [&](const ContentAttribute& attribute) { return attribute.name == name; });
+        return found == node.attributes.end() ? nullptr : &found->value;
+    };
+    if (const std::string* const id = valueOf(object, "id")) return *id;
+    for (auto child = object.children.rbegin(); child != object.children.rend(); ++child) {
+        const std::string* const name = IsSimple(*child) && child->name == "property" ? valueOf(*child, "name") : nullptr;
+        if (name && *name == "id") return WholeText(*child);
+    }
+    return {};
 }
 
 ContentTreeSink::ContentTreeSink(ContentChoice isChosen, ContentWitness witness)
@@ -127,9 +142,9 @@ bool ContentTreeSink::Finish(Level& level, const ContentHasher::Digests& digests
     node.isChosen = digests.isGiven || m_isChosen({digests, m_hasher.Given(), level.holds, node.name, outer});
     node.isHollow = !node.isChosen && !node.children.empty() && !IsWhole(node.range);
     GiveKey(node, level.names);
+    if (m_witness.filled && !node.filled) node.filled = m_witness.filled();
     if (node.isHollow) return false;
     std::erase_if(node.texts, [](const ContentText& text) { return IsLayout(text.text); });
-    if (m_witness.filled && !node.filled) node.filled = m_witness.filled();
     if (m_witness.object && node.isChosen && !digests.isGiven) {
         if (!node.object) node.object = m_witness.object();
         for (ContentNode& child : node.children)

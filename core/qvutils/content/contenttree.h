@@ -90,6 +90,9 @@ inline std::string WholeText(const ContentNode& node) {
     return whole;
 }
 
+/** That of an object, as an attribute or as a property, of which readers take the last; empty when it has none. */
+std::string IdOf(const ContentNode& object);
+
 /** Where the parser stands, and which object it fills now. */
 struct ContentWitness {
     std::function<ContentPlace()> place;

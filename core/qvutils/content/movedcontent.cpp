@@ -87,7 +87,16 @@ class ThingsAround {
     std::map<Key, std::map<const ContentNode*, std::vector<Thing>>> m_things;
 };
 
-/** What is to be had in the written document, each for one element that is missed in its own place. */
+/**
+ * Whether a reader may have taken the lost element for one of the same object in the counterpart of `around`: it stands deeper than
+ * that, or in a list that stands twice, or, as an entry, beside its list.
+ */
+bool MayBeTaken(const ContentLoss& loss, const ContentNode& around, const ContentModel& model) {
+    if (loss.twin == &around) return true;
+    return around.range.Contains(loss.element->range) || (model.isEntry(*loss.element) && loss.outer->range.Contains(around.range));
+}
+
+/** The simple elements that are to be had in the written document, each for one that is missed in its own place. */
 class Gains {
   public:
     Gains(const std::vector<ContentLoss>& losses, const std::vector<ContentGain>& gains, const ContentModel& model) : m_model(model) {
@@ -97,7 +106,17 @@ class Gains {
                 m_values.Add({Field(loss.element->name, *loss.instead), loss.element->filled}, *loss.outer, loss.element);
     }
 
-    bool Take(const ContentLoss& loss) { return IsSimple(*loss.element) ? TakeSimple(loss) : TakeWhole(loss); }
+    bool Take(const ContentLoss& loss) {
+        const ContentNode& element = *loss.element;
+        if (!IsSimple(element) || !m_model.isRead(element)) return false;
+        const auto mayBeTaken = [&](const ContentNode& around) { return MayBeTaken(loss, around, m_model); };
+        const auto taken = m_simple.Take(SimpleOf(element, element.filled), mayBeTaken,
+                                         [&](const ContentNode* written) { return IsOf(element, *written); });
+        if (taken) FindLostAttributes(loss, **taken);
+        if (taken || !IsPlain(element)) return taken.has_value();
+        const std::pair key{Field(element.name, element.texts.front().text), element.filled};
+        return m_values.Take(key, mayBeTaken, [](const ContentNode*) { return true; }).has_value();
+    }
     /** Attributes of elements that were taken, which are not there. */
     const std::vector<ContentLoss>& LostAttributes() const { return m_lost; }
 
@@ -115,34 +134,10 @@ class Gains {
         while (!left.empty()) {
             const auto [one, isOfObject] = left.back();
             left.pop_back();
-            if (IsSimple(*one)) {
-                if (isOfObject) m_simple.Add(SimpleOf(*one, around.filled), around, one);
-                continue;
-            }
-            m_whole.emplace(one->bareDigest, one);
+            if (IsSimple(*one) && isOfObject) m_simple.Add(SimpleOf(*one, around.filled), around, one);
             const bool areOfObject = isOfObject && !IsObject(*one);
             for (const ContentNode& child : one->children) left.emplace_back(&child, areOfObject);
         }
-    }
-
-    bool TakeWhole(const ContentLoss& loss) {
-        const auto found = m_whole.find(loss.element->bareDigest);
-        if (found == m_whole.end()) return false;
-        FindLostAttributes(loss, *found->second);
-        m_whole.erase(found);
-        return true;
-    }
-
-    bool TakeSimple(const ContentLoss& loss) {
-        const ContentNode& element = *loss.element;
-        if (!m_model.isRead(element)) return false;
-        const auto mayBeTaken = [&](const ContentNode& around) { return MayBeTaken(loss, around); };
-        const auto taken = m_simple.Take(SimpleOf(element, element.filled), mayBeTaken,
-                                         [&](const ContentNode* written) { return IsOf(element, *written); });
-        if (taken) FindLostAttributes(loss, **taken);
-        if (taken || !IsPlain(element)) return taken.has_value();
-        const std::pair key{Field(element.name, element.texts.front().text), element.filled};
-        return m_values.Take(key, mayBeTaken, [](const ContentNode*) { return true; }).has_value();
     }
 
     void FindLostAttributes(const ContentLoss& loss, const ContentNode& written) {
@@ -150,77 +145,108 @@ class Gains {
             if (!HasAttribute(written, attribute)) m_lost.push_back({ContentLoss::Kind::attribute, loss.element, loss.outer, &attribute});
     }
 
-    /**
-     * Whether a reader may have taken the lost element for one of the same object in the counterpart of `around`: it stands deeper than
-     * that, or in a list that stands twice, or, as an entry, beside its list.
-     */
-    bool MayBeTaken(const ContentLoss& loss, const ContentNode& around) const {
-        if (loss.twin == &around) return true;
-        return around.range.Contains(loss.element->range) || (m_model.isEntry(*loss.element) && loss.outer->range.Contains(around.range));
-    }
-
     const ContentModel& m_model;
     ThingsAround<Simple, const ContentNode*> m_simple;
-    std::multimap<std::uint64_t, const ContentNode*> m_whole;
     /** The elements in whose place the values are, with the objects that these fill. */
     ThingsAround<std::pair<Field, const IOObject*>, const ContentNode*> m_values;
     std::vector<ContentLoss> m_lost;
 };
 
-/** The objects that only the written document has, by their names. */
-class NamedObjects {
+/**
+ * Finds, of the elements with others in them that only the written document has, those that readers made of lost ones: each for one, in
+ * their order. An object may be anywhere, since its reader has made it; all else fills the object around it and is not far.
+ */
+class MovedObjects {
   public:
-    explicit NamedObjects(const std::vector<ContentGain>& gains) {
+    MovedObjects(const std::vector<ContentLoss>& losses, const std::vector<ContentGain>& gains, const ContentModel& model)
+        : m_model(model) {
+        for (const ContentLoss& loss : losses)
+            if (loss.kind == ContentLoss::Kind::element && !IsSimple(*loss.element) && model.isRead(*loss.element)) m_lost.push_back(&loss);
+        if (m_lost.empty()) return;
         for (const ContentGain& gain : gains)
             ForEachIn(*gain.element, [&](const ContentNode& one) {
-                if (!IsSimple(one) && !one.key.empty()) m_objects[Field(one.name, one.key)].emplace(one.bareDigest, &one);
+                if (!IsSimple(one)) m_written.push_back({&one, gain.around});
             });
+        Match([](const ContentNode& one) { return Key(one.key, {}, one.bareDigest); });
+        Match([](const ContentNode& one) { return Key(one.key, IdOf(one), 0); });
+        Match([](const ContentNode& one) { return Key(one.key, {}, 0); });
     }
-    /** Takes one that has all that the object has, but for what a save may have added to either; null when there is none. */
-    const ContentNode* TakeWhole(const ContentNode& object) {
-        const auto found = m_objects.find(Field(object.name, object.key));
-        if (found == m_objects.end()) return nullptr;
-        const auto same = found->second.find(object.bareDigest);
-        if (same == found->second.end()) return nullptr;
-        const ContentNode* const taken = same->second;
-        found->second.erase(same);
-        return taken;
-    }
-    /** Null when there is none of its name. */
-    const ContentNode* Take(const ContentNode& object) {
-        const auto found = m_objects.find(Field(object.name, object.key));
-        if (found == m_objects.end() || found->second.empty()) return nullptr;
-        const ContentNode* const taken = found->second.begin()->second;
-        found->second.erase(found->second.begin());
-        return taken;
+
+    /** Null when there is none. */
+    const ContentNode* Find(const ContentNode* lost) const {
+        const auto found = m_found.find(lost);
+        return found == m_found.end() ? nullptr : found->second;
     }
 
   private:
-    std::map<Field, std::multimap<std::uint64_t, const ContentNode*>> m_objects;
+    /** Key, id and digest, of which those count that are set. */
+    struct Key {
+        Key(std::string_view k, std::string i, std::uint64_t d) : key(k), id(std::move(i)), digest(d) {}
+        std::string_view name, key;
+        std::string id;
+        std::uint64_t digest;
+        /** The object around an element that is none itself; null for an object. */
+        const IOObject* filled = nullptr;
+        auto operator<=>(const Key&) const = default;
+    };
+
+    static bool IsMade(const ContentLoss& loss) { return loss.element->filled && loss.outer && loss.element->filled != loss.outer->filled; }
+    /** What has neither name nor id is told by all that is in it, or by its place in a list that stands twice. */
+    static bool TellsApart(const Key& key, const ContentLoss& loss) {
+        return !key.key.empty() || !key.id.empty() || key.digest != 0 || loss.twin;
+    }
+
+    template <class KeyOf>
+    void Match(KeyOf keyOf) {
+        ThingsAround<Key, const ContentNode*> written;
+        for (auto gain = m_written.rbegin(); gain != m_written.rend(); ++gain) {
+            if (m_taken.count(gain->element) != 0) continue;
+            Key key = KeyOfElement(*gain->element, keyOf);
+            written.Add(key, NOWHERE, gain->element);
+            key.filled = gain->around->filled;
+            written.Add(key, *gain->around, gain->element);
+        }
+        for (const ContentLoss* loss : m_lost) {
+            Key key = KeyOfElement(*loss->element, keyOf);
+            if (!TellsApart(key, *loss) || m_found.count(loss->element) != 0) continue;
+            const bool isMade = IsMade(*loss);
+            if (!isMade) key.filled = loss->element->filled;
+            const auto mayBeTaken = [&](const ContentNode& around) {
+                return &around == &NOWHERE ? isMade : MayBeTaken(*loss, around, m_model);
+            };
+            const auto found = written.Take(key, mayBeTaken, [&](const ContentNode* one) { return m_taken.count(one) == 0; });
+            if (!found) continue;
+            m_found[loss->element] = *found;
+            m_taken.insert(*found);
+        }
+    }
+    template <class KeyOf>
+    static Key KeyOfElement(const ContentNode& element, KeyOf keyOf) {
+        Key key = keyOf(element);
+        key.name = element.name;
+        return key;
+    }
+
+    /** Around what may be anywhere. */
+    static inline const ContentNode NOWHERE;
+    const ContentModel& m_model;
+    std::vector<const ContentLoss*> m_lost;
+    std::vector<ContentGain> m_written;
+    std::unordered_map<const ContentNode*, const ContentNode*> m_found;
+    std::unordered_set<const ContentNode*> m_taken;
 };
 
 }  // namespace
 
 std::vector<ContentMove> TakeMovedObjects(std::vector<ContentLoss>& losses, std::vector<ContentGain>& gains, const ContentModel& model) {
-    const auto isMovable = [&](const ContentLoss& loss) {
-        return loss.kind == ContentLoss::Kind::element && !IsSimple(*loss.element) && !loss.element->key.empty() &&
-               model.isRead(*loss.element);
-    };
-    if (std::none_of(losses.begin(), losses.end(), isMovable)) return {};
-    NamedObjects written(gains);
-    std::unordered_map<const ContentNode*, const ContentNode*> whole;
-    for (const ContentLoss& loss : losses)
-        if (isMovable(loss))
-            if (const ContentNode* const counterpart = written.TakeWhole(*loss.element)) whole[loss.element] = counterpart;
+    const MovedObjects moved(losses, gains, model);
     std::vector<ContentMove> moves;
     std::unordered_set<const ContentNode*> taken;
     std::erase_if(losses, [&](const ContentLoss& loss) {
-        if (!isMovable(loss)) return false;
-        const auto known = whole.find(loss.element);
-        const ContentNode* const counterpart = known != whole.end() ? known->second : written.Take(*loss.element);
-        if (!counterpart || counterpart->digest == loss.element->digest) return false;
-        moves.push_back({loss, counterpart});
-        taken.insert(counterpart);
+        const ContentNode* const written = loss.kind == ContentLoss::Kind::element ? moved.Find(loss.element) : nullptr;
+        if (!written) return false;
+        if (written->digest != loss.element->digest) moves.push_back({loss, written});
+        taken.insert(written);
         return true;
     });
     std::erase_if(gains, [&](const ContentGain& gain) { return taken.count(gain.element) != 0; });

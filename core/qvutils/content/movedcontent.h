@@ -24,16 +24,17 @@ struct ContentMove {
 };
 
 /**
- * Takes the losses of objects out whose names are written at another place: such a one is lost in part only, and has to be compared with
- * its counterpart, which is no gain any more. Where all of it is written somewhere, it stays for what drops moved content.
+ * Takes out the losses of elements with others in them that readers took to another place, and their counterparts out of the gains. Those
+ * that are not the same there are given, to be compared. An object may be anywhere, told by all that is in it, by its id, or by its name;
+ * all else is not far from where it stood, and fills the same object.
  */
 SM_API std::vector<ContentMove> TakeMovedObjects(std::vector<ContentLoss>& losses, std::vector<ContentGain>& gains,
                                                  const ContentModel& model);
 
 /**
- * Drops losses of what readers took to another place. An element that holds others, such as an object outside of its section, is not lost
- * when the same is written somewhere else. A simple one may be like what a save has added there by itself: it is kept only where it fills
- * the object that is further out, be it in the place of another value, which is lost; of several, the last.
+ * Drops the losses of simple elements that readers took to another place. Such a one may be like what a save has added there by itself: it
+ * is kept only where it fills the object that is further out, be it in the place of another value, which is lost; of several, the last.
+ * Attributes that it has not there are losses of their own.
  */
 SM_API void DropMovedContent(std::vector<ContentLoss>& losses, const std::vector<ContentGain>& gains, const ContentModel& model);
 

@@ -520,7 +520,8 @@ TEST(SMAccounting, TellsWhyADateIsLostThatCanBeRead) {
     const std::string date = "<lastChanged>2019-01-01T10:00:00</lastChanged>", text = "<description locale=\"en\">d</description>";
     const std::string name = "<queryItem><name locale=\"en\">i</name>", end = "</queryItem>";
     EXPECT_THAT(LossesOf(Subject(name + text + date + end)), IsEmpty());
-    EXPECT_THAT(LossesOf(Subject(name + date + text + end)), ElementsAre(HasSubstr("is not kept (19 bytes): another date or a description behind it, or")));
+    EXPECT_THAT(LossesOf(Subject(name + date + text + end)),
+                ElementsAre(HasSubstr("is not kept (19 bytes): another date or a description behind it, or")));
 }
 
 TEST(SMAccounting, ShortensNamesOfAnySizeInItsLines) {

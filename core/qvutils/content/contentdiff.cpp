@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
@@ -185,11 +186,12 @@ class Comparison {
 
     /** Compares the two, or wants them whole. */
     static void Pair(const ContentNode& element, const ContentNode& counterpart, const ContentNode* outer, const Caller& caller) {
-        if (!element.isHollow && !counterpart.isHollow) return Comparison(element, counterpart, caller).Run(outer);
+        if (!element.isHollow && !counterpart.isHollow) return std::make_unique<Comparison>(element, counterpart, caller)->Run(outer);
         caller.wanted.document.push_back(element.range);
         caller.wanted.written.push_back(counterpart.range);
     }
 
+    /** Calls itself for what is in the element: all that takes room is in memory of its own, or in functions that have ended by then. */
     void Run(const ContentNode* outer) {
         RequireStack();
         MatchChildren();
@@ -210,7 +212,7 @@ class Comparison {
     void Tell(const ContentLoss& loss) { m_caller.losses.push_back(loss); }
 
     /** Of a list that stands twice, readers may have taken the pieces into the other one. */
-    void TellElement(const ContentNode& child) {
+    [[gnu::noinline]] void TellElement(const ContentNode& child) {
         const ContentLoss whole{ContentLoss::Kind::element, &child, &m_document};
         const ContentNode* const twin = TwinOf(child);
         if (!twin) return Tell(whole);
@@ -274,7 +276,7 @@ class Comparison {
         std::erase_if(rest, [&](const ContentNode* node) { return taken.count(node) != 0; });
     }
 
-    void MatchChildren() {
+    [[gnu::noinline]] void MatchChildren() {
         for (const ContentNode& child : m_document.children) m_unmatched.push_back(&child);
         // what an element without a file adds to an object is not its counterpart
         std::stable_partition(m_unmatched.begin(), m_unmatched.end(), [](const ContentNode* child) { return !child->placeholder.empty(); });
@@ -303,7 +305,7 @@ class Comparison {
         std::reverse(m_pairs.begin(), m_pairs.end());
     }
 
-    void CompareAttributes(const ContentNode* outer) {
+    [[gnu::noinline]] void CompareAttributes(const ContentNode* outer) {
         for (const ContentAttribute& attribute : m_document.attributes) {
             const ContentAttribute* const written = m_writtenAttributes.Find(attribute.name);
             if (written ? IsSameValue(attribute.value, written->value)
@@ -313,7 +315,7 @@ class Comparison {
         }
     }
 
-    void CompareTexts(const ContentNode* outer) {
+    [[gnu::noinline]] void CompareTexts(const ContentNode* outer) {
         const std::string written = WholeText(m_written);
         if (written == WholeText(m_document)) return;
         const bool isValue = m_document.texts.size() == 1 && m_written.texts.size() == 1 && IsSimple(m_document);
@@ -336,7 +338,7 @@ class Comparison {
         });
     }
 
-    bool StandsInAnotherForm(const ContentNode& child) {
+    [[gnu::noinline]] bool StandsInAnotherForm(const ContentNode& child) {
         const bool isPlain = IsSimple(child) && (child.name == PROPERTY || child.attributes.empty());
         if (!isPlain || !m_caller.model.isRead(child)) return false;
         const std::string_view name = FieldName(child);

@@ -398,8 +398,8 @@ WantedContent FindContentLosses(const ContentNode& document, const ContentNode& 
     WantedContent wanted;
     const Comparison::Caller caller{model, losses, gains, wanted, lists};
     Comparison(document, written, caller).Run(nullptr);
-    for (const ContentMove& move : TakeMovedObjects(losses, gains, model))
-        Comparison::Pair(*move.loss.element, *move.written, move.loss.outer, caller);
+    for (std::vector<ContentMove> moves; !(moves = TakeMovedObjects(losses, gains, model)).empty();)
+        for (const ContentMove& move : moves) Comparison::Pair(*move.loss.element, *move.written, move.loss.outer, caller);
     SortRanges(wanted.document);
     SortRanges(wanted.written);
     if (!wanted.IsNone()) return wanted;

@@ -25,16 +25,6 @@ bool IsPlain(const ContentNode& element) {
     return IsSimple(element) && element.attributes.empty() && element.texts.size() == 1;
 }
 
-void ForEachIn(const ContentNode& element, const std::function<void(const ContentNode&)>& visit) {
-    std::vector<const ContentNode*> left{&element};
-    while (!left.empty()) {
-        const ContentNode& one = *left.back();
-        left.pop_back();
-        visit(one);
-        for (const ContentNode& child : one.children) left.push_back(&child);
-    }
-}
-
 bool HasAttribute(const ContentNode& element, const ContentAttribute& attribute) {
     return std::any_of(element.attributes.begin(), element.attributes.end(),
                        [&](const ContentAttribute& one) { return one.name == attribute.name && IsSameValue(attribute.value, one.value); });
@@ -163,10 +153,7 @@ class MovedObjects {
         for (const ContentLoss& loss : losses)
             if (loss.kind == ContentLoss::Kind::element && !IsSimple(*loss.element) && model.isRead(*loss.element)) m_lost.push_back(&loss);
         if (m_lost.empty()) return;
-        for (const ContentGain& gain : gains)
-            ForEachIn(*gain.element, [&](const ContentNode& one) {
-                if (!IsSimple(one)) m_written.push_back({&one, gain.around});
-            });
+        for (const ContentGain& gain : gains) AddWritten(*gain.element, *gain.around);
         Match([](const ContentNode& one) { return Key(one.key, {}, one.bareDigest); });
         Match([](const ContentNode& one) { return Key(one.key, IdOf(one), 0); });
         Match([](const ContentNode& one) { return Key(one.key, {}, 0); });
@@ -191,9 +178,19 @@ class MovedObjects {
     };
 
     static bool IsMade(const ContentLoss& loss) { return loss.element->filled && loss.outer && loss.element->filled != loss.outer->filled; }
-    /** What has neither name nor id is told by all that is in it, or by its place in a list that stands twice. */
-    static bool TellsApart(const Key& key, const ContentLoss& loss) {
-        return !key.key.empty() || !key.id.empty() || key.digest != 0 || loss.twin;
+    /** By a name, an id, or all that is in it; what has none of these is told by its place in a list that stands twice. */
+    static bool TellsApart(const Key& key) { return !key.key.empty() || !key.id.empty() || key.digest != 0; }
+
+    /** What is in another object is that one's. */
+    void AddWritten(const ContentNode& element, const ContentNode& around) {
+        std::vector<const ContentNode*> left{&element};
+        while (!left.empty()) {
+            const ContentNode& one = *left.back();
+            left.pop_back();
+            if (!IsSimple(one)) m_written.push_back({&one, &around});
+            if (IsObject(one)) continue;
+            for (auto child = one.children.rbegin(); child != one.children.rend(); ++child) left.push_back(&*child);
+        }
     }
 
     template <class KeyOf>
@@ -208,11 +205,11 @@ class MovedObjects {
         }
         for (const ContentLoss* loss : m_lost) {
             Key key = KeyOfElement(*loss->element, keyOf);
-            if (!TellsApart(key, *loss) || m_found.count(loss->element) != 0) continue;
-            const bool isMade = IsMade(*loss);
-            if (!isMade) key.filled = loss->element->filled;
+            if (m_found.count(loss->element) != 0 || (!TellsApart(key) && !loss->twin)) continue;
+            const bool isAnywhere = TellsApart(key) && IsMade(*loss);
+            if (!isAnywhere) key.filled = loss->twin ? loss->twin->filled : loss->element->filled;
             const auto mayBeTaken = [&](const ContentNode& around) {
-                return &around == &NOWHERE ? isMade : MayBeTaken(*loss, around, m_model);
+                return &around == &NOWHERE ? isAnywhere : MayBeTaken(*loss, around, m_model);
             };
             const auto found = written.Take(key, mayBeTaken, [&](const ContentNode* one) { return m_taken.count(one) == 0; });
             if (!found) continue;

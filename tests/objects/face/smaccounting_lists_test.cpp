@@ -61,6 +61,23 @@ TEST(SMAccountingOfLists, TellsOneAsAWholeThatAnotherReplaces) {
     EXPECT_THAT(LossesOf(document), ElementsAre(HasSubstr("<left> in [n].[r] is not kept (" + std::to_string(left.size()) + " bytes)")));
 }
 
+TEST(SMAccountingOfLists, TakesNothingOfOneForWhatIsAnywhereElse) {
+    const std::string definition =
+        "<definition><dbQuery><sources><dataSourceRef>[].[dataSources].[a]</dataSourceRef></sources><sql>s</sql>"
+        "</dbQuery></definition>";
+    const std::string document =
+        ModelDocument(NamespaceElement("n", "<querySubject><name locale=\"en\">s</name>" + definition + definition + "</querySubject>" +
+                                                "<zz><querySubject><name locale=\"en\">t</name>" + definition + "</querySubject></zz>"));
+    EXPECT_THAT(LossesOf(document),
+                testing::Contains(HasSubstr("<definition> in [n].[s] is not kept (" + std::to_string(definition.size()) + " bytes)")));
+}
+
+TEST(SMAccountingOfLists, KnowsThatReadersJoinThemInAnObjectOutsideOfItsOwn) {
+    const auto key = [](const std::string& item) { return "<key><refobj>[n].[s].[" + item + "]</refobj></key>"; };
+    const std::string determinant = "<determinant><name>d</name>" + key("a") + key("b") + "<zz/></determinant>";
+    EXPECT_THAT(LossesOf(Subject(determinant)), ElementsAre(HasSubstr("<zz> in [n].[s] is not kept")));
+}
+
 TEST(SMAccountingOfLists, LooksAtEachAttributeOfWhatStandsOutsideOfThem) {
     const std::vector<std::pair<std::string, std::string>> secrets = {
         {Subject("", Source("d", " x:secret=\"gone\"")), "x:secret of <dataSource>"},

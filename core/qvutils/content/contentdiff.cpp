@@ -226,7 +226,7 @@ class Comparison {
     /** The sibling of the name that has a counterpart, when both are lists; null when there is none. */
     const ContentNode* TwinOf(const ContentNode& child) {
         if (!IsList(child) || !m_caller.model.isRead(child)) return nullptr;
-        if (m_matched.empty()) {
+        if (!std::exchange(m_isMatchedKnown, true)) {
             const std::set<const ContentNode*> unmatched(m_unmatched.begin(), m_unmatched.end());
             for (const ContentNode& one : m_document.children)
                 if (unmatched.count(&one) == 0) m_matched[one.name] = &one;
@@ -356,6 +356,7 @@ class Comparison {
     Nodes m_unmatched, m_added;
     /** Children that have counterparts, the last of each name; made when it is asked for. */
     std::unordered_map<std::string_view, const ContentNode*> m_matched;
+    bool m_isMatchedKnown = false;
     AttributesByName m_documentAttributes{m_document}, m_writtenAttributes{m_written};
     /** Written attributes that stand for elements. */
     std::set<const ContentAttribute*> m_taken;
